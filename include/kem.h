@@ -1,0 +1,489 @@
+/// \file kem.h
+/// Laboratory spectra and time-resolved data in one record.
+///
+/// A record (PrnType) is a curve or a grid with its axes, titles and acquisition parameters. It is loaded
+/// from an instrument's file by name, combined with other records by ordinary operators, analysed by its
+/// members, and written to exchange formats.
+///
+/// \code
+///   PrnType spectrum("scan.DSC", 0);
+///   if (!spectrum) return 1;
+///   float field = spectrum.xStart;
+/// \endcode
+///
+/// Contents
+///   1. storage shapes and file types
+///   2. parameter blocks of the instruments
+///   3. the record: storage, report, loading, exchange formats, instrument readers, arithmetic, analysis
+///   4. plain functions for hosts that keep one current record
+///   5. the list of acquisition parameters behind a record
+///
+/// The library is single-threaded: \ref prn, \ref ReadNextFlag, \ref WriteFailedFlag and the extension hooks
+/// are process-wide and unguarded.
+#ifndef KEM_H
+#define KEM_H
+
+#include <cstddef>
+#include <iosfwd>
+#include <span>
+
+#if defined(KEM_STATIC)
+#define KEM_API
+#elif defined(_WIN32) && defined(kem_EXPORTS)
+#define KEM_API __declspec(dllexport)
+#elif defined(_WIN32)
+#define KEM_API __declspec(dllimport)
+#else
+#define KEM_API __attribute__((visibility("default")))
+#endif
+
+// ---------------------------------------------------------------- 1. storage shapes and file types
+
+/// Capacity in bytes of every text of a record, its terminating NUL included.
+inline constexpr int kTextSize = 132;
+/// Number of comment lines of a generic record.
+inline constexpr int kCommentLines = 12;
+
+/// Which arrays a record stores: 1 = X array, 2 = Y array, 4 = Z grid. An axis without an array is defined by
+/// its start and step.
+enum AllocType : int { AllocNone, AllocX, AllocY, AllocXY, AllocZ, AllocXZ, AllocYZ, AllocXYZ };
+
+/// Where a record came from; decides which view of its header area is valid.
+enum FileType : int {
+  FileCvt = 0,
+  FileXY = 1,
+  FileP3D = 2,
+  FileHama = 3,
+  FileAT1 = 4,
+  FileBruker = 5,
+  FileDilor = 6,
+  FileCaryPrn = 7,
+  FileNPico = 8,
+  FileCary45 = 9,
+  FileP2D = 12,
+  FileOMA = 13,
+  FileBES3T = 14,
+  FileHPDTA = 15,
+  FileCaryDSW = 16,
+  FileIccdCurve = 17,
+  FileIccdImage = 18
+};
+
+// ---------------------------------------------------------------- 2. parameter blocks of the instruments
+
+/// Hamamatsu streak camera, raw image.
+struct HamaHeaderType {
+  int hamaIntegrationTime;
+  int hamaSweepCondition;
+  int hamaSweepRange;          ///< code 1 to 16 of the time span of the image
+  float hamaCenterWavelength;  ///< nm
+  float hamaDispersion;        ///< nm per pixel
+  int hamaCcdCenter;           ///< pixel at which the centre wavelength falls
+};
+
+/// Bruker ESR spectrometer, spc/par pair.
+struct BrukerHeaderType {
+  float brukerGain;
+  float brukerPhase;         ///< degrees
+  float brukerModFrequency;  ///< kHz
+  float brukerModAmplitude;  ///< gauss
+  float brukerConvTime;      ///< ms
+  float brukerTimeConstant;  ///< ms
+  char brukerMode[kTextSize];
+  int brukerResolution;     ///< points
+  float brukerMwFrequency;  ///< GHz; -1 when the file names none
+  float brukerMwPower;      ///< mW; -1 when the file names none
+  float brukerCenterField;  ///< gauss
+  float brukerSweepWidth;   ///< gauss
+  float brukerStaticField;  ///< gauss
+  char brukerOperator[kTextSize];
+  char brukerComment[kTextSize];
+  char brukerDate[kTextSize];
+};
+
+/// Dilor Raman spectrometer.
+struct DilorHeaderType {
+  float dilorIntTime;  ///< s; ordinates are stored per unit of it
+  float dilorRepeat;
+  char dilorPower[kTextSize];
+  char dilorOperator[kTextSize];
+  char dilorSample[kTextSize];
+  char dilorDetector[kTextSize];
+  char dilorGrating[kTextSize];
+  char dilorFilter[kTextSize];
+  char dilorXLabel[kTextSize];
+  char dilorYLabel[kTextSize];
+  float dilorExcLine;   ///< excitation line
+  float dilorForemono;  ///< foremonochromator
+  float dilorSpectro;   ///< spectrograph
+  float dilorSlitWidth;
+  float dilorSpecWidth;
+  char dilorDate[kTextSize];
+  char dilorComment[kTextSize];
+};
+
+/// Cary absorption prn.
+struct CaryPrnHeaderType {
+  char caryPrnSample[kTextSize];
+  char caryPrnDate[kTextSize];
+  char caryPrnYLabel[kTextSize];
+  float caryPrnSbw;      ///< spectral band width, nm
+  float caryPrnIntTime;  ///< s
+  char caryPrnTemperature[kTextSize];
+};
+
+/// NPico pump-probe delay scan.
+struct NPicoHeaderType {
+  int npicoScanType;  ///< 0 delay, 1 time, 2 excitation, 3 monochromator, 4 DC delay
+  float npicoOffset;
+  char npicoInput[kTextSize];
+  char npicoComments[4][kTextSize];
+  float npicoLaserLine;
+  float npicoIntTime;
+  float npicoRepeat;
+  int npicoBackScans;
+};
+
+/// Cary 45 (OS/2) absorption.
+struct Cary45HeaderType {
+  char cary45Comment[kTextSize];
+  int cary45IndependentNir;  ///< non-zero when the near infrared has settings of its own
+  float cary45VisSbw;
+  float cary45NirSbw;
+  float cary45VisIntTime;
+  float cary45NirIntTime;
+  float cary45SourceChange;    ///< nm
+  float cary45DetectorChange;  ///< nm
+  char cary45XLabel[kTextSize];
+  char cary45YLabel[kTextSize];
+  char cary45Date[kTextSize];
+};
+
+/// EG&G OMA detector. The record keeps its three labels beside this block.
+struct OMAHeaderType {
+  char omaScanMode[kTextSize];       ///< "Random" or "Contiguous"
+  unsigned char omaCalibration[16];  ///< raw; the first four bytes are a little-endian float
+  unsigned char omaRawWord[4];       ///< raw
+  int omaRange[4];                   ///< first, last, first, last
+  int omaTrackCount;
+  int omaSliceCount;
+  int omaSegmentIsSlice[5];  ///< 0 random track, 1 non-uniform slice
+  int omaSegmentFirst[5];
+  int omaSegmentWidth[5];
+};
+
+/// Bruker BES3T, DSC/DTA pair. The record keeps its three labels beside this block.
+struct BES3THeaderType {
+  char bes3tComment[kTextSize];
+  char bes3tExperiment[kTextSize];
+  char bes3tOrdinateSource[kTextSize];
+  char bes3tAbscissaSource[kTextSize];
+  float bes3tSptp;          ///< sampling time per point, s
+  float bes3tMwFrequency;   ///< Hz
+  float bes3tMwPower;       ///< W
+  float bes3tTimeConstant;  ///< s
+  float bes3tGain;          ///< dB
+  float bes3tPhase;         ///< degrees
+  float bes3tHarmonic;
+  float bes3tOffset;        ///< per cent
+  float bes3tModAmplitude;  ///< T
+  float bes3tModFrequency;  ///< Hz
+};
+
+/// HPDTA (HiPic) streak or CCD camera image.
+struct HPDTAHeaderType {
+  int hpdtaDataType;  ///< 0 unsigned 8-bit, 2 unsigned 16-bit, 3 unsigned 32-bit
+  char hpdtaDate[kTextSize];
+  char hpdtaAcqMode[kTextSize];
+  char hpdtaAcqTime[kTextSize];
+  int hpdtaAcqNumber;
+  int hpdtaExposures;
+  char hpdtaXUnit[kTextSize];
+  char hpdtaYUnit[kTextSize];
+  float hpdtaXScale;
+  int hpdtaReserved;
+  float hpdtaYScale;
+  int hpdtaXScalingType;  ///< 1 linear, else a table in the file
+  int hpdtaYScalingType;
+  int hpdtaXTablePos;  ///< byte position of the X table in the file
+  int hpdtaYTablePos;
+  char hpdtaGain[kTextSize];
+  char hpdtaComment[kTextSize];
+};
+
+/// Cary DSW. The numbers are those of the file's parameter records.
+struct CaryDSWHeaderType {
+  char dswXTitle[kTextSize];
+  char dswYTitle[kTextSize];
+  char dswText10[kTextSize];
+  char dswText11[kTextSize];
+  char dswText13[kTextSize];
+  char dswText14[kTextSize];
+  char dswText15[kTextSize];
+  char dswText26[kTextSize];
+};
+
+/// ICCD curve: the two values that trail it in the file.
+struct IccdCurveHeaderType {
+  unsigned char iccdCurveExtra[2][4];  ///< raw; two little-endian integers
+};
+
+/// ICCD image: row offset, column offset, rows, columns, row group size, column group size.
+struct IccdImageHeaderType {
+  int iccdImageHeader[6];
+};
+
+// ---------------------------------------------------------------- 3. the record
+
+/// One measured data set: a curve (Y values over an X axis) or a grid (a Z matrix over an X and a Y axis),
+/// with the header of the file it came from.
+///
+/// A record owns the arrays that `allocType` names; copies are deep. Members that return `PrnType&` hand out a
+/// new record on the heap, which the caller deletes; when the source does not suit, that record is empty
+/// (`allocType` 0). Members that return a `PrnType` by value report failure the same way.
+class KEM_API PrnType {
+ public:
+  char fileName[kTextSize] = {};  ///< file loaded, or the name of the operation that made the record
+  int fileType = 0;               ///< a FileType
+  int allocType = 0;              ///< an AllocType; 0 means no data
+  float* xArray = nullptr;        ///< `nX` values, when bit 1 of `allocType` is set
+  float* yArray = nullptr;        ///< `nY` values, when bit 2 is set
+  float** zArray = nullptr;       ///< `nX` rows of `nY` values, when bit 4 is set
+  int active = 0;                 ///< 1 once data has been filled in
+  float xStep = 0;
+  float xStart = 0;  ///< first X value of a defined axis, smallest of a stored one
+  float xEnd = 0;
+  float yStep = 0;
+  float yStart = 0;  ///< first Y value of a defined axis, smallest of a stored one
+  float yEnd = 0;
+  float zMin = 0;
+  float zMax = 0;
+  int nX = 0;  ///< X points; rows of a grid
+  int nY = 0;  ///< length of a curve; columns of a grid
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic"
+#endif
+  /// The header area: titles and comment lines, or the parameter block of the instrument laid over them.
+  union {
+    struct {
+      char xLabel[kTextSize];
+      char yLabel[kTextSize];
+      union {
+        struct {
+          char zLabel[kTextSize];
+          union {
+            char commentLines[kCommentLines][kTextSize];
+            BES3THeaderType bes3t;
+            OMAHeaderType oma;
+            IccdImageHeaderType iccdImage;
+          };
+        };
+        IccdCurveHeaderType iccdCurve;
+      };
+    };
+    HamaHeaderType hama;
+    BrukerHeaderType bruker;
+    DilorHeaderType dilor;
+    CaryPrnHeaderType caryPrn;
+    NPicoHeaderType npico;
+    Cary45HeaderType cary45;
+    HPDTAHeaderType hpdta;
+    CaryDSWHeaderType dsw;
+    char headerArea[3 + kCommentLines][kTextSize] = {};
+  };
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+  void* extension = nullptr;  ///< the host's own data, see \ref ExtensionCreateHook
+
+  /// \name Storage
+  /// @{
+
+  /// An empty record, or one with the arrays of \p type; see \ref Allocate.
+  PrnType(AllocType type = AllocNone, int count1 = 0, int count2 = 0);
+  /// Loads a file; see \ref ReadFile. `!record` tells whether that failed.
+  PrnType(const char* name, int index);
+  /// A deep copy.
+  PrnType(const PrnType& src);
+  ~PrnType();
+  /// Takes over a deep copy of \p src. Returns a further copy by value, so a chained assignment receives
+  /// copies.
+  PrnType operator=(const PrnType& src);
+
+  /// Creates the arrays of \p type (contents not initialised) and sets counts, axes, labels and `fileType` to
+  /// those of a fresh record. Curves have \p count1 points; grids \p count1 rows of \p count2 values. The
+  /// record must hold no arrays. Throws std::bad_alloc for a length that is negative or cannot be had.
+  void Allocate(AllocType type, int count1, int count2);
+  /// Releases all arrays and makes the record empty.
+  void DeAllocate();
+  /// Copies arrays, counts and axis ranges, releasing what the record held.
+  void CopyData(const PrnType& src);
+  /// Copies `fileType` and the labels, comment lines or parameters that it uses.
+  void CopyHeader(const PrnType& src);
+  /// Sets the ranges of stored axes, curve values and grid values to their smallest and largest element.
+  /// `zMin` and `zMax` become 0 for a curve.
+  void MinMax();
+  /// Sets the first \p size bytes of the record to 0. For hosts that construct on raw storage.
+  void __autoclassinit2(std::size_t size);  // NOLINT(bugprone-reserved-identifier)
+
+  int HasX() const;       ///< non-zero when an X array is stored
+  int HasY() const;       ///< non-zero when a Y array is stored
+  int Is3D() const;       ///< non-zero for a grid
+  int operator!() const;  ///< 1 when the record holds no data
+  /// @}
+
+  /// \name Report
+  /// @{
+
+  /// Axis titles, each into a buffer of 132 bytes.
+  void LabelAxes(char* const xTitle, char* const yTitle, char* const zTitle) const;
+  /// File name, shape and counts in one line, into a buffer of 132 bytes.
+  void GetLabel(char* const line) const;
+  /// Prints a report to standard output: 1 shape, 2 also ranges, 3 also titles and parameters, 4 also the
+  /// host's extension, 5 also all values.
+  void PrintLog(int level) const;
+  /// Comment lines or parameters as lines of text, cut to \p size - 1 characters. An empty record leaves the
+  /// buffer alone.
+  void CommentBlock(char* const text, int size) const;
+  /// @}
+
+  /// \name Loading
+  /// @{
+
+  /// Recognises the format of a file by its name, then by its first bytes, and loads it.
+  ///
+  /// \param index item of a multi-item file, 0 for the first; -1 also reads a file of unknown name as plain
+  ///   XY columns.
+  ///
+  /// On success `fileName` holds the name, numbered "_NN" before its first dot when the file holds several
+  /// items. On failure `allocType` is 0. The record must hold no arrays.
+  void ReadFile(const char* name, int index);
+  /// @}
+
+  /// \name Column text
+  /// Readers return 1, or 0 when the stream is already bad or the layout is not theirs; streams are opened in
+  /// binary mode. Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then
+  /// create nothing; see also \ref WriteFailedFlag.
+  /// @{
+  int ReadXYPrn(std::ifstream& in);
+  int WriteXYPrn(char* const name) const;
+  /// One Y column of several. \p count receives the number of columns, \p index picks one (0 means 1).
+  int ReadNXYPrn(std::ifstream& in, int& count, int index);
+  /// X/Y pairs from here to the end or to the first thing that is no number. A last pair without a line end
+  /// is not counted.
+  int ReadDumbTwo(std::ifstream& in);
+  /// Y values, likewise.
+  int ReadDumbOne(std::ifstream& in);
+  /// @}
+
+  /// \name Exchange formats
+  /// @{
+  /// @}
+
+  /// \name Instrument files
+  /// Readers return 1, or 0 when the file is not theirs. Values that a file does not hold are 0.
+  /// @{
+
+  /// Bruker BES3T. \p name is either file of the pair; \p columns receives the number of value columns per
+  /// point, \p which picks one (0 means 1). Messages about unsupported layouts go to standard output.
+  int ReadBES3T(const char* name, int& columns, int which);
+  /// @}
+
+  /// \name Arithmetic
+  /// @{
+  /// @}
+
+  /// \name Elementwise functions
+  /// @{
+  /// @}
+
+  /// \name Point lookup and interpolation
+  /// @{
+  /// @}
+
+  /// \name Slices and reshaping
+  /// @{
+  /// @}
+
+  /// \name Median filters and smoothing
+  /// @{
+  /// @}
+
+  /// \name Differentiation and integration
+  /// @{
+  /// @}
+
+  /// \name Baselines, noise and statistics
+  /// @{
+  /// @}
+};
+
+// ---------------------------------------------------------------- 4. plain functions
+
+/// The record of the most recent \ref KemOpenFile, owned by the library; null before the first call.
+extern KEM_API PrnType* prn;
+/// Non-zero when the file just read holds further items: the number of the item read for readers that count
+/// items from 1, else 1.
+extern KEM_API int ReadNextFlag;
+/// 1 when the file last written could not be stored completely (a full disk, say), else 0. Set by every
+/// writer, because their return value only tells whether writing was attempted.
+extern KEM_API int WriteFailedFlag;
+/// Placeholder for hosts that import it; never read or written.
+extern KEM_API int nKemDll;
+
+/// \name Extension hooks
+/// A host may attach its own data to every record through PrnType::extension. All null at the start.
+/// @{
+extern KEM_API void (*ExtensionCreateHook)(void** extension);
+extern KEM_API void (*ExtensionFreeHook)(void** extension);
+extern KEM_API void (*ExtensionCopyHook)(void* destination, void* source);
+extern KEM_API void (*ExtensionPrintHook)(void* extension);
+/// @}
+
+/// Marks the library's exports; holds nothing and does nothing.
+class KEM_API CKemDll {
+ public:
+  CKemDll();
+  CKemDll& operator=(const CKemDll&);
+  CKemDll& operator=(CKemDll&&) noexcept;
+};
+
+/// Lets the user choose a file and stores its path in \p buffer. Returns 0 when a file was chosen and 1 when
+/// the dialog was cancelled or cannot be shown. A path that does not fit in \p size bytes leaves \p buffer
+/// empty.
+KEM_API int KemFileName(char* buffer, int size);
+/// Loads a file as the new current record \ref prn and releases the one before. Returns 0, or 1 when the load
+/// failed; `prn` is then an empty record.
+KEM_API int KemOpenFile(char* name, int index);
+/// Returns 0. The current record stays until the next \ref KemOpenFile.
+KEM_API int KemCloseFile();
+/// Returns 42; lets a host check that calls arrive.
+KEM_API int fnKemDll();
+
+/// The library's version, "major.minor.patch".
+KEM_API const char* KemVersion();
+
+// ---------------------------------------------------------------- 5. acquisition parameters
+
+/// How a parameter is stored in its record.
+enum class KemParameterKind { Text, Int, Float, Bytes };
+
+/// One acquisition parameter of an instrument's block.
+struct KemParameter {
+  const char* name;                          ///< the field's name, for example "brukerGain"
+  KemParameterKind kind;                     ///< Text: 132 bytes with a terminating NUL
+  int count;                                 ///< number of values: texts, ints, floats or bytes
+  const void* (*in)(const PrnType& record);  ///< address of the first value
+};
+
+/// The acquisition parameters of records of a `fileType`, in the order of their block; none for generic
+/// types.
+KEM_API std::span<const KemParameter> KemParameters(int fileType);
+
+/// Name of the format by which \ref PrnType::ReadFile would first try to read a file, such as
+/// "Bruker BES3T"; null when the file cannot be opened or its format is not recognised.
+KEM_API const char* KemFormatName(const char* name);
+
+#endif

@@ -1,0 +1,159 @@
+#include "load/block.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace kem::load {
+namespace {
+
+// The unsigned integer that has the size of a stored value.
+template <class Stored>
+using Bits =
+    std::conditional_t<sizeof(Stored) == 1, std::uint8_t,
+                       std::conditional_t<sizeof(Stored) == 2, std::uint16_t,
+                                          std::conditional_t<sizeof(Stored) == 4, std::uint32_t, std::uint64_t>>>;
+
+template <class Stored, Order order>
+Stored Load(const unsigned char* bytes) {
+  std::uint64_t bits = 0;
+  constexpr std::size_t size = sizeof(Stored);
+  for (std::size_t k = 0; k < size; ++k)
+    bits |= std::uint64_t{bytes[order == Order::Little ? k : size - 1 - k]} << (8 * k);
+  return std::bit_cast<Stored>(static_cast<Bits<Stored>>(bits));
+}
+
+// Calls a generic function with a value of the type that a wire type stands for.
+template <class Function>
+auto WithType(Wire wire, Function function) {
+  switch (wire) {
+    case Wire::S8:
+      return function(std::int8_t{});
+    case Wire::U8:
+      return function(std::uint8_t{});
+    case Wire::S16:
+      return function(std::int16_t{});
+    case Wire::U16:
+      return function(std::uint16_t{});
+    case Wire::S32:
+      return function(std::int32_t{});
+    case Wire::U32:
+      return function(std::uint32_t{});
+    case Wire::F64:
+      return function(double{});
+    default:
+      return function(float{});
+  }
+}
+
+template <class Stored, Order order>
+void DecodeAs(const unsigned char* bytes, std::size_t stride, std::span<float> values) {
+  for (std::size_t k = 0; k < values.size(); ++k)
+    values[k] = static_cast<float>(Load<Stored, order>(bytes + k * stride));
+}
+
+// A read that ends early is no failure here: the caller sees by the count what there was.
+std::size_t ReadBytes(std::istream& in, unsigned char* to, std::size_t size) {
+  if (in.fail()) return 0;
+  in.read(reinterpret_cast<char*>(to), static_cast<std::streamsize>(size));
+  const auto count = static_cast<std::size_t>(in.gcount());
+  if (!in.bad()) in.clear();
+  return count;
+}
+
+}  // namespace
+
+Block::Block(std::istream& in, std::streamoff at, std::size_t size, Order order) : order_(order) {
+  in.clear();
+  in.seekg(at);
+  Read(in, size);
+}
+
+Block::Block(std::istream& in, std::size_t size, Order order) : order_(order) { Read(in, size); }
+
+void Block::Read(std::istream& in, std::size_t size) {
+  bytes_.resize(std::min(size, BytesLeft(in)));
+  bytes_.resize(ReadBytes(in, bytes_.data(), bytes_.size()));
+}
+
+std::string_view Block::Text(std::size_t at, std::size_t size) const {
+  const std::size_t first = std::min(at, bytes_.size());
+  return {reinterpret_cast<const char*>(bytes_.data()) + first, std::min(size, bytes_.size() - first)};
+}
+
+bool Block::Get(std::size_t at, Wire wire, float& out) const {
+  if (at > bytes_.size() || bytes_.size() - at < SizeOf(wire)) return false;
+  Decode(wire, order_, std::span(bytes_).subspan(at), {&out, 1});
+  return true;
+}
+
+bool Block::Get(std::size_t at, Wire wire, int& out) const {
+  if (at > bytes_.size() || bytes_.size() - at < SizeOf(wire)) return false;
+  out = WithType(wire, [&](auto stored) {
+    using Stored = decltype(stored);
+    const unsigned char* bytes = bytes_.data() + at;
+    return static_cast<int>(order_ == Order::Little ? Load<Stored, Order::Little>(bytes)
+                                                    : Load<Stored, Order::Big>(bytes));
+  });
+  return true;
+}
+
+void Decode(Wire wire, Order order, std::span<const unsigned char> bytes, std::span<float> values,
+            std::size_t step) {
+  const std::size_t size = SizeOf(wire);
+  const std::size_t stride = size * step;
+  const std::size_t held = bytes.size() < size ? 0 : (bytes.size() - size) / stride + 1;
+  const auto wanted = values.first(std::min(held, values.size()));
+  WithType(wire, [&](auto stored) {
+    using Stored = decltype(stored);
+    if (order == Order::Little)
+      DecodeAs<Stored, Order::Little>(bytes.data(), stride, wanted);
+    else
+      DecodeAs<Stored, Order::Big>(bytes.data(), stride, wanted);
+  });
+}
+
+void ReadValues(std::istream& in, Wire wire, Order order, std::span<float> values) {
+  constexpr std::size_t kChunk = 1 << 14;
+  std::vector<unsigned char> bytes(std::min(kChunk, values.size()) * SizeOf(wire));
+  while (!values.empty()) {
+    const auto chunk = values.first(std::min(kChunk, values.size()));
+    const std::size_t wanted = chunk.size() * SizeOf(wire);
+    const std::size_t held = ReadBytes(in, bytes.data(), wanted);
+    Decode(wire, order, std::span(bytes).first(held), chunk);
+    if (held < wanted) return;
+    values = values.subspan(chunk.size());
+  }
+}
+
+// A band of lines is decoded at a time, so that each row of the grid receives a run of neighbours.
+void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int nX, int nY, std::size_t step) {
+  if (nX <= 0 || nY <= 0) return;
+  constexpr int kBand = 16;
+  const auto width = static_cast<std::size_t>(nX);
+  const std::size_t lineBytes = width * step * SizeOf(wire);
+  std::vector<unsigned char> bytes(std::min(lineBytes * kBand, BytesLeft(in)));
+  std::vector<float> line(width * kBand);
+  for (int j = 0; j < nY; j += kBand) {
+    const int lines = std::min(kBand, nY - j);
+    const auto count = static_cast<std::size_t>(lines) * width;
+    const std::size_t held =
+        ReadBytes(in, bytes.data(), std::min(bytes.size(), lineBytes * static_cast<std::size_t>(lines)));
+    std::fill(line.begin(), line.end(), 0.0f);
+    Decode(wire, order, std::span(bytes).first(held), std::span(line).first(count), step);
+    for (std::size_t i = 0; i < width; ++i)
+      for (int k = 0; k < lines; ++k) rows[i][j + k] = line[static_cast<std::size_t>(k) * width + i];
+    if (held == 0) return;
+  }
+}
+
+std::size_t BytesLeft(std::istream& in) {
+  if (in.fail()) return 0;
+  const auto here = in.tellg();
+  in.seekg(0, std::ios::end);
+  const auto end = in.tellg();
+  in.seekg(here);
+  return in.fail() || end < here ? 0 : static_cast<std::size_t>(end - here);
+}
+
+}  // namespace kem::load

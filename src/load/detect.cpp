@@ -1,0 +1,115 @@
+#include "load/detect.h"
+
+namespace kem::load {
+namespace {
+
+// ------------------------------------------------------------ formats
+
+constexpr Format kP3D{"P3D text grid", nullptr};
+constexpr Format kB3D{"B3D binary grid", nullptr};
+constexpr Format kB2D{"B2D binary curve", nullptr};
+constexpr Format kP2D{"P2D text curve", nullptr};
+constexpr Format kCvt{"CVT curve", nullptr};
+constexpr Format kCaryDSW{"Cary DSW", nullptr};
+constexpr Format kBruker{"Bruker ESR spc/par", nullptr, Pairing::Bruker};
+constexpr Format kDilor{"Dilor Raman", nullptr};
+constexpr Format kImage{"ICCD or HPDTA image", nullptr};
+constexpr Format kHPDTAProfile{"HPDTA profile", nullptr};
+constexpr Format kCary45{"Cary 45", nullptr, Pairing::Cary45};
+constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
+                          state.main.close();
+                          return record.ReadBES3T(state.name, state.count, state.index);
+                        }};
+constexpr Format kIccdCurve{"ICCD curve", nullptr};
+constexpr Format kNPico{"NPico scan", nullptr};
+constexpr Format kHama{"Hamamatsu raw image", nullptr};
+constexpr Format kCaryPrn{"Cary absorption prn", nullptr};
+constexpr Format kAT1{"AT1 image", nullptr};
+constexpr Format kOMA{"EG&G OMA", nullptr};
+constexpr Format kXY{"XY, NXY or JCAMP-DX", [](PrnType& record, LoadState& state) {
+                       if (state.nxy) return record.ReadNXYPrn(state.main, state.count, state.index);
+                       if (state.jcamp) return 0;
+                       return record.ReadXYPrn(state.main);
+                     }};
+
+// ------------------------------------------------------------ tests
+
+constexpr auto SetMulti3D = [](LoadState& state) { state.multi3D = true; };
+constexpr auto SetNXY = [](LoadState& state) { state.nxy = true; };
+constexpr auto SetJcamp = [](LoadState& state) { state.jcamp = true; };
+constexpr auto SetOMA = [](LoadState& state) { state.oma = true; };
+constexpr auto SetParameterFile = [](LoadState& state) { state.pairRole = 0; };
+constexpr auto SetValueFile = [](LoadState& state) { state.pairRole = 1; };
+
+// Searched in the whole name, folders included: a folder named run.cvt makes CVT files of all it holds.
+constexpr Test kNameTests[] = {
+    {".p3d", &kP3D},
+    {".b3d", &kB3D},
+    {".b2d", &kB2D},
+    {".p2d", &kP2D},
+    {".cvt", &kCvt},
+    {".dsw", &kCaryDSW},
+    {".DSW", &kCaryDSW},
+    {".par", &kBruker, SetParameterFile},
+    {".spc", &kBruker, SetValueFile},
+    {".PAR", &kBruker, SetParameterFile},
+    {".SPC", &kBruker, SetValueFile},
+    {".ms0", &kDilor},
+    {".ss0", &kDilor},
+    {".msu", &kDilor},
+    {".img", &kImage},
+    {".IMG", &kImage},
+    {".prf", &kHPDTAProfile},
+    {".dhd", &kCary45},
+    {".m3d", &kDilor, SetMulti3D},
+    {".DSC", &kBES3T},
+    {".DTA", &kBES3T},
+    {".CRV", &kIccdCurve},
+    {".crv", &kIccdCurve},
+};
+
+// Searched in the first 131 bytes.
+constexpr Test kContentTests[] = {
+    {"Varian UV-VIS-NIR", &kCaryDSW},
+    {"[Monochromator]", &kNPico},
+    {";\"HiPic 5.0", &kHPDTAProfile},
+    {"[TimeScan]", &kNPico},
+    {"[DcDelay]", &kNPico},
+    {"HPK8TMAP", &kHama},
+    {"Multi-3D", &kDilor, SetMulti3D},
+    {"Filename", &kCaryPrn},
+    {"CARY-45", &kCary45},
+    {"##TITLE", &kXY, SetJcamp},
+    {"Version", &kDilor},
+    {"[Delay]", &kNPico},
+    {"SIMPLE", &kAT1},
+    {"#DESC", &kBES3T},
+    {"[P3D]", &kP3D},
+    {"[B3D]", &kB3D},
+    {"[B2D]", &kB2D},
+    {"[P2D]", &kP2D},
+    {"EG&G", &kOMA, SetOMA},
+    {"JSS", &kBruker, SetParameterFile},
+    {"yaw", &kCvt},
+    {"yat", &kCvt},
+    {"NXY", &kXY, SetNXY},
+    {"XY", &kXY},
+    {"XY:", &kCvt},  // never gets its turn behind "XY"; its place is kept
+    {"pa", &kCvt},
+    {"ra", &kCvt},
+    {"la", &kCvt},
+    {"ca", &kCvt},
+    {"IM", &kImage},
+};
+
+static_assert(std::size(kNameTests) == 23 && std::size(kContentTests) == 30);
+static_assert(FirstHit(kContentTests, "XY: 1 2")->format == &kXY);
+static_assert(FirstHit(kNameTests, "run.cvt/a.txt")->format == &kCvt);
+
+}  // namespace
+
+std::span<const Test> NameTests() { return kNameTests; }
+std::span<const Test> ContentTests() { return kContentTests; }
+const Format& PlainColumns() { return kXY; }
+
+}  // namespace kem::load

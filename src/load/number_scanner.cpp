@@ -1,0 +1,127 @@
+#include "load/number_scanner.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "load/number_text.h"
+
+namespace kem::load {
+namespace {
+
+constexpr std::size_t kBlock = 1 << 16;
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// The longest run of characters that the number extraction of a stream consumes: sign, digits with one point,
+// then an exponent sign letter with an optional sign once a digit has been seen, and digits.
+const char* EndOfToken(const char* at, const char* end) {
+  bool digit = false;
+  bool point = false;
+  bool exponent = false;
+  if (at != end && (*at == '+' || *at == '-')) ++at;
+  for (; at != end; ++at) {
+    if (IsDigit(*at)) {
+      digit = true;
+    } else if (*at == '.' && !point && !exponent) {
+      point = true;
+    } else if ((*at == 'e' || *at == 'E') && !exponent && digit) {
+      exponent = true;
+      if (end - at > 1 && (at[1] == '+' || at[1] == '-')) ++at;
+    } else {
+      break;
+    }
+  }
+  return at;
+}
+
+}  // namespace
+
+NumberScanner::NumberScanner(std::istream& in, std::string_view separators)
+    : in_(in), separators_(separators), state_(in.rdstate()), capacity_(kBlock), buffer_(new char[kBlock]) {
+  at_ = end_ = buffer_.get();
+}
+
+NumberScanner::~NumberScanner() {
+  in_.clear();
+  if (at_ != end_) in_.rdbuf()->pubseekoff(at_ - end_, std::ios::cur, std::ios::in);
+  in_.clear(state_);
+}
+
+bool NumberScanner::IsSpace(char c) const {
+  return c == ' ' || (c >= '\t' && c <= '\r') || separators_.find(c) != separators_.npos;
+}
+
+// Gets more characters behind those that are left, in a larger buffer when a token fills it.
+bool NumberScanner::Refill() {
+  if (exhausted_) return false;
+  const auto left = static_cast<std::size_t>(end_ - at_);
+  if (left > capacity_ / 2) {
+    std::unique_ptr<char[]> larger(new char[capacity_ * 2]);
+    std::memcpy(larger.get(), at_, left);
+    buffer_ = std::move(larger);
+    capacity_ *= 2;
+  } else {
+    std::memmove(buffer_.get(), at_, left);
+  }
+  in_.read(buffer_.get() + left, static_cast<std::streamsize>(capacity_ - left));
+  exhausted_ = !in_.good();
+  if (in_.bad()) state_ |= std::ios::badbit;
+  at_ = buffer_.get();
+  end_ = at_ + left + in_.gcount();
+  return in_.gcount() > 0;
+}
+
+bool NumberScanner::SkipSpace() {
+  for (;;) {
+    while (at_ != end_ && IsSpace(*at_)) ++at_;
+    if (at_ != end_) return true;
+    if (!Refill()) return false;
+  }
+}
+
+void NumberScanner::Next(float& value) {
+  if (!Good()) {
+    state_ |= std::ios::failbit;
+    return;
+  }
+  if (!SkipSpace()) {
+    state_ |= std::ios::eofbit | std::ios::failbit;
+    return;
+  }
+  if (!NextPlain(value)) NextByRule(value);
+}
+
+// A number that from_chars takes and that ends at white space inside the block is the one that the rule gives.
+bool NumberScanner::NextPlain(float& value) {
+  const char first = *at_ == '-' && end_ - at_ > 1 ? at_[1] : *at_;
+  if (!IsDigit(first)) return false;
+  float parsed = 0;
+  const auto result = std::from_chars(at_, end_, parsed);
+  if (result.ec != std::errc() || result.ptr == end_ || !IsSpace(*result.ptr)) return false;
+  value = parsed;
+  at_ = result.ptr;
+  return true;
+}
+
+void NumberScanner::NextByRule(float& value) {
+  const char* last = EndOfToken(at_, end_);
+  while (last == end_ && Refill()) last = EndOfToken(at_, end_);
+  const std::string_view token(at_, static_cast<std::size_t>(last - at_));
+  at_ = last;
+  if (last == end_) state_ |= std::ios::eofbit;
+  value = 0;
+  float parsed = 0;
+  if (token.empty() || ParseLenient(token, parsed) != token.size()) {
+    state_ |= std::ios::failbit;
+  } else if (std::isinf(parsed)) {
+    value = std::copysign(std::numeric_limits<float>::max(), parsed);
+    state_ |= std::ios::failbit;
+  } else {
+    value = parsed;
+  }
+}
+
+}  // namespace kem::load

@@ -1,0 +1,46 @@
+// Takes numbers from a stream exactly as `stream >> value` does with the classic locale, but out of large
+// blocks.
+#pragma once
+
+#include <istream>
+#include <memory>
+#include <string_view>
+
+namespace kem::load {
+
+// The same tokens, the same values, the same stopping point and the same state of the stream: a token is the
+// longest run that looks like a number; one that is none ("1e", ".") is consumed, gives 0 and fails the stream;
+// one that is too large gives the largest float and fails it. The stream, opened in binary mode, gets back what
+// was read ahead, and its state, when the scanner goes.
+class NumberScanner {
+ public:
+  // Characters of `separators` count as white space between numbers.
+  explicit NumberScanner(std::istream& in, std::string_view separators = {});
+  ~NumberScanner();
+  NumberScanner(const NumberScanner&) = delete;
+  NumberScanner& operator=(const NumberScanner&) = delete;
+
+  // Scans the next number. At the end of the stream `value` keeps its value.
+  void Next(float& value);
+
+  // Whether the stream would report no condition now.
+  bool Good() const { return state_ == std::ios::goodbit; }
+
+ private:
+  bool SkipSpace();
+  bool Refill();
+  bool NextPlain(float& value);
+  void NextByRule(float& value);
+  bool IsSpace(char c) const;
+
+  std::istream& in_;
+  std::string_view separators_;
+  std::ios::iostate state_;
+  bool exhausted_ = false;  // the stream has nothing more to give
+  std::size_t capacity_;
+  std::unique_ptr<char[]> buffer_;
+  const char* at_;
+  const char* end_;
+};
+
+}  // namespace kem::load

@@ -1,0 +1,141 @@
+#include "load/number_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "kem.h"
+
+namespace kem::load {
+namespace {
+
+// A sign or none at the front of a number.
+struct Sign {
+  bool negative = false;
+  std::size_t length = 0;
+};
+
+Sign SignOf(std::string_view text) {
+  if (text.empty() || (text[0] != '-' && text[0] != '+')) return {};
+  return {text[0] == '-', 1};
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Power of ten of the first significant digit; decides whether a number out of range is huge or tiny.
+long MagnitudeOf(std::string_view digits) {
+  long exponent = 0;
+  const auto e = digits.find_first_of("eE");
+  if (e != digits.npos) {
+    std::string_view tail = digits.substr(e + 1);
+    const Sign sign = SignOf(tail);
+    tail.remove_prefix(sign.length);
+    const auto parsed = std::from_chars(tail.data(), tail.data() + tail.size(), exponent);
+    if (parsed.ec == std::errc::result_out_of_range) exponent = std::numeric_limits<int>::max();
+    if (sign.negative) exponent = -exponent;
+    digits = digits.substr(0, e);
+  }
+  const auto point = std::min(digits.find('.'), digits.size());
+  const auto first = digits.find_first_of("123456789");
+  if (first == digits.npos) return 0;
+  return exponent + static_cast<long>(point) - static_cast<long>(first);
+}
+
+// What from_chars refuses as out of range, without sign.
+float OutOfRange(std::string_view digits, bool hexadecimal) {
+  const bool tiny = hexadecimal ? digits.find("p-") != digits.npos : MagnitudeOf(digits) <= 0;
+  return tiny ? 0.0f : std::numeric_limits<float>::infinity();
+}
+
+template <class Integer>
+std::size_t ParseInteger(std::string_view text, Integer& value) {
+  const Sign sign = SignOf(text);
+  const char* first = text.data() + sign.length;
+  const char* last = text.data() + text.size();
+  if (first == last || !IsDigit(*first)) return 0;
+  long long wide = 0;
+  const auto parsed = std::from_chars(first, last, wide);
+  if (parsed.ec == std::errc::result_out_of_range) wide = std::numeric_limits<long long>::max();
+  if (sign.negative) wide = -wide;
+  using Limits = std::numeric_limits<Integer>;
+  value = static_cast<Integer>(std::clamp<long long>(wide, Limits::min(), Limits::max()));
+  return static_cast<std::size_t>(parsed.ptr - text.data());
+}
+
+}  // namespace
+
+std::size_t ParseLenient(std::string_view text, int& value) { return ParseInteger(text, value); }
+std::size_t ParseLenient(std::string_view text, unsigned& value) { return ParseInteger(text, value); }
+
+std::size_t ParseLenient(std::string_view text, float& value) {
+  const Sign sign = SignOf(text);
+  const char* first = text.data() + sign.length;
+  const char* last = text.data() + text.size();
+  const bool hexadecimal = last - first > 1 && first[0] == '0' && (first[1] == 'x' || first[1] == 'X');
+  if (hexadecimal) first += 2;
+  if (first == last || *first == '-') return 0;
+  float magnitude = 0;
+  const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
+  const auto parsed = std::from_chars(first, last, magnitude, format);
+  if (parsed.ec == std::errc::invalid_argument) return 0;
+  if (parsed.ec == std::errc::result_out_of_range)
+    magnitude = OutOfRange({first, static_cast<std::size_t>(parsed.ptr - first)}, hexadecimal);
+  value = std::copysign(magnitude, sign.negative ? -1.0f : 1.0f);
+  return static_cast<std::size_t>(parsed.ptr - text.data());
+}
+
+void AppendNumber(std::string& text, float value) {
+  char digits[32];
+  const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6);
+  text.append(digits, end.ptr);
+}
+
+void AppendNumber(std::string& text, int value) { text += std::to_string(value); }
+
+OutputFile::OutputFile(const char* name, std::ios::openmode mode) : file_(name, mode | std::ios::out) {}
+
+OutputFile::~OutputFile() {
+  if (!IsOpen()) return;
+  Flush();
+  file_.close();
+  WriteFailedFlag = file_.fail();
+}
+
+void OutputFile::Flush() {
+  file_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+  buffer_.clear();
+}
+
+void OutputFile::FlushIfFull() {
+  constexpr std::size_t kBlock = 1 << 16;
+  if (buffer_.size() >= kBlock) Flush();
+}
+
+void OutputFile::Write(const void* bytes, std::size_t count) {
+  Flush();
+  file_.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
+}
+
+OutputFile& OutputFile::operator<<(std::string_view text) {
+  buffer_ += text;
+  return *this;
+}
+
+OutputFile& OutputFile::operator<<(char c) {
+  buffer_ += c;
+  return *this;
+}
+
+OutputFile& OutputFile::operator<<(float value) {
+  AppendNumber(buffer_, value);
+  FlushIfFull();
+  return *this;
+}
+
+OutputFile& OutputFile::operator<<(int value) {
+  AppendNumber(buffer_, value);
+  return *this;
+}
+
+}  // namespace kem::load

@@ -1,0 +1,122 @@
+// The one door: opens a file, chooses its reader by name and then by content, and runs it.
+#include <algorithm>
+#include <fstream>
+#include <string>
+
+#include "kem.h"
+#include "load/detect.h"
+#include "load/files.h"
+#include "load/text.h"
+
+namespace kem::load {
+namespace {
+
+// A partner that is missing ends the load; any other refusal leaves the content tests their turn.
+enum class Outcome { Loaded, Refused, NoPartner };
+
+constexpr auto kBinary = std::ios::in | std::ios::binary;
+
+// The name's first bytes as one text: a NUL ends what can be searched.
+std::string_view SearchableStart(std::ifstream& in, Text& start) {
+  in.clear();
+  in.seekg(0);
+  in.read(start, kTextSize);
+  start[std::min<std::streamsize>(in.gcount(), kTextSize - 1)] = '\0';
+  return TextOf(start);
+}
+
+const char* PartnerExtension(const LoadState& state, Pairing pairing) {
+  if (pairing == Pairing::Bruker) return state.pairRole == 0 ? ".spc" : ".par";
+  return Contains(state.name, ".dhd") ? ".dat" : ".dhd";
+}
+
+std::string UpperCase(std::string text) {
+  for (char& c : text)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return text;
+}
+
+// The partner has the extension of its kind, or the whole name is spelled in capitals, or any case will do.
+bool OpenPartner(LoadState& state, Pairing pairing) {
+  const std::string partner = std::string(BaseOf(state.name)) + PartnerExtension(state, pairing);
+  if (partner.size() >= kTextSize) return false;
+  for (const std::string& spelling : {partner, UpperCase(partner), AnyCase(partner)}) {
+    state.partner.clear();
+    state.partner.open(spelling, kBinary);
+    if (state.partner.is_open()) return true;
+  }
+  return false;
+}
+
+Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
+  if (state.main.is_open()) {
+    state.main.clear();
+    state.main.seekg(0);
+  }
+  if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::NoPartner;
+  const bool loaded = format.read && format.read(record, state) != 0;
+  state.partner.close();
+  return loaded ? Outcome::Loaded : Outcome::Refused;
+}
+
+// Lets the tests of one pass choose a reader and runs it.
+Outcome Try(PrnType& record, LoadState& state, const Test* test) {
+  if (!test) return Outcome::Refused;
+  if (test->set) test->set(state);
+  state.count = 0;
+  return Dispatch(record, state, *test->format);
+}
+
+Outcome TryByContent(PrnType& record, LoadState& state) {
+  if (!state.main.is_open()) return Outcome::Refused;
+  Text start;
+  return Try(record, state, FirstHit(ContentTests(), SearchableStart(state.main, start)));
+}
+
+// Opens the file; a folder opens too, but cannot be read.
+bool OpenMain(LoadState& state) {
+  if (std::string_view(state.name).size() >= kTextSize) return false;
+  state.main.open(state.name, kBinary);
+  state.main.peek();
+  return state.main.is_open() && !state.main.bad();
+}
+
+bool Load(PrnType& record, LoadState& state) {
+  if (!OpenMain(state)) return false;
+  const Test* byName = FirstHit(NameTests(), state.name);
+  if (byName) {
+    const Outcome outcome = Try(record, state, byName);
+    if (outcome != Outcome::Refused) return outcome == Outcome::Loaded;
+  } else if (state.index == -1) {
+    return Dispatch(record, state, PlainColumns()) == Outcome::Loaded;
+  }
+  return TryByContent(record, state) == Outcome::Loaded;
+}
+
+}  // namespace
+}  // namespace kem::load
+
+using namespace kem::load;
+
+void PrnType::ReadFile(const char* name, int index) {
+  xStep = 0;
+  yStep = 0;
+  LoadState state{.name = name, .index = index, .main = {}, .partner = {}};
+  if (!Load(*this, state)) {
+    allocType = AllocNone;
+    return;
+  }
+  CopyText(fileName, name);
+  if ((state.multi3D || state.nxy || state.oma || ReadNextFlag != 0) && state.count > 1)
+    MakeNumberedFileName(fileName, index == 0 ? 1 : index);
+  if (ExtensionCreateHook) ExtensionCreateHook(&extension);
+}
+
+const char* KemFormatName(const char* name) {
+  LoadState state{.name = name, .index = 0, .main = {}, .partner = {}};
+  if (!OpenMain(state)) return nullptr;
+  const Test* test = FirstHit(NameTests(), name);
+  Text start;
+  if (!test) test = FirstHit(ContentTests(), SearchableStart(state.main, start));
+  return test ? test->format->name : nullptr;
+}

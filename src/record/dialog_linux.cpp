@@ -1,0 +1,2 @@
+#include "kem.h"
+int KemFileName(char*, int) { return 1; }

@@ -1,0 +1,245 @@
+// Storage, construction and copying of a record.
+#include <algorithm>
+#include <cstring>
+
+#include "load/text.h"
+#include "record/parameters.h"
+#include "record/storage.h"
+
+using kem::load::CopyText;
+using kem::load::TextOf;
+using kem::load::TextOfField;
+
+void (*ExtensionCreateHook)(void** extension) = nullptr;
+void (*ExtensionFreeHook)(void** extension) = nullptr;
+void (*ExtensionCopyHook)(void* destination, void* source) = nullptr;
+void (*ExtensionPrintHook)(void* extension) = nullptr;
+
+namespace kem::record {
+namespace {
+
+// A negative count turns into a length that no allocator can give.
+std::size_t Length(int count) { return static_cast<std::size_t>(count); }
+
+std::unique_ptr<float[]> CopyOf(const float* values, int count) {
+  auto copy = NewArray(count);
+  std::copy_n(values, count, copy.get());
+  return copy;
+}
+
+Grid CopyOf(float* const* rows, int nX, int nY) {
+  Grid copy = NewGrid(nX, nY);
+  for (int i = 0; i < nX; ++i) std::copy_n(rows[i], nY, copy[i]);
+  return copy;
+}
+
+template <auto NewRow>
+Grid MakeGrid(int rows, int columns) {
+  const int made = std::max(rows, 0);
+  Grid grid(
+      new float* [Length(made)] {}, GridDeleter{made});
+  for (int i = 0; i < made; ++i) grid[i] = NewRow(columns).release();
+  return grid;
+}
+
+// The shapes that own anything; the others only store their number.
+bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
+
+void ClearAxes(PrnType& record) {
+  record.xStep = 1;
+  record.xStart = 0;
+  record.yStep = 1;
+  record.yStart = 0;
+  record.yEnd = 1;
+  record.zMin = 0;
+  record.zMax = 1;
+}
+
+void CreateExtension(PrnType& record) {
+  record.extension = nullptr;
+  if (ExtensionCreateHook) ExtensionCreateHook(&record.extension);
+}
+
+void CopyExtension(PrnType& record, const PrnType& src) {
+  CreateExtension(record);
+  if (ExtensionCopyHook) ExtensionCopyHook(record.extension, src.extension);
+}
+
+void CopyParameter(PrnType& record, const PrnType& src, const KemParameter& parameter) {
+  const auto* from = static_cast<const char*>(parameter.in(src));
+  auto* to = const_cast<char*>(static_cast<const char*>(parameter.in(record)));
+  const auto count = Length(parameter.count);
+  switch (parameter.kind) {
+    case KemParameterKind::Text:
+      for (std::size_t k = 0; k < count; ++k) CopyText(to + k * kTextSize, TextOfField(from + k * kTextSize));
+      break;
+    case KemParameterKind::Int:
+      std::memcpy(to, from, count * sizeof(int));
+      break;
+    case KemParameterKind::Float:
+      std::memcpy(to, from, count * sizeof(float));
+      break;
+    case KemParameterKind::Bytes:
+      std::memcpy(to, from, count);
+      break;
+  }
+}
+
+// How many of the labels xLabel, yLabel, zLabel a file type keeps as text.
+int LabelsOf(int fileType) {
+  switch (fileType) {
+    case FileCvt:
+      return 2;
+    case FileXY:
+    case FileAT1:
+    case FileP3D:
+    case FileP2D:
+    case FileOMA:
+    case FileBES3T:
+      return 3;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<float[]> NewArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]); }
+std::unique_ptr<float[]> NewZeroArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]()); }
+
+void GridDeleter::operator()(float** grid) const {
+  for (int i = 0; i < rows; ++i) delete[] grid[i];
+  delete[] grid;
+}
+
+Grid NewGrid(int rows, int columns) { return MakeGrid<NewArray>(rows, columns); }
+Grid NewZeroGrid(int rows, int columns) { return MakeGrid<NewZeroArray>(rows, columns); }
+
+void Reset(PrnType& record) {
+  record.xArray = nullptr;
+  record.yArray = nullptr;
+  record.zArray = nullptr;
+  record.fileType = FileCvt;
+  record.allocType = AllocNone;
+  record.nX = 0;
+  record.nY = 0;
+  ClearAxes(record);
+  CopyText(record.xLabel, "X");
+  CopyText(record.yLabel, "Y");
+  CreateExtension(record);
+}
+
+}  // namespace kem::record
+
+using namespace kem::record;
+
+PrnType::PrnType(AllocType type, int count1, int count2) { Allocate(type, count1, count2); }
+
+PrnType::PrnType(const char* name, int index) { ReadFile(name, index); }
+
+PrnType::PrnType(const PrnType& src) {
+  Reset(*this);
+  active = src.active;
+  CopyText(fileName, TextOf(src.fileName));
+  CopyData(src);
+  CopyHeader(src);
+  CopyExtension(*this, src);
+}
+
+PrnType::~PrnType() { DeAllocate(); }
+
+PrnType PrnType::operator=(const PrnType& src) {
+  if (this == &src) return *this;
+  DeAllocate();
+  active = src.active;
+  CopyText(fileName, TextOf(src.fileName));
+  CopyData(src);
+  CopyHeader(src);
+  CopyExtension(*this, src);
+  return *this;
+}
+
+int PrnType::HasX() const { return allocType & AllocX; }
+int PrnType::HasY() const { return allocType & AllocY; }
+int PrnType::Is3D() const { return allocType & AllocZ; }
+int PrnType::operator!() const { return allocType == AllocNone; }
+
+void PrnType::Allocate(AllocType type, int count1, int count2) {
+  ClearAxes(*this);
+  xArray = nullptr;
+  yArray = nullptr;
+  zArray = nullptr;
+  allocType = type;
+  if (type == AllocNone || OwnsArrays(type)) {
+    const bool grid = (type & AllocZ) != 0;
+    fileType = grid ? FileP3D : type == AllocXY ? FileXY : FileCvt;
+    nX = type == AllocNone ? 0 : count1;
+    nY = grid ? count2 : nX;
+    // All arrays are had before the record owns the first, so that a failure leaks nothing.
+    auto x = type & AllocX ? NewArray(nX) : nullptr;
+    auto y = type & AllocY ? NewArray(nY) : nullptr;
+    Grid z = grid ? NewGrid(nX, nY) : nullptr;
+    Own(xArray, std::move(x));
+    Own(yArray, std::move(y));
+    Own(zArray, std::move(z));
+  }
+  if (fileType == FileCvt || fileType == FileXY || fileType == FileP3D) {
+    CopyText(xLabel, "X");
+    CopyText(yLabel, "Y");
+    if (fileType != FileCvt) CopyText(zLabel, fileType == FileP3D ? "Z" : "");
+    if (fileType == FileP3D) std::memset(commentLines, 0, sizeof commentLines);
+  }
+  CreateExtension(*this);
+}
+
+void PrnType::DeAllocate() {
+  if (allocType == AllocNone) return;
+  if (OwnsArrays(allocType)) {
+    if (HasX()) delete[] xArray;
+    if (HasY()) delete[] yArray;
+    if (Is3D()) GridDeleter{nX}(zArray);
+  }
+  allocType = AllocNone;
+  nX = 0;
+  nY = 0;
+  if (ExtensionFreeHook) ExtensionFreeHook(&extension);
+}
+
+void PrnType::CopyData(const PrnType& src) {
+  if (this == &src) return;
+  DeAllocate();
+  const bool owns = OwnsArrays(src.allocType);
+  const int xCount = src.Is3D() ? src.nX : src.nY;  // a curve's X array is as long as its values
+  auto x = owns && src.HasX() ? CopyOf(src.xArray, xCount) : nullptr;
+  auto y = owns && src.HasY() ? CopyOf(src.yArray, src.nY) : nullptr;
+  Grid z = owns && src.Is3D() ? CopyOf(src.zArray, src.nX, src.nY) : nullptr;
+  allocType = src.allocType;
+  xStep = src.xStep;
+  xStart = src.xStart;
+  xEnd = src.xEnd;
+  yStep = src.yStep;
+  yStart = src.yStart;
+  yEnd = src.yEnd;
+  zMin = src.zMin;
+  zMax = src.zMax;
+  nX = src.nX;
+  nY = src.nY;
+  if (x) Own(xArray, std::move(x));
+  if (y) Own(yArray, std::move(y));
+  if (z) Own(zArray, std::move(z));
+}
+
+void PrnType::CopyHeader(const PrnType& src) {
+  if (this == &src) return;
+  fileType = src.fileType;
+  if (fileType < 0 || fileType > FileCaryDSW) return;
+  const int labels = LabelsOf(fileType);
+  for (int k = 0; k < labels; ++k) CopyText(headerArea[k], TextOf(src.headerArea[k]));
+  if (fileType == FileP3D || fileType == FileP2D)
+    for (int k = 0; k < kCommentLines; ++k) CopyText(commentLines[k], TextOf(src.commentLines[k]));
+  for (const KemParameter& parameter : KemParameters(fileType)) CopyParameter(*this, src, parameter);
+}
+
+void PrnType::__autoclassinit2(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)
+  std::memset(static_cast<void*>(this), 0, std::min(size, sizeof *this));
+}

@@ -1,0 +1,33 @@
+// Memory of a record's arrays, and the two ways to start a record.
+#pragma once
+
+#include <memory>
+
+#include "kem.h"
+
+namespace kem::record {
+
+// A length that is negative or cannot be had ends in std::bad_alloc.
+std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
+std::unique_ptr<float[]> NewZeroArray(int count);  // all 0
+
+// The rows of a grid and their table, each an allocation of its own.
+struct GridDeleter {
+  int rows = 0;
+  void operator()(float** grid) const;
+};
+using Grid = std::unique_ptr<float*[], GridDeleter>;
+
+// No rows are made when their count is 0 or below.
+Grid NewGrid(int rows, int columns);
+Grid NewZeroGrid(int rows, int columns);
+
+// Makes a record fresh without releasing anything: no arrays, defined axes, titles "X" and "Y". Leaves xEnd,
+// zLabel, fileName and active as they are.
+void Reset(PrnType& record);
+
+// Hands arrays over to a record that owns none.
+inline void Own(float*& member, std::unique_ptr<float[]> array) { member = array.release(); }
+inline void Own(float**& member, Grid grid) { member = grid.release(); }
+
+}  // namespace kem::record

@@ -1,0 +1,93 @@
+#include "support/support.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+
+namespace kem::test {
+
+TempFolder::TempFolder() {
+  static int count = 0;
+  static const unsigned run = std::random_device{}();
+  // The project's formats are told by name, so the folder's own name must not look like one of them.
+  path_ = std::filesystem::temp_directory_path() / ("kem-" + std::to_string(run) + "-" + std::to_string(count++));
+  std::filesystem::create_directories(path_);
+}
+
+TempFolder::~TempFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TempFolder::Write(const std::string& name, const std::string& bytes) const {
+  const std::string path = Path(name);
+  std::ofstream(path, std::ios::binary) << bytes;
+  return path;
+}
+
+std::string ReadBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense) {
+  constexpr std::size_t kStride = 97;
+  constexpr std::size_t kTail = 12;
+  std::vector<std::size_t> lengths;
+  for (std::size_t n = 0; n < size; n += n < dense || n + kTail >= size ? 1 : kStride) lengths.push_back(n);
+  return lengths;
+}
+
+void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense) {
+  const TempFolder folder;
+  for (const std::size_t length : Prefixes(bytes.size(), dense)) {
+    const std::string path = folder.Write(name, bytes.substr(0, length));
+    (void)Printed([&path] { const PrnType record(path.c_str(), 0); });
+  }
+}
+
+void LoadDamaged(const std::string& name, const std::string& bytes, int rounds) {
+  const TempFolder folder;
+  Rng rng(kSeed);
+  for (int round = 0; round < rounds; ++round) {
+    std::string damaged = bytes;
+    for (int k = 0; k < 3 && !damaged.empty(); ++k) damaged[rng() % damaged.size()] = static_cast<char>(rng());
+    const std::string path = folder.Write(name, damaged);
+    (void)Printed([&path] {
+      try {
+        const PrnType record(path.c_str(), 0);
+      } catch (const std::bad_alloc&) {  // an absurd count may ask for more than there is
+      }
+    });
+  }
+}
+
+std::string Printed(const std::function<void()>& run) {
+  struct Redirection {
+    std::ostringstream text;
+    std::streambuf* before = std::cout.rdbuf(text.rdbuf());
+    ~Redirection() { std::cout.rdbuf(before); }
+  } redirection;
+  run();
+  return redirection.text.str();
+}
+
+std::string SampleFolder() {
+  const char* folder = std::getenv("KEM_SAMPLES");
+  return folder ? folder : "";
+}
+
+bool HaveSamples() {
+  if (!SampleFolder().empty()) return true;
+  MESSAGE("skipped: KEM_SAMPLES names no folder of real instrument files");
+  return false;
+}
+
+double Sum(std::span<const float> values) {
+  double sum = 0;
+  for (const float v : values) sum += v;
+  return sum;
+}
+
+}  // namespace kem::test

@@ -417,10 +417,19 @@ class KEM_API PrnType {
 
   /// \name Point lookup and interpolation
   /// @{
+
+  /// The coordinates of an axis, stored or defined, as a new array that the caller releases with `delete[]`.
+  /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
+  void ArrayFromXAxis(float** values, int* count) const;
+  void ArrayFromYAxis(float** values, int* count) const;
   /// @}
 
   /// \name Slices and reshaping
   /// @{
+
+  /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
+  /// their order, those that are not a number go last) and turns a defined one with a negative step round.
+  void SortAxes();
   /// @}
 
   /// \name Median filters and smoothing

@@ -53,8 +53,7 @@ int PrnType::ReadAT1(std::ifstream& in) {
   Grid grid = NewZeroGrid(nX, nY);
   in.clear();
   in.seekg(kPixels);
-  for (int i = 0; i < nX; ++i)
-    ReadValues(in, Wire::U16, Order::Little, {grid[i], static_cast<std::size_t>(nY)});
+  for (int i = 0; i < nX; ++i) ReadValues(in, Wire::U16, Order::Little, {grid[i], static_cast<std::size_t>(nY)});
   Own(zArray, std::move(grid));
   allocType = AllocZ;
   MinMax();

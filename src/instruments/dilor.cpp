@@ -42,7 +42,14 @@ void ReadTextLines(std::istream& in, std::span<Text> lines) {
   }
 }
 
-enum : std::size_t { kKindLine = 1, kCountLine = 3, kXLabelLine = 7, kYLabelLine = 8, kEndLine = 10, kStartLine = 11 };
+enum : std::size_t {
+  kKindLine = 1,
+  kCountLine = 3,
+  kXLabelLine = 7,
+  kYLabelLine = 8,
+  kEndLine = 10,
+  kStartLine = 11
+};
 constexpr std::size_t kHeaderLines = 16;
 constexpr std::size_t kTrailerLines = 17;
 constexpr std::size_t kStepLine = 15;
@@ -61,8 +68,9 @@ struct TrailerNumber {
   float Dilor::*to;
 };
 constexpr TrailerNumber kTrailerNumbers[] = {
-    {6, &Dilor::dilorExcLine},    {8, &Dilor::dilorForemono},   {9, &Dilor::dilorSpectro}, {10, &Dilor::dilorSlitWidth},
-    {11, &Dilor::dilorSpecWidth}, {12, &Dilor::dilorIntTime},   {13, &Dilor::dilorRepeat},
+    {6, &Dilor::dilorExcLine},    {8, &Dilor::dilorForemono},   {9, &Dilor::dilorSpectro},
+    {10, &Dilor::dilorSlitWidth}, {11, &Dilor::dilorSpecWidth}, {12, &Dilor::dilorIntTime},
+    {13, &Dilor::dilorRepeat},
 };
 
 // The points run from high to low abscissa, so the first number belongs at the end.
@@ -88,9 +96,9 @@ struct SeriesText {
   Text Dilor::*to;
 };
 constexpr SeriesText kSeriesTexts[] = {
-    {36, 15, &Dilor::dilorXLabel},    {51, 15, &Dilor::dilorYLabel},   {135, 35, &Dilor::dilorOperator},
-    {170, 8, &Dilor::dilorDate},      {178, 35, &Dilor::dilorSample},  {213, 10, &Dilor::dilorDetector},
-    {223, 10, &Dilor::dilorGrating},  {256, 35, &Dilor::dilorFilter},  {301, 10, &Dilor::dilorPower},
+    {36, 15, &Dilor::dilorXLabel},   {51, 15, &Dilor::dilorYLabel},  {135, 35, &Dilor::dilorOperator},
+    {170, 8, &Dilor::dilorDate},     {178, 35, &Dilor::dilorSample}, {213, 10, &Dilor::dilorDetector},
+    {223, 10, &Dilor::dilorGrating}, {256, 35, &Dilor::dilorFilter}, {301, 10, &Dilor::dilorPower},
     {371, 35, &Dilor::dilorComment},
 };
 
@@ -100,7 +108,7 @@ struct SeriesNumber {
   float Dilor::*to;
 };
 constexpr SeriesNumber kSeriesNumbers[] = {
-    {291, &Dilor::dilorExcLine},   {311, &Dilor::dilorForemono}, {321, &Dilor::dilorSpectro},
+    {291, &Dilor::dilorExcLine},   {311, &Dilor::dilorForemono},  {321, &Dilor::dilorSpectro},
     {331, &Dilor::dilorSlitWidth}, {341, &Dilor::dilorSpecWidth}, {351, &Dilor::dilorIntTime},
     {361, &Dilor::dilorRepeat},
 };

@@ -145,7 +145,8 @@ int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   StoreCurveTitle(xLabel, curve.header.Text(0, kCurveYTitle), 0);
   StoreCurveTitle(yLabel, curve.header.Text(kCurveYTitle, kFlag - kCurveYTitle), kCurveYTitle);
   iccdCurve = {};
-  std::copy(extra.Bytes().begin(), extra.Bytes().end(), iccdCurve.iccdCurveExtra[0]);
+  const std::string_view trailing = extra.Text(0, sizeof iccdCurve.iccdCurveExtra);
+  trailing.copy(reinterpret_cast<char*>(&iccdCurve.iccdCurveExtra), trailing.size());
   Own(yArray, std::move(values));
   allocType = AllocY;
   nX = nY = points;

@@ -2,7 +2,6 @@
 //
 //   2135  directory entries; 2136 the entries, each beginning with its own length
 //   then  curves: a header of 48 bytes (point count at 0, value type at 8), the Y values, the X values
-#include <algorithm>
 #include <fstream>
 #include <string>
 
@@ -44,8 +43,7 @@ int Word(const Block& header, std::size_t at) {
 
 template <std::size_t Size>
 void CopyBytes(unsigned char (&to)[Size], const Block& header, std::size_t at) {
-  const std::string_view bytes = header.Text(at, Size);
-  std::copy(bytes.begin(), bytes.end(), to);
+  header.Text(at, Size).copy(reinterpret_cast<char*>(to), Size);
 }
 
 std::string_view UpToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
@@ -111,7 +109,7 @@ struct ValueType {
   Wire wire;
 };
 constexpr ValueType kValueTypes[] = {
-    {1, Wire::U8},   {2, Wire::U16},  {4, Wire::U32}, {18, Wire::U16},
+    {1, Wire::U8},   {2, Wire::U16},  {4, Wire::U32},  {18, Wire::U16},
     {20, Wire::S32}, {52, Wire::F32}, {56, Wire::F64},
 };
 

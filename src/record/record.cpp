@@ -43,7 +43,7 @@ void ProbeMemory(std::size_t rows, std::size_t columns) {
   if (columns > (kMost - kPerRow) / sizeof(float)) throw std::bad_alloc();
   const std::size_t perRow = columns * sizeof(float) + kPerRow;
   if (rows > kMost / perRow) throw std::bad_alloc();
-  ::operator delete(::operator new(rows * perRow));
+  ::operator delete(::operator new(rows* perRow));
 }
 
 template <auto NewRow>
@@ -55,9 +55,6 @@ Grid MakeGrid(int rows, int columns) {
   for (int i = 0; i < made; ++i) grid[i] = NewRow(columns).release();
   return grid;
 }
-
-// The shapes that own anything; the others only store their number.
-bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
 
 void ClearAxes(PrnType& record) {
   record.xStep = 1;

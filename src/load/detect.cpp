@@ -5,11 +5,17 @@ namespace {
 
 // ------------------------------------------------------------ formats
 
-constexpr Format kP3D{"P3D text grid", nullptr};
-constexpr Format kB3D{"B3D binary grid", nullptr};
-constexpr Format kB2D{"B2D binary curve", nullptr};
-constexpr Format kP2D{"P2D text curve", nullptr};
-constexpr Format kCvt{"CVT curve", nullptr};
+// A reader that needs nothing but the main stream.
+template <int (PrnType::*Read)(std::ifstream&)>
+int FromMain(PrnType& record, LoadState& state) {
+  return (record.*Read)(state.main);
+}
+
+constexpr Format kP3D{"P3D text grid", FromMain<&PrnType::ReadP3D>};
+constexpr Format kB3D{"B3D binary grid", FromMain<&PrnType::ReadB3D>};
+constexpr Format kB2D{"B2D binary curve", FromMain<&PrnType::ReadB2D>};
+constexpr Format kP2D{"P2D text curve", FromMain<&PrnType::ReadP2D>};
+constexpr Format kCvt{"CVT curve", FromMain<&PrnType::ReadCvt>};
 constexpr Format kCaryDSW{"Cary DSW", nullptr};
 constexpr Format kBruker{"Bruker ESR spc/par", nullptr, Pairing::Bruker};
 constexpr Format kDilor{"Dilor Raman", nullptr};
@@ -28,7 +34,7 @@ constexpr Format kAT1{"AT1 image", nullptr};
 constexpr Format kOMA{"EG&G OMA", nullptr};
 constexpr Format kXY{"XY, NXY or JCAMP-DX", [](PrnType& record, LoadState& state) {
                        if (state.nxy) return record.ReadNXYPrn(state.main, state.count, state.index);
-                       if (state.jcamp) return 0;
+                       if (state.jcamp) return record.ReadDX(state.main);
                        return record.ReadXYPrn(state.main);
                      }};
 

@@ -75,7 +75,7 @@ int ReadHeader(PrnType& record, std::istream& in, std::initializer_list<AllocTyp
   record.nX = header.nX;
   record.nY = header.nY;
   const bool suits = std::find(wanted.begin(), wanted.end(), header.shape) != wanted.end();
-  return suits ? header.shape : AllocNone;
+  return suits ? int{header.shape} : int{AllocNone};
 }
 
 void WriteRow(OutputFile& out, const float* row, int count) {

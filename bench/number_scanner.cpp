@@ -44,7 +44,7 @@ void Check(int pairs) {
 }
 
 void Stream(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     auto in = File().Open();
     int pairs = 0;
     for (float x = 0, y = 0; in >> x >> y; ++pairs) benchmark::DoNotOptimize(x + y);
@@ -54,7 +54,7 @@ void Stream(benchmark::State& state) {
 }
 
 void Scanner(benchmark::State& state) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     auto in = File().Open();
     kem::load::NumberScanner scan(in);
     int pairs = 0;

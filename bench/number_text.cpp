@@ -50,7 +50,7 @@ void Label(benchmark::State& state) {
 template <class File>
 void WriteAll(benchmark::State& state, File open) {
   const auto values = Values(state.range(0));
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     auto out = open();
     for (const float v : values) out << v << '\n';
   }

@@ -80,7 +80,8 @@ struct SixDigits {
 SixDigits Round(float value) {
   const auto rounded = [value](int exponent) {
     constexpr double kToInteger = 0x1p52;  // leaves no bits for a fraction
-    const double scaled = exponent <= 5 ? value * kPowersOfTen[5 - exponent] : value / kPowersOfTen[exponent - 5];
+    const double power = kPowersOfTen[std::abs(exponent - 5)];
+    const double scaled = exponent <= 5 ? value * power : value / power;
     return static_cast<int>((scaled + kToInteger) - kToInteger);
   };
   const int binary = static_cast<int>(std::bit_cast<std::uint32_t>(value) >> 23) - 127;

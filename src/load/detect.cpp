@@ -33,11 +33,10 @@ constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
 constexpr Format kIccdCurve{"ICCD curve", [](PrnType& record, LoadState& state) {
                               return record.ReadIccdCrv(state.main, state.count, state.index);
                             }};
-constexpr Format kNPico{"NPico scan",
-                        [](PrnType& record, LoadState& state) { return record.ReadNPico(state.main); }};
+constexpr Format kNPico{"NPico scan", FromMain<&PrnType::ReadNPico>};
 constexpr Format kHama{"Hamamatsu raw image", nullptr};
 constexpr Format kCaryPrn{"Cary absorption prn", nullptr};
-constexpr Format kAT1{"AT1 image", [](PrnType& record, LoadState& state) { return record.ReadAT1(state.main); }};
+constexpr Format kAT1{"AT1 image", FromMain<&PrnType::ReadAT1>};
 constexpr Format kOMA{"EG&G OMA", [](PrnType& record, LoadState& state) {
                         return record.ReadOMA(state.main, state.count, state.index);
                       }};

@@ -24,7 +24,8 @@ inline std::string Written(const PrnType& record, int (PrnType::*writer)(char*) 
   const TempFolder folder;
   std::string path = folder.Path("out");
   std::string nowhere = folder.Path("no/such/folder");
-  CHECK((record.*writer)(path.data()) == static_cast<int>(std::filesystem::exists(path)));
+  const int result = (record.*writer)(path.data());
+  CHECK(result == static_cast<int>(std::filesystem::exists(path)));
   CHECK((record.*writer)(nowhere.data()) == 0);
   std::string bytes = ReadBytes(path);
   if (bytes.substr(0, 2) != "[B") std::erase(bytes, '\r');

@@ -379,7 +379,32 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Exchange formats
+  /// Readers return 1, or 0 when the stream is already bad or the file is not theirs; streams are opened in
+  /// binary mode. Values that a file does not hold are 0; a count that is absurd ends in std::bad_alloc.
+  /// Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then create
+  /// nothing; see also \ref WriteFailedFlag. Text holds six significant digits of a value.
   /// @{
+
+  /// P3D, a grid as text: titles, comment lines, the axes as values or as start, end and step, the values.
+  int ReadP3D(std::ifstream& in);
+  int WriteP3D(char* const name) const;
+  /// P2D, a curve likewise.
+  int ReadP2D(std::ifstream& in);
+  int WriteP2D(char* const name) const;
+  /// B3D, a grid with all bits of its values. Axes have at most 32767 points.
+  int ReadB3D(std::ifstream& in);
+  int WriteB3D(char* const name) const;
+  /// B2D, a curve likewise; its `yStep` is stored as 0.
+  int ReadB2D(std::ifstream& in);
+  int WriteB2D(char* const name) const;
+  /// CVT, a curve as text: six header lines, then a number per line. `xEnd` of a defined axis is computed from
+  /// the number of values.
+  int ReadCvt(std::ifstream& in);
+  int WriteCvt(char* const name) const;
+  /// JCAMP-DX, a curve as labelled text. Reads uncompressed pairs, of all blocks together, in ascending order
+  /// of X; texts of more than seven characters are left out, factors are not applied (see \ref ReadXFactor).
+  int ReadDX(std::ifstream& in);
+  int WriteDX(char* const name) const;
   /// @}
 
   /// \name Instrument files
@@ -455,6 +480,11 @@ extern KEM_API int ReadNextFlag;
 /// 1 when the file last written could not be stored completely (a full disk, say), else 0. Set by every
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
+/// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
+/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// a file without factors and for every other format; of several blocks, the last factor that is not 1.
+extern KEM_API float ReadXFactor;
+extern KEM_API float ReadYFactor;
 /// Placeholder for hosts that import it; never read or written.
 extern KEM_API int nKemDll;
 

@@ -76,8 +76,8 @@ TEST_CASE("interpolate: a grid resampled in any order has the values of At") {
     CAPTURE(round);
     const PrnType grid = Grid(rng, 1 + round % 9, 1 + round % 13, round % 2);
     Floats x(10), y(14);
-    for (float& t : x) t = grid.xStart + (grid.xEnd - grid.xStart) * static_cast<float>(rng() % 9) / 8;
-    for (float& t : y) t = grid.yStart + (grid.yEnd - grid.yStart) * static_cast<float>(rng() % 99) / 98;
+    for (float& t : x) t = std::clamp(static_cast<float>(rng() % 9) / 8, grid.xStart, grid.xEnd);
+    for (float& t : y) t = std::clamp(static_cast<float>(rng() % 99) / 98, grid.yStart, grid.yEnd);
     const Result r(&grid.InterpolateXYZ(x.data(), 10, y.data(), 14));
     for (std::size_t i = 0; i < x.size(); ++i)
       for (std::size_t j = 0; j < y.size(); ++j) CHECK_BITS(r->zArray[i][j], grid.At(x[i], y[j]));

@@ -42,9 +42,6 @@ Grid MakeGrid(int rows, int columns) {
   return grid;
 }
 
-// The shapes that own anything; the others only store their number.
-bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
-
 void ClearAxes(PrnType& record) {
   record.xStep = 1;
   record.xStart = 0;

@@ -409,11 +409,28 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Slices and reshaping
+  /// Bounds are given in either order and included.
   /// @{
 
+  /// A curve over the X axis of a grid: the values of a band of Y coordinates summed, or their mean where
+  /// \p average is not 0. 0 where the band is empty.
+  PrnType& XSlice(float y1, float y2, int average) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& YSlice(float x1, float x2, int average) const;
+  /// The part of a curve or grid inside bounds, in ascending order of its axes; the Y bounds count for grids
+  /// only. Empty when two bounds are equal or no data reach them; bounds between two samples leave 0 points.
+  PrnType& Cut(float x1, float x2, float y1, float y2) const;
+  /// A curve of two points or more without the one closest to (\p x, \p y), each measured in its own unit.
+  PrnType& DeleteClosest(float x, float y) const;
+  /// Means of \p fx neighbouring samples, for a grid of blocks of \p fx by \p fy; a remainder at the end of an
+  /// axis is dropped. Both axes of the result are stored.
+  PrnType& Reduce(int fx, int fy) const;
   /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
   /// their order, those that are not a number go last) and turns a defined one with a negative step round.
   void SortAxes();
+  /// Exchanges X and Y: the axes of a grid, whose values are transposed, or the abscissae of a curve and its
+  /// values. The labels stay.
+  void SwapXY();
   /// @}
 
   /// \name Median filters and smoothing

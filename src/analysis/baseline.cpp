@@ -1,4 +1,5 @@
 // Linear corrections in place: a straight background, a drifting gain.
+#include <algorithm>
 #include <vector>
 
 #include "analysis/axis.h"
@@ -59,19 +60,21 @@ void SubtractFromColumns(PrnType& grid, const AxisValues& xs, float x1, float x2
   if (ys.size() == 0) return;
   ColumnReader first(grid, xs, ys, x1);
   ColumnReader second(grid, xs, ys, x2);
-  std::vector<char> read(xs.size());
-  for (const std::size_t i : {first.Rows().first, first.Rows().second, second.Rows().first, second.Rows().second})
-    read[i] = 1;
+  std::vector<std::size_t> read = {first.Rows().first, first.Rows().second, second.Rows().first,
+                                   second.Rows().second};
+  std::ranges::sort(read);
+  read.erase(std::ranges::unique(read).begin(), read.end());
 
   std::vector<Straight> lines;
   lines.reserve(ys.size());
   for (std::size_t j = 0; j < ys.size(); ++j) {
     lines.emplace_back(x1, first.At(ys[j]), x2, second.At(ys[j]));
-    for (std::size_t i = 0; i < xs.size(); ++i)
-      if (read[i]) grid.zArray[i][j] -= lines[j].At(xs[i]);
+    for (const std::size_t i : read) grid.zArray[i][j] -= lines[j].At(xs[i]);
   }
-  for (std::size_t i = 0; i < xs.size(); ++i)
-    for (std::size_t j = 0; !read[i] && j < ys.size(); ++j) grid.zArray[i][j] -= lines[j].At(xs[i]);
+  for (std::size_t i = 0; i < xs.size(); ++i) {
+    if (std::ranges::binary_search(read, i)) continue;
+    for (std::size_t j = 0; j < ys.size(); ++j) grid.zArray[i][j] -= lines[j].At(xs[i]);
+  }
 }
 
 }  // namespace

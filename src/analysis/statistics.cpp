@@ -20,7 +20,7 @@ std::span<const float> Values(const float* values, int count) {
   return {values, static_cast<std::size_t>(std::max(count, 0))};
 }
 
-// Equal parts of a range, and how many values fell into each.
+// Equal parts of a range, and how many values fell into each: none that lies below it or is not a number.
 struct Bins {
   std::span<float> counts;
   float lo;
@@ -29,11 +29,10 @@ struct Bins {
   void Add(std::span<const float> values) const {
     const auto bins = static_cast<float>(counts.size());
     for (const float v : values) {
-      const float place = v == lo ? 0 : std::floor((v - lo) / (hi - lo) * bins);
-      if (place >= bins)
-        counts.back() += 1;
-      else if (place >= 0)
-        counts[static_cast<std::size_t>(place)] += 1;
+      const float place = v == lo ? 0 : (v - lo) / (hi - lo) * bins;
+      if (!(place >= 0)) continue;
+      const std::size_t last = counts.size() - 1;
+      counts[place < bins ? std::min(static_cast<std::size_t>(place), last) : last] += 1;
     }
   }
 };

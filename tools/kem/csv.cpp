@@ -1,0 +1,97 @@
+#include "csv.h"
+
+#include <algorithm>
+#include <fstream>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "text.h"
+
+namespace kem::tool {
+namespace {
+
+// Lines of a table, written in large pieces.
+class Table {
+ public:
+  explicit Table(const char* name) : file_(name, std::ios::binary) {}
+
+  // A title that holds a separator is quoted, and quotes in it are doubled.
+  void Title(const std::string& title, bool last) {
+    if (title.find_first_of(",\"\r\n") == title.npos) {
+      text_ += title;
+    } else {
+      text_ += '"';
+      for (const char c : title) text_.append(c == '"' ? 2 : 1, c);
+      text_ += '"';
+    }
+    text_ += last ? '\n' : ',';
+  }
+
+  void Row(std::initializer_list<float> values) {
+    for (const float value : values) {
+      AppendShortest(text_, value);
+      text_ += ',';
+    }
+    text_.back() = '\n';
+    if (text_.size() >= kPiece) Flush();
+  }
+
+  bool Close() {
+    Flush();
+    file_.close();
+    return !file_.fail();
+  }
+
+ private:
+  static constexpr std::size_t kPiece = 1 << 16;
+
+  void Flush() {
+    file_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+    text_.clear();
+  }
+
+  std::ofstream file_;
+  std::string text_;
+};
+
+std::vector<float> Coordinates(const float* stored, int count, float start, float step) {
+  std::vector<float> values(static_cast<std::size_t>(std::max(count, 0)), start);
+  if (stored) std::copy_n(stored, values.size(), values.begin());
+  for (std::size_t k = 1; !stored && k < values.size(); ++k) values[k] = values[k - 1] + step;
+  return values;
+}
+
+std::string Trimmed(const std::string& text) {
+  constexpr const char* kBlank = " \t\r\n";
+  const auto first = std::min(text.find_first_not_of(kBlank), text.size());
+  return text.substr(first, text.find_last_not_of(kBlank) + 1 - first);
+}
+
+void WriteTitles(Table& table, const PrnType& record) {
+  char titles[3][kTextSize] = {};
+  record.LabelAxes(titles[0], titles[1], titles[2]);
+  const int last = record.Is3D() ? 2 : 1;
+  constexpr const char* kUntitled[] = {"X", "Y", "Z"};
+  for (int k = 0; k <= last; ++k) table.Title(titles[k][0] ? Utf8(titles[k]) : kUntitled[k], k == last);
+}
+
+}  // namespace
+
+bool WriteCsv(const PrnType& record, char* name) {
+  Table table(name);
+  WriteTitles(table, record);
+  const bool grid = record.Is3D() != 0;
+  const auto xs = Coordinates(record.HasX() ? record.xArray : nullptr, grid ? record.nX : record.nY, record.xStart,
+                              record.xStep);
+  if (!grid) {
+    for (std::size_t i = 0; i < xs.size(); ++i) table.Row({xs[i], record.yArray[i]});
+    return table.Close();
+  }
+  const auto ys = Coordinates(record.HasY() ? record.yArray : nullptr, record.nY, record.yStart, record.yStep);
+  for (std::size_t j = 0; j < ys.size(); ++j)
+    for (std::size_t i = 0; i < xs.size(); ++i) table.Row({xs[i], ys[j], record.zArray[i][j]});
+  return table.Close();
+}
+
+}  // namespace kem::tool

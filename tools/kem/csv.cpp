@@ -73,7 +73,10 @@ void WriteTitles(Table& table, const PrnType& record) {
   record.LabelAxes(titles[0], titles[1], titles[2]);
   const int last = record.Is3D() ? 2 : 1;
   constexpr const char* kUntitled[] = {"X", "Y", "Z"};
-  for (int k = 0; k <= last; ++k) table.Title(titles[k][0] ? Utf8(titles[k]) : kUntitled[k], k == last);
+  for (int k = 0; k <= last; ++k) {
+    const std::string title = Trimmed(titles[k]);
+    table.Title(title.empty() ? kUntitled[k] : Utf8(title), k == last);
+  }
 }
 
 }  // namespace

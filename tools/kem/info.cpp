@@ -64,9 +64,12 @@ T ValueAt(const void* values, int index) {
 }
 
 Json Value(const KemParameter& parameter, const void* values, int index) {
+  struct Text {
+    char text[kTextSize];
+  };
   switch (parameter.kind) {
     case KemParameterKind::Text:
-      return Utf8(static_cast<const char*>(values) + index * kTextSize);
+      return Utf8(ValueAt<Text>(values, index).text);
     case KemParameterKind::Int:
       return ValueAt<int>(values, index);
     case KemParameterKind::Float:

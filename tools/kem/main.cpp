@@ -110,9 +110,7 @@ void AddFiles(CLI::App& app, std::vector<std::string>& files) {
 CLI::Option* AddItem(CLI::App& app, int& item) {
   return app.add_option("-i,--item", item, "Item of a file that holds several, counted from 1")
       ->type_name("N")
-      ->check([](const std::string& number) {
-        return number.starts_with('-') || number == "0" ? "items are counted from 1" : "";
-      });
+      ->check(CLI::Range(1, 1000000).description(""));
 }
 
 }  // namespace kem::tool

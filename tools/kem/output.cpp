@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -72,15 +73,15 @@ void RemoveUnfinished(int signal) {
 // goes otherwise.
 class PendingFile {
  public:
-  explicit PendingFile(const fs::path& folder) {
+  explicit PendingFile(const fs::path& target) : target_(target) {
     std::random_device random;
-    for (int attempt = 0; attempt < 100 && !created_; ++attempt) {
+    do {
       char name[32];
       std::snprintf(name, sizeof name, ".kem-%08x.tmp", static_cast<unsigned>(random()));
-      path_ = (folder / name).string();
+      path_ = fs::path(target).replace_filename(name).string();
       std::FILE* file = std::fopen(path_.c_str(), "wbx");
       created_ = file && std::fclose(file) == 0;
-    }
+    } while (!created_ && errno == EEXIST);
     if (created_ && path_.size() < sizeof unfinished) std::memcpy(unfinished, path_.c_str(), path_.size() + 1);
   }
 
@@ -92,17 +93,19 @@ class PendingFile {
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
 
-  bool IsCreated() const { return created_; }
-  char* Name() { return path_.data(); }
-
-  Problem RenameTo(const fs::path& target) {
+  // Writes and renames it.
+  Problem Complete(const PrnType& record, const Format& format) {
+    const std::string target = target_.string();
+    if (!created_) return target + " cannot be created: " + std::generic_category().message(errno);
+    if (!format.write(record, path_.data())) return target + " cannot be written completely";
     std::error_code error;
-    fs::rename(path_, target, error);
+    fs::rename(path_, target_, error);
     created_ = static_cast<bool>(error);
-    return error ? target.string() + " cannot be written: " + error.message() : Problem();
+    return error ? target + " cannot be written: " + error.message() : "";
   }
 
  private:
+  fs::path target_;
   std::string path_;
   bool created_ = false;
 };
@@ -143,14 +146,6 @@ Problem CannotReplace(const fs::path& target, const Output& output) {
   return output.force ? "" : target.string() + " exists already; --force overwrites it";
 }
 
-Problem WriteTo(const fs::path& target, const PrnType& record, const Format& format) {
-  const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
-  PendingFile file(folder);
-  if (!file.IsCreated()) return "no file can be created in " + folder.string();
-  if (!format.write(record, file.Name())) return target.string() + " cannot be written completely";
-  return file.RenameTo(target);
-}
-
 }  // namespace
 
 std::span<const Format> Formats() { return kFormats; }
@@ -181,14 +176,14 @@ Problem Save(const PrnType& record, const std::string& source, int number, const
   fs::path target = TargetOf(output, source, number, format);
   if (Problem problem = CannotReplace(target, output); !problem.empty()) return problem;
   target = Resolved(target);
-  if (Problem problem = WriteTo(target, record, format); !problem.empty()) return problem;
-  output.written[target] = source;
-  return {};
+  Problem problem = PendingFile(target).Complete(record, format);
+  if (problem.empty()) output.written[target] = source;
+  return problem;
 }
 
 void HandleInterrupts() {
-  std::signal(SIGINT, RemoveUnfinished);
-  std::signal(SIGTERM, RemoveUnfinished);
+  for (const int signal : {SIGINT, SIGTERM})
+    if (std::signal(signal, SIG_IGN) != SIG_IGN) std::signal(signal, RemoveUnfinished);
 }
 
 }  // namespace kem::tool

@@ -271,6 +271,30 @@ TEST_CASE("kem items: each item is listed and converted under its number") {
   CHECK(Names(folder.Path("one")) == std::set<std::string>{"raman.prn"});
 }
 
+TEST_CASE("kem items: files that count from 0, and signals that alternate") {
+  const TempFolder folder;
+  Bytes curves;
+  curves.Text("\xFC\xFF\x04\x81").Put(std::int16_t{3}).Put(std::int16_t{1});
+  for (const char* title : {"first", "second", "third"}) {
+    Bytes header;
+    header.Text("nm").PadTo(29, ' ').Text(title).PadTo(213, ' ').Text(std::string(1, '\0') + '\1');
+    curves.Text(std::string(header)).Put(std::int16_t{1}).Put(7).Put(0).Put(0);
+  }
+  const std::string iccd = folder.Write("set.crv", curves);
+  CHECK(Kem("items " + Quoted(iccd)).out ==
+        iccd + ": 3 items\n1\tcurve 1\tfirst\n2\tcurve 1\tsecond\n3\tcurve 1\tthird\n");
+  CHECK(Kem("convert --to csv --item 3 " + Quoted(iccd)).status == 0);
+  CHECK(Kem("info --item 4 " + Quoted(iccd)).err == "kem: " + iccd + ": holds no item 4\n");
+  CHECK(Names(folder.Path("")) == std::set<std::string>{"set.crv", "set_03.csv"});
+
+  const std::string scan =
+      folder.Write("scan.txt", "[DcDelay]\nStart= 0\nEnd= 1\nStep= 1\nNrPoints= 2:4\n1 1 3 1\n2 1 4 1\n\n\n");
+  CHECK(Kem("convert --to csv --all-items " + Quoted(scan)).status == 0);
+  CHECK(ReadBytes(folder.Path("scan_01.csv")) == "Delay Time (ps),Intensity\n0,1000\n1,2000\n");
+  CHECK(ReadBytes(folder.Path("scan_02.csv")) == "Delay Time (ps),Intensity\n0,3000\n1,4000\n");
+  CHECK(Kem("info --item 3 " + Quoted(scan)).err == "kem: " + scan + ": holds no item 3\n");
+}
+
 TEST_CASE("kem: real spectra") {
   if (!HaveSamples()) return;
   const TempFolder folder;

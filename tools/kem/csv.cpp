@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -55,11 +56,12 @@ class Table {
   std::string text_;
 };
 
-std::vector<float> Coordinates(const float* stored, int count, float start, float step) {
-  std::vector<float> values(static_cast<std::size_t>(std::max(count, 0)), start);
-  if (stored) std::copy_n(stored, values.size(), values.begin());
-  for (std::size_t k = 1; !stored && k < values.size(); ++k) values[k] = values[k - 1] + step;
-  return values;
+std::vector<float> Coordinates(const PrnType& record, void (PrnType::*axis)(float**, int*) const) {
+  float* values = nullptr;
+  int count = 0;
+  (record.*axis)(&values, &count);
+  const std::unique_ptr<float[]> owner(values);
+  return {values, values + count};
 }
 
 std::string Trimmed(const std::string& text) {
@@ -84,14 +86,12 @@ void WriteTitles(Table& table, const PrnType& record) {
 bool WriteCsv(const PrnType& record, char* name) {
   Table table(name);
   WriteTitles(table, record);
-  const bool grid = record.Is3D() != 0;
-  const auto xs = Coordinates(record.HasX() ? record.xArray : nullptr, grid ? record.nX : record.nY, record.xStart,
-                              record.xStep);
-  if (!grid) {
+  const auto xs = Coordinates(record, &PrnType::ArrayFromXAxis);
+  if (!record.Is3D()) {
     for (std::size_t i = 0; i < xs.size(); ++i) table.Row({xs[i], record.yArray[i]});
     return table.Close();
   }
-  const auto ys = Coordinates(record.HasY() ? record.yArray : nullptr, record.nY, record.yStart, record.yStep);
+  const auto ys = Coordinates(record, &PrnType::ArrayFromYAxis);
   for (std::size_t j = 0; j < ys.size(); ++j)
     for (std::size_t i = 0; i < xs.size(); ++i) table.Row({xs[i], ys[j], record.zArray[i][j]});
   return table.Close();

@@ -22,9 +22,15 @@ using Grid = std::unique_ptr<float*[], GridDeleter>;
 Grid NewGrid(int rows, int columns);
 Grid NewZeroGrid(int rows, int columns);
 
+// The shapes that own anything; the others only store their number.
+inline bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
+
 // Makes a record fresh without releasing anything: no arrays, defined axes, titles "X" and "Y". Leaves xEnd,
 // zLabel, fileName and active as they are.
 void Reset(PrnType& record);
+
+// A copy of a record whose values, a curve's Y array or a grid, are not initialised.
+PrnType CopyWithoutValues(const PrnType& src);
 
 // Hands arrays over to a record that owns none.
 inline void Own(float*& member, std::unique_ptr<float[]> array) { member = array.release(); }

@@ -461,6 +461,11 @@ class KEM_API PrnType {
 
   /// \name Point lookup and interpolation
   /// @{
+
+  /// The coordinates of an axis, stored or defined, as a new array that the caller releases with `delete[]`.
+  /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
+  void ArrayFromXAxis(float** values, int* count) const;
+  void ArrayFromYAxis(float** values, int* count) const;
   /// @}
 
   /// \name Slices and reshaping

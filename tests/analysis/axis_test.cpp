@@ -1,0 +1,56 @@
+#include "support/support.h"
+
+using namespace kem::test;
+
+namespace {
+
+std::vector<float> Axis(const PrnType& record, void (PrnType::*arrayFrom)(float**, int*) const) {
+  float* values = nullptr;
+  int count = -1;
+  (record.*arrayFrom)(&values, &count);
+  std::vector<float> axis(values, values + count);
+  delete[] values;
+  return axis;
+}
+
+}  // namespace
+
+TEST_CASE("axis: a stored axis is copied, a defined one accumulates in single precision") {
+  PrnType grid(AllocYZ, 1000, 2);
+  grid.xStart = 1;
+  grid.xStep = 0.1f;
+  grid.yArray[0] = 7;
+  grid.yArray[1] = -3;
+  const auto x = Axis(grid, &PrnType::ArrayFromXAxis);
+  REQUIRE(x.size() == 1000);
+  float expected = 1;
+  for (int k = 0; k < 999; ++k) expected += 0.1f;
+  CHECK_BITS(x[999], expected);
+  CHECK(x[999] != 1 + 999 * 0.1f);
+  CHECK(Axis(grid, &PrnType::ArrayFromYAxis) == std::vector<float>{7, -3});
+}
+
+TEST_CASE("axis: the count is that of the arrays, and none without arrays") {
+  struct {
+    AllocType type;
+    int nX, nY;
+    std::size_t x, y;
+  } const cases[] = {
+      {AllocY, 5, 5, 5, 5},  {AllocY, 2, 5, 5, 5},   {AllocXY, 5, 5, 5, 5},      {AllocXY, 9, 5, 5, 5},
+      {AllocXY, 3, 5, 3, 5}, {AllocZ, 5, 4, 5, 4},   {AllocXYZ, 5, 4, 5, 4},     {AllocNone, 5, 5, 0, 0},
+      {AllocX, 5, 5, 0, 0},  {AllocY, -1, -1, 0, 0}, {AllocType(9), 5, 5, 0, 0},
+  };
+  for (const auto& c : cases) {
+    CAPTURE(c.type);
+    PrnType record;
+    record.Allocate(c.type, 5, c.type & AllocZ ? 4 : 5);
+    if (record.yArray) std::fill_n(record.yArray, record.nY, 1.0f);
+    if (record.xArray) std::fill_n(record.xArray, record.nX, 1.0f);
+    const int made = record.nX;
+    record.nX = c.nX;
+    record.nY = c.nY;
+    CHECK(Axis(record, &PrnType::ArrayFromXAxis).size() == c.x);
+    CHECK(Axis(record, &PrnType::ArrayFromYAxis).size() == c.y);
+    record.nX = made;  // what the destructor releases
+  }
+}

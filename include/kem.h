@@ -470,6 +470,10 @@ class KEM_API PrnType {
 
   /// \name Slices and reshaping
   /// @{
+
+  /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
+  /// their order, those that are not a number go last) and turns a defined one with a negative step round.
+  void SortAxes();
   /// @}
 
   /// \name Median filters and smoothing

@@ -389,6 +389,22 @@ class KEM_API PrnType {
   /// Bruker BES3T. \p name is either file of the pair; \p columns receives the number of value columns per
   /// point, \p which picks one (0 means 1). Messages about unsupported layouts go to standard output.
   int ReadBES3T(const char* name, int& columns, int which);
+  /// Dilor Raman spectrometer, text with one spectrum.
+  int ReadDilorSingle(std::ifstream& in);
+  /// Dilor Raman series. \p count receives the number of spectra, \p which picks one (0 means 1). Returns 1
+  /// with an empty record when there is no such spectrum.
+  int ReadDilorM3D(std::ifstream& in, int& count, int which);
+  /// ICCD camera image, a grid that is not marked active. Prints `nX` and `nY`.
+  int ReadIccdImg(std::ifstream& in);
+  /// ICCD camera curves. \p count receives their number, \p which picks one, counted from 0.
+  int ReadIccdCrv(std::ifstream& in, int& count, int which);
+  /// EG&G OMA detector. \p count receives the number of curves, \p which picks one (0 means 1).
+  int ReadOMA(std::ifstream& in, int& count, int which);
+  /// NPico pump-probe scan. Of a scan with two signals, alternate calls load the first and the second, as
+  /// \ref ReadNextFlag says.
+  int ReadNPico(std::ifstream& in);
+  /// AT1 camera image.
+  int ReadAT1(std::ifstream& in);
   /// @}
 
   /// \name Arithmetic

@@ -12,20 +12,29 @@ constexpr Format kP2D{"P2D text curve", nullptr};
 constexpr Format kCvt{"CVT curve", nullptr};
 constexpr Format kCaryDSW{"Cary DSW", nullptr};
 constexpr Format kBruker{"Bruker ESR spc/par", nullptr, Pairing::Bruker};
-constexpr Format kDilor{"Dilor Raman", nullptr};
-constexpr Format kImage{"ICCD or HPDTA image", nullptr};
+constexpr Format kDilor{"Dilor Raman", [](PrnType& record, LoadState& state) {
+                          if (state.multi3D) return record.ReadDilorM3D(state.main, state.count, state.index);
+                          return record.ReadDilorSingle(state.main);
+                        }};
+constexpr Format kImage{"ICCD or HPDTA image",
+                        [](PrnType& record, LoadState& state) { return record.ReadIccdImg(state.main); }};
 constexpr Format kHPDTAProfile{"HPDTA profile", nullptr};
 constexpr Format kCary45{"Cary 45", nullptr, Pairing::Cary45};
 constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
                           state.main.close();
                           return record.ReadBES3T(state.name, state.count, state.index);
                         }};
-constexpr Format kIccdCurve{"ICCD curve", nullptr};
-constexpr Format kNPico{"NPico scan", nullptr};
+constexpr Format kIccdCurve{"ICCD curve", [](PrnType& record, LoadState& state) {
+                              return record.ReadIccdCrv(state.main, state.count, state.index);
+                            }};
+constexpr Format kNPico{"NPico scan",
+                        [](PrnType& record, LoadState& state) { return record.ReadNPico(state.main); }};
 constexpr Format kHama{"Hamamatsu raw image", nullptr};
 constexpr Format kCaryPrn{"Cary absorption prn", nullptr};
-constexpr Format kAT1{"AT1 image", nullptr};
-constexpr Format kOMA{"EG&G OMA", nullptr};
+constexpr Format kAT1{"AT1 image", [](PrnType& record, LoadState& state) { return record.ReadAT1(state.main); }};
+constexpr Format kOMA{"EG&G OMA", [](PrnType& record, LoadState& state) {
+                        return record.ReadOMA(state.main, state.count, state.index);
+                      }};
 constexpr Format kXY{"XY, NXY or JCAMP-DX", [](PrnType& record, LoadState& state) {
                        if (state.nxy) return record.ReadNXYPrn(state.main, state.count, state.index);
                        if (state.jcamp) return 0;

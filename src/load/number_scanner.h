@@ -25,6 +25,8 @@ class NumberScanner {
 
   // Whether the stream would report no condition now.
   bool Good() const { return state_ == std::ios::goodbit; }
+  // Whether it would report a failure; the last number may also end with the stream.
+  bool Failed() const { return (state_ & (std::ios::failbit | std::ios::badbit)) != 0; }
 
  private:
   bool SkipSpace();

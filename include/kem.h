@@ -482,6 +482,33 @@ class KEM_API PrnType {
   /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
   void ArrayFromXAxis(float** values, int* count) const;
   void ArrayFromYAxis(float** values, int* count) const;
+  /// The value of the sample nearest to a point, without interpolation; 0 outside the ranges of the axes and
+  /// for an empty record. \p y counts for a grid only. A defined axis is cut into as many equal bins as it has
+  /// samples, and the bin decides.
+  float Nearest(float x, float y) const;
+  /// The value at a point on the line through the two nearest samples, for a grid bilinear; 0 outside the
+  /// ranges of the axes and for an empty record. Both samples may lie on one side. The second neighbour along
+  /// y of a grid is searched with a measure that mixes in \p x: in units of their own, x far from all y, it
+  /// lies further up than the next sample.
+  float At(float x, float y) const;
+
+  /// A curve resampled at \p n given abscissae, between the two samples around each: 0 outside the source's
+  /// abscissae, half the difference of the two where they are at one abscissa.
+  PrnType& InterpolateXY(float* const xs, int n) const;
+  /// A curve resampled in steps from \p from on, floor(|(to - from) / step|) + 1 points; the result has a
+  /// defined axis. Empty when \p step is 0. Throws std::bad_alloc for a number of points that cannot be had, as
+  /// do the evenly spaced axes of grids.
+  PrnType& InterpolateY(float from, float to, float step) const;
+  /// A grid resampled at given coordinates, each value as \ref At finds it but not limited to the ranges of
+  /// the axes. Costs no more than a scan of the source's y coordinates per point, and next to nothing where they
+  /// are in order.
+  PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
+  /// A grid resampled on two evenly spaced axes, which the result defines.
+  PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled at given X coordinates and on an evenly spaced Y axis.
+  PrnType& InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled on an evenly spaced X axis and at given Y coordinates.
+  PrnType& InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const;
   /// @}
 
   /// \name Slices and reshaping

@@ -8,6 +8,8 @@ using namespace kem::test;
 
 namespace {
 
+std::string Name(const PrnType& r) { return r.fileName; }
+
 struct Function {
   PrnType (PrnType::*member)() const;
   std::string operation;
@@ -67,11 +69,11 @@ TEST_CASE("elementwise: functions of the values and coordinates of every shape")
       for (Floats* all : {&values, &x}) std::ranges::transform(*all, all->begin(), f.rule);
       const PrnType result = (record.*f.member)();
       CHECK_SAME(ValuesOf(result), values);
-      CHECK(result.fileName == f.before + record.fileName + f.after);
+      CHECK(Name(result) == f.before + record.fileName + f.after);
       const auto [scaled, complaints] = AxisOp(record, 'x', f.operation);
       CHECK_SAME(XOf(scaled), x);
       CHECK_SAME(ValuesOf(scaled), ValuesOf(record));
-      CHECK(scaled.fileName == std::string(record.fileName));
+      CHECK(Name(scaled) == Name(record));
       CHECK(scaled.allocType == (record.allocType | AllocX));
       CHECK(complaints == 0);
     }
@@ -79,7 +81,7 @@ TEST_CASE("elementwise: functions of the values and coordinates of every shape")
   PrnType partly = Curve(0, 1, {1, 2, 3});
   partly.nX = 2;  // the count of a curve
   CHECK_SAME(ValuesOf(partly.Set(2.5f)), (Floats{2.5f, 2.5f, 3}));
-  CHECK(partly.Set(2.5f).fileName == std::string("Set(,2.5)"));
+  CHECK(Name(partly.Set(2.5f)) == "Set(,2.5)");
   CHECK((!PrnType().Sin() && !PrnType(AllocX).Set(1)));
 }
 

@@ -24,6 +24,7 @@ TEST_CASE("axes: coordinates are equal within a relative 1e-5, never with their 
 
 TEST_CASE("axes: every start, end, step and coordinate of every shape counts") {
   Rng rng(kSeed);
+  CAPTURE(kSeed);
   for (int type = 2; type < 8; ++type) {
     CAPTURE(type);
     const PrnType a = RandomRecord(rng, type, 4, 3);

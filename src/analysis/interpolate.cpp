@@ -9,7 +9,7 @@
 
 #include "analysis/axis.h"
 #include "analysis/line.h"
-#include "load/text.h"
+#include "analysis/result.h"
 #include "record/storage.h"
 
 using namespace kem::analysis;
@@ -19,13 +19,6 @@ namespace {
 
 bool IsCurve(const PrnType& r) { return OwnsArrays(r.allocType) && !r.Is3D() && r.nX > 0 && r.nY > 0; }
 bool IsGrid(const PrnType& r) { return OwnsArrays(r.allocType) && r.Is3D() && r.nX > 0 && r.nY > 0; }
-
-std::unique_ptr<PrnType> NewResult(const PrnType& src, AllocType type, int nx, int ny) {
-  auto result = std::make_unique<PrnType>(type, nx, ny);
-  result->active = 1;
-  kem::load::CopyText(result->fileName, kem::load::TextOf(src.fileName));
-  return result;
-}
 
 // ------------------------------------------------------------ evenly spaced axes
 

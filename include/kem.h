@@ -433,11 +433,71 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Arithmetic
+  /// Combines the Y values of curves or the Z values of grids; operands stay as they are. The result has axes and
+  /// header of the left operand and is named after the operation. `^` is the power; mind that C++ binds `^` and
+  /// `&` more loosely than `+` and `==`. In every power a negative base takes the exponent rounded down.
   /// @{
+
+  /// When axes differ, the right operand is first interpolated onto those of the left one. A sample divided by 0
+  /// gives 0. Samples that the right operand does not reach keep the left one's value. A curve and a grid, or an
+  /// operand without data, give an empty record.
+  PrnType operator+(const PrnType& other);
+  PrnType operator-(const PrnType& other);
+  PrnType operator*(const PrnType& other);
+  PrnType operator/(const PrnType& other);
+  PrnType operator^(const PrnType& other);
+  /// The product sample by sample, whatever the axes. Empty when the counts differ.
+  PrnType operator&(const PrnType& other);
+
+  /// Every value with a number. Dividing by 0 and the power 0 give an empty record.
+  PrnType operator+(const float& number);
+  PrnType operator-(const float& number);
+  PrnType operator*(const float& number);
+  PrnType operator/(const float& number);
+  PrnType operator^(const float& number);
+  PrnType operator-();
+
+  /// 1 when both records store their axes alike and the axes are equal within a relative 1e-5, else 0. The
+  /// values of a curve are no axis.
+  int SameAxes(const PrnType& other) const;
+  /// 1 when the X axis has \p n coordinates, equal to \p values within a relative 1e-5, else 0.
+  int XAxisEqArray(float* values, int n) const;
+  int YAxisEqArray(float* values, int n) const;
   /// @}
 
   /// \name Elementwise functions
+  /// Copies with a function applied to every Y value of a curve or Z value of a grid, named after the function.
+  /// Values outside the domain become 0. An empty record gives an empty record.
   /// @{
+  PrnType Exp() const;
+  PrnType Log() const;  ///< to base 10
+  PrnType Ln() const;
+  PrnType Sin() const;  ///< of radians, like all angles here
+  PrnType Cos() const;
+  PrnType Tan() const;
+  PrnType ASin() const;
+  PrnType ACos() const;
+  PrnType ATan() const;
+  PrnType SinH() const;
+  PrnType CosH() const;
+  PrnType TanH() const;
+  PrnType ASinH() const;
+  PrnType ACosH() const;
+  PrnType ATanH() const;  ///< 0 from 1 upwards, but minus infinity at -1 and not a number below
+  PrnType Inv() const;    ///< 1 / value
+  PrnType Set(const float& constant) const;
+
+  /// A copy with an operation applied to the coordinates of the X axis (\p axis 'x') or of a grid's Y axis ('y').
+  ///
+  /// \param operation "+", "-", "*", "/" and "^" take \p value; "s" changes the sign; "inv", "exp", "log", "ln",
+  ///   "sin", "cos", "tan", "asin", "acos", "atan", "sinh", "cosh", "tanh", "asinh", "acosh" and "atanh" are the
+  ///   functions above. Dividing by 0 makes every coordinate 0.
+  ///
+  /// A defined axis stays defined under "+", "-" and "s" and becomes an array otherwise. The name stays. An
+  /// unknown operation is reported on standard error, once and for every coordinate, and changes none. An unknown
+  /// axis is reported likewise and then taken as Y, where the Y values of a curve count as coordinates. Empty for
+  /// 'y' on a curve.
+  PrnType AxisOp(char axis, char* const operation, float value) const;
   /// @}
 
   /// \name Point lookup and interpolation

@@ -507,26 +507,26 @@ class KEM_API PrnType {
   /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
   void ArrayFromXAxis(float** values, int* count) const;
   void ArrayFromYAxis(float** values, int* count) const;
-  /// The value of the sample nearest to a point, without interpolation; 0 outside the ranges of the axes and
-  /// for an empty record. \p y counts for a grid only. A defined axis is cut into as many equal bins as it has
-  /// samples, and the bin decides.
+  /// The value of the sample nearest to a point; 0 outside the ranges of the axes and for an empty record. A
+  /// defined axis is cut into as many equal bins as it has samples, and the bin decides. \p y counts for a grid
+  /// only.
   float Nearest(float x, float y) const;
-  /// The value at a point on the line through the two nearest samples, for a grid bilinear; 0 outside the
-  /// ranges of the axes and for an empty record. Both samples may lie on one side. The second neighbour along
-  /// y of a grid is searched with a measure that mixes in \p x: in units of their own, x far from all y, it
-  /// lies further up than the next sample.
+  /// The value at a point on the line through the nearest sample and the second nearest, both of which may lie
+  /// on one side; bilinear for a grid. 0 outside the ranges of the axes and for an empty record.
+  ///
+  /// Along y of a grid, the second sample is found in one pass upwards that takes each sample nearer to \p y than
+  /// the best so far and then remembers its distance to \p x. Where x is far from all y, the line therefore
+  /// ends at the last sample rather than at the next one.
   float At(float x, float y) const;
 
-  /// A curve resampled at \p n given abscissae, between the two samples around each: 0 outside the source's
-  /// abscissae, half the difference of the two where they are at one abscissa.
+  /// A curve resampled at \p n abscissae, each value on the line through the two samples around it: 0 outside
+  /// the source's abscissae, and half the difference of two samples at one abscissa.
   PrnType& InterpolateXY(float* const xs, int n) const;
-  /// A curve resampled in steps from \p from on, floor(|(to - from) / step|) + 1 points; the result has a
-  /// defined axis. Empty when \p step is 0. Throws std::bad_alloc for a number of points that cannot be had, as
-  /// do the evenly spaced axes of grids.
+  /// A curve resampled from \p from on in steps of \p step, floor(|(to - from) / step|) + 1 points; the result's
+  /// X axis is defined. Empty when \p step is 0. Here and for grids, a number of points that cannot be had
+  /// throws std::bad_alloc.
   PrnType& InterpolateY(float from, float to, float step) const;
-  /// A grid resampled at given coordinates, each value as \ref At finds it but not limited to the ranges of
-  /// the axes. Costs no more than a scan of the source's y coordinates per point, and next to nothing where they
-  /// are in order.
+  /// A grid resampled at \p nx by \p ny points. Values are those of \ref At, outside the ranges of the axes too.
   PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
   /// A grid resampled on two evenly spaced axes, which the result defines.
   PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;

@@ -129,7 +129,7 @@ inline bool SameData(const PrnType& a, const PrnType& b) {
 // Compares two sequences of floats bit for bit.
 #define CHECK_SAME(a, b)                                                             \
   do {                                                                               \
-    const kem::test::Floats sameA = (a);                                             \
-    const kem::test::Floats sameB = (b);                                             \
+    const kem::test::Floats& sameA = (a);                                            \
+    const kem::test::Floats& sameB = (b);                                            \
     CHECK_MESSAGE(std::ranges::equal(sameA, sameB, kem::test::SameBits), #a "/" #b); \
   } while (false)

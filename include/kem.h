@@ -447,14 +447,58 @@ class KEM_API PrnType {
   /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
   void ArrayFromXAxis(float** values, int* count) const;
   void ArrayFromYAxis(float** values, int* count) const;
+  /// The value of the sample nearest to a point, without interpolation; 0 outside the ranges of the axes and
+  /// for an empty record. \p y counts for a grid only. A defined axis is cut into as many equal bins as it has
+  /// samples, and the bin decides.
+  float Nearest(float x, float y) const;
+  /// The value at a point on the line through the two nearest samples, for a grid bilinear; 0 outside the
+  /// ranges of the axes and for an empty record. Both samples may lie on one side. The second neighbour along
+  /// y of a grid is searched with a measure that mixes in \p x: in units of their own, x far from all y, it
+  /// lies further up than the next sample.
+  float At(float x, float y) const;
+
+  /// A curve resampled at \p n given abscissae, between the two samples around each: 0 outside the source's
+  /// abscissae, half the difference of the two where they are at one abscissa.
+  PrnType& InterpolateXY(float* const xs, int n) const;
+  /// A curve resampled in steps from \p from on, floor(|(to - from) / step|) + 1 points; the result has a
+  /// defined axis. Empty when \p step is 0. Throws std::bad_alloc for a number of points that cannot be had, as
+  /// do the evenly spaced axes of grids.
+  PrnType& InterpolateY(float from, float to, float step) const;
+  /// A grid resampled at given coordinates, each value as \ref At finds it but not limited to the ranges of
+  /// the axes. Costs no more than a scan of the source's y coordinates per point, and next to nothing where they
+  /// are in order.
+  PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
+  /// A grid resampled on two evenly spaced axes, which the result defines.
+  PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled at given X coordinates and on an evenly spaced Y axis.
+  PrnType& InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled on an evenly spaced X axis and at given Y coordinates.
+  PrnType& InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const;
   /// @}
 
   /// \name Slices and reshaping
+  /// Bounds are given in either order and included.
   /// @{
 
+  /// A curve over the X axis of a grid: the values of a band of Y coordinates summed, or their mean where
+  /// \p average is not 0. 0 where the band is empty.
+  PrnType& XSlice(float y1, float y2, int average) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& YSlice(float x1, float x2, int average) const;
+  /// The part of a curve or grid inside bounds, in ascending order of its axes; the Y bounds count for grids
+  /// only. Empty when two bounds are equal or no data reach them; bounds between two samples leave 0 points.
+  PrnType& Cut(float x1, float x2, float y1, float y2) const;
+  /// A curve of two points or more without the one closest to (\p x, \p y), each measured in its own unit.
+  PrnType& DeleteClosest(float x, float y) const;
+  /// Means of \p fx neighbouring samples, for a grid of blocks of \p fx by \p fy; a remainder at the end of an
+  /// axis is dropped. Both axes of the result are stored.
+  PrnType& Reduce(int fx, int fy) const;
   /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
   /// their order, those that are not a number go last) and turns a defined one with a negative step round.
   void SortAxes();
+  /// Exchanges X and Y: the axes of a grid, whose values are transposed, or the abscissae of a curve and its
+  /// values. The labels stay.
+  void SwapXY();
   /// @}
 
   /// \name Median filters and smoothing
@@ -462,11 +506,58 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Differentiation and integration
+  /// All but \ref RunningIntegral see the data with their axes in ascending order, see \ref SortAxes. Bounds are
+  /// in units of the axes and given in either order.
   /// @{
+
+  /// The derivative of a curve, or of a grid along X, by an antisymmetric filter over 15 points: the slope per
+  /// sample, not divided by the spacing of the axis. The result loses seven samples at either end. Empty for
+  /// less than 16 samples.
+  PrnType& XDiff() const;
+  /// The derivative of a grid along Y, likewise.
+  PrnType& YDiff() const;
+  /// The integral between bounds, 0 where two are equal. Of a curve by trapezoids, the bounds interpolated by
+  /// \ref At; the Y bounds count for grids only. A grid is a sum of its values times the width and height of
+  /// their cells, in which the outermost samples weigh only their distance to the bounds.
+  float Integral(float x1, float x2, float y1, float y2) const;
+  /// The same with the absolute value of each trapezoid or product.
+  float AbsIntegral(float x1, float x2, float y1, float y2) const;
+  /// A curve over the X axis of a grid: the integral over a band of Y coordinates, by trapezoids between the
+  /// samples in the band and divided by their number. Empty when the band holds no sample.
+  PrnType& IntegrateY(float y1, float y2) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& IntegrateX(float x1, float x2) const;
+  /// The integral of a curve up to each point by trapezoids. It starts at the first value, not at 0.
+  PrnType& RunningIntegral() const;
   /// @}
 
   /// \name Baselines, noise and statistics
+  /// The corrections work in place. They change nothing when an abscissa lies outside the range of its axis,
+  /// when the range descends (`xStart` above `xEnd`), when both abscissae are equal, or when the axis has a single
+  /// sample.
   /// @{
+
+  /// Subtracts the straight line through the values at \p x1 and \p x2 (see \ref At) from a curve, or from each
+  /// column of a grid that of its own.
+  void SubLinBackX(float x1, float x2);
+  /// Subtracts from each row of a grid the straight line through its values at \p y1 and \p y2.
+  void SubLinBackY(float y1, float y2);
+  /// Multiplies a curve by the linear factor that takes it through (\p x1, \p target1) and (\p x2,
+  /// \p target2). Nothing happens where the curve is 0 at one of them.
+  void Slant(float x1, float target1, float x2, float target2);
+  /// The sum of absolute differences of neighbouring samples, over the number of samples: of a grid between its
+  /// columns, of a curve, on purpose, between its abscissae. 0 for no data.
+  float NoiseLevel() const;
+  /// Counts the values in each of \p nBins equal parts of the range from \p lo to \p hi, which is that of the
+  /// data as of the last \ref MinMax; the largest falls into the last bin, values below the range and those
+  /// that are not a number into none. With less than two bins or no data nothing is touched.
+  void Histogram(int nBins, float* const counts, float& lo, float& hi) const;
+  /// Smallest and largest value of a curve between two abscissae given in either order, and the first place of
+  /// each. No samples there give 0 and leave the places alone.
+  void MinMaxY(float x1, float x2, float& low, float& high, float& xAtLow, float& xAtHigh) const;
+  /// The same for a grid, with bounds in ascending order.
+  void MinMaxZ(float x1, float x2, float y1, float y2, float& low, float& high, float& xAtLow, float& yAtLow,
+               float& xAtHigh, float& yAtHigh) const;
   /// @}
 };
 

@@ -379,7 +379,32 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Exchange formats
+  /// Readers return 1, or 0 when the stream is already bad or the file is not theirs; streams are opened in
+  /// binary mode. Values that a file does not hold are 0; a count that is absurd ends in std::bad_alloc.
+  /// Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then create
+  /// nothing; see also \ref WriteFailedFlag. Text holds six significant digits of a value.
   /// @{
+
+  /// P3D, a grid as text: titles, comment lines, the axes as values or as start, end and step, the values.
+  int ReadP3D(std::ifstream& in);
+  int WriteP3D(char* const name) const;
+  /// P2D, a curve likewise.
+  int ReadP2D(std::ifstream& in);
+  int WriteP2D(char* const name) const;
+  /// B3D, a grid with all bits of its values. Axes have at most 32767 points.
+  int ReadB3D(std::ifstream& in);
+  int WriteB3D(char* const name) const;
+  /// B2D, a curve likewise; its `yStep` is stored as 0.
+  int ReadB2D(std::ifstream& in);
+  int WriteB2D(char* const name) const;
+  /// CVT, a curve as text: six header lines, then a number per line. `xEnd` of a defined axis is computed from
+  /// the number of values.
+  int ReadCvt(std::ifstream& in);
+  int WriteCvt(char* const name) const;
+  /// JCAMP-DX, a curve as labelled text. Reads uncompressed pairs, of all blocks together, in ascending order
+  /// of X; texts of more than seven characters are left out, factors are not applied (see \ref ReadXFactor).
+  int ReadDX(std::ifstream& in);
+  int WriteDX(char* const name) const;
   /// @}
 
   /// \name Instrument files
@@ -389,6 +414,22 @@ class KEM_API PrnType {
   /// Bruker BES3T. \p name is either file of the pair; \p columns receives the number of value columns per
   /// point, \p which picks one (0 means 1). Messages about unsupported layouts go to standard output.
   int ReadBES3T(const char* name, int& columns, int which);
+  /// Dilor Raman spectrometer, text with one spectrum.
+  int ReadDilorSingle(std::ifstream& in);
+  /// Dilor Raman series. \p count receives the number of spectra, \p which picks one (0 means 1). Returns 1
+  /// with an empty record when there is no such spectrum.
+  int ReadDilorM3D(std::ifstream& in, int& count, int which);
+  /// ICCD camera image, a grid that is not marked active. Prints `nX` and `nY`.
+  int ReadIccdImg(std::ifstream& in);
+  /// ICCD camera curves. \p count receives their number, \p which picks one, counted from 0.
+  int ReadIccdCrv(std::ifstream& in, int& count, int which);
+  /// EG&G OMA detector. \p count receives the number of curves, \p which picks one (0 means 1).
+  int ReadOMA(std::ifstream& in, int& count, int which);
+  /// NPico pump-probe scan. Of a scan with two signals, alternate calls load the first and the second, as
+  /// \ref ReadNextFlag says.
+  int ReadNPico(std::ifstream& in);
+  /// AT1 camera image.
+  int ReadAT1(std::ifstream& in);
   /// @}
 
   /// \name Arithmetic
@@ -530,6 +571,11 @@ extern KEM_API int ReadNextFlag;
 /// 1 when the file last written could not be stored completely (a full disk, say), else 0. Set by every
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
+/// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
+/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// a file without factors and for every other format; of several blocks, the last factor that is not 1.
+extern KEM_API float ReadXFactor;
+extern KEM_API float ReadYFactor;
 /// Placeholder for hosts that import it; never read or written.
 extern KEM_API int nKemDll;
 

@@ -1,29 +1,48 @@
 #include "load/detect.h"
 
+#include "load/text.h"
+
 namespace kem::load {
 namespace {
 
 // ------------------------------------------------------------ formats
+
+// A reader that takes the file and nothing else.
+template <int (PrnType::*Read)(std::ifstream&)>
+int ReadMain(PrnType& record, LoadState& state) {
+  return (record.*Read)(state.main);
+}
 
 constexpr Format kP3D{"P3D text grid", nullptr};
 constexpr Format kB3D{"B3D binary grid", nullptr};
 constexpr Format kB2D{"B2D binary curve", nullptr};
 constexpr Format kP2D{"P2D text curve", nullptr};
 constexpr Format kCvt{"CVT curve", nullptr};
-constexpr Format kCaryDSW{"Cary DSW", nullptr};
-constexpr Format kBruker{"Bruker ESR spc/par", nullptr, Pairing::Bruker};
+constexpr Format kCaryDSW{"Cary DSW", ReadMain<&PrnType::ReadCaryDSWFile>};
+constexpr Format kBruker{"Bruker ESR spc/par",
+                         [](PrnType& record, LoadState& state) {
+                           if (state.pairRole == 0)
+                             return record.ReadBruker(state.main, state.partner, state.index);
+                           return record.ReadBruker(state.partner, state.main, state.index);
+                         },
+                         Pairing::Bruker};
 constexpr Format kDilor{"Dilor Raman", nullptr};
-constexpr Format kImage{"ICCD or HPDTA image", nullptr};
-constexpr Format kHPDTAProfile{"HPDTA profile", nullptr};
-constexpr Format kCary45{"Cary 45", nullptr, Pairing::Cary45};
+constexpr Format kImage{"ICCD or HPDTA image", ReadMain<&PrnType::ReadHPDTA>};
+constexpr Format kHPDTAProfile{"HPDTA profile", ReadMain<&PrnType::ReadHPDTAProfile>};
+constexpr Format kCary45{"Cary 45",
+                         [](PrnType& record, LoadState& state) {
+                           if (Contains(state.name, ".dhd")) return record.ReadCary45(state.main, state.partner);
+                           return record.ReadCary45(state.partner, state.main);
+                         },
+                         Pairing::Cary45};
 constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
                           state.main.close();
                           return record.ReadBES3T(state.name, state.count, state.index);
                         }};
 constexpr Format kIccdCurve{"ICCD curve", nullptr};
 constexpr Format kNPico{"NPico scan", nullptr};
-constexpr Format kHama{"Hamamatsu raw image", nullptr};
-constexpr Format kCaryPrn{"Cary absorption prn", nullptr};
+constexpr Format kHama{"Hamamatsu raw image", ReadMain<&PrnType::ReadHama>};
+constexpr Format kCaryPrn{"Cary absorption prn", ReadMain<&PrnType::ReadCaryPrn>};
 constexpr Format kAT1{"AT1 image", nullptr};
 constexpr Format kOMA{"EG&G OMA", nullptr};
 constexpr Format kXY{"XY, NXY or JCAMP-DX", [](PrnType& record, LoadState& state) {

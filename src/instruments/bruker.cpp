@@ -179,7 +179,7 @@ void SetSweep(PrnType& record, const Par& par) {
 }
 
 void FillImage(PrnType& record, const Par& par, std::istream& spc) {
-  Grid grid = NewZeroGrid(par.sizeX, par.sizeY);
+  Grid grid = NewGrid(par.sizeX, par.sizeY);
   spc.seekg(0);
   ReadLines(spc, Wire::S32, Order::Big, grid.get(), par.sizeX, par.sizeY);
   Own(record.zArray, std::move(grid));

@@ -215,13 +215,14 @@ std::optional<Wire> WireOf(int dataType) {
   }
 }
 
-// Values of a type that is not known stay 0.
+// Values of a type that is not known are 0.
 Grid ReadImage(const Layout& layout, std::istream& in) {
-  Grid grid = NewZeroGrid(layout.width, layout.height);
+  const auto wire = WireOf(layout.dataType);
+  if (!wire) return NewZeroGrid(layout.width, layout.height);
+  Grid grid = NewGrid(layout.width, layout.height);
   in.clear();
   in.seekg(static_cast<std::streamoff>(kHeaderSize) + layout.textSize);
-  if (const auto wire = WireOf(layout.dataType))
-    ReadLines(in, *wire, Order::Little, grid.get(), layout.width, layout.height);
+  ReadLines(in, *wire, Order::Little, grid.get(), layout.width, layout.height);
   return grid;
 }
 

@@ -379,7 +379,32 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Exchange formats
+  /// Readers return 1, or 0 when the stream is already bad or the file is not theirs; streams are opened in
+  /// binary mode. Values that a file does not hold are 0; a count that is absurd ends in std::bad_alloc.
+  /// Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then create
+  /// nothing; see also \ref WriteFailedFlag. Text holds six significant digits of a value.
   /// @{
+
+  /// P3D, a grid as text: titles, comment lines, the axes as values or as start, end and step, the values.
+  int ReadP3D(std::ifstream& in);
+  int WriteP3D(char* const name) const;
+  /// P2D, a curve likewise.
+  int ReadP2D(std::ifstream& in);
+  int WriteP2D(char* const name) const;
+  /// B3D, a grid with all bits of its values. Axes have at most 32767 points.
+  int ReadB3D(std::ifstream& in);
+  int WriteB3D(char* const name) const;
+  /// B2D, a curve likewise; its `yStep` is stored as 0.
+  int ReadB2D(std::ifstream& in);
+  int WriteB2D(char* const name) const;
+  /// CVT, a curve as text: six header lines, then a number per line. `xEnd` of a defined axis is computed from
+  /// the number of values.
+  int ReadCvt(std::ifstream& in);
+  int WriteCvt(char* const name) const;
+  /// JCAMP-DX, a curve as labelled text. Reads uncompressed pairs, of all blocks together, in ascending order
+  /// of X; texts of more than seven characters are left out, factors are not applied (see \ref ReadXFactor).
+  int ReadDX(std::ifstream& in);
+  int WriteDX(char* const name) const;
   /// @}
 
   /// \name Instrument files
@@ -419,6 +444,22 @@ class KEM_API PrnType {
   int ReadCaryPrn(std::ifstream& in);
   /// Cary 45, header and data file. Returns 0: the format is recognised, but its layout is not published.
   int ReadCary45(std::ifstream& header, std::ifstream& data);
+  /// Dilor Raman spectrometer, text with one spectrum.
+  int ReadDilorSingle(std::ifstream& in);
+  /// Dilor Raman series. \p count receives the number of spectra, \p which picks one (0 means 1). Returns 1
+  /// with an empty record when there is no such spectrum.
+  int ReadDilorM3D(std::ifstream& in, int& count, int which);
+  /// ICCD camera image, a grid that is not marked active. Prints `nX` and `nY`.
+  int ReadIccdImg(std::ifstream& in);
+  /// ICCD camera curves. \p count receives their number, \p which picks one, counted from 0.
+  int ReadIccdCrv(std::ifstream& in, int& count, int which);
+  /// EG&G OMA detector. \p count receives the number of curves, \p which picks one (0 means 1).
+  int ReadOMA(std::ifstream& in, int& count, int which);
+  /// NPico pump-probe scan. Of a scan with two signals, alternate calls load the first and the second, as
+  /// \ref ReadNextFlag says.
+  int ReadNPico(std::ifstream& in);
+  /// AT1 camera image.
+  int ReadAT1(std::ifstream& in);
   /// @}
 
   /// \name Arithmetic
@@ -431,10 +472,63 @@ class KEM_API PrnType {
 
   /// \name Point lookup and interpolation
   /// @{
+
+  /// The coordinates of an axis, stored or defined, as a new array that the caller releases with `delete[]`.
+  /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
+  void ArrayFromXAxis(float** values, int* count) const;
+  void ArrayFromYAxis(float** values, int* count) const;
+  /// The value of the sample nearest to a point, without interpolation; 0 outside the ranges of the axes and
+  /// for an empty record. \p y counts for a grid only. A defined axis is cut into as many equal bins as it has
+  /// samples, and the bin decides.
+  float Nearest(float x, float y) const;
+  /// The value at a point on the line through the two nearest samples, for a grid bilinear; 0 outside the
+  /// ranges of the axes and for an empty record. Both samples may lie on one side. The second neighbour along
+  /// y of a grid is searched with a measure that mixes in \p x: in units of their own, x far from all y, it
+  /// lies further up than the next sample.
+  float At(float x, float y) const;
+
+  /// A curve resampled at \p n given abscissae, between the two samples around each: 0 outside the source's
+  /// abscissae, half the difference of the two where they are at one abscissa.
+  PrnType& InterpolateXY(float* const xs, int n) const;
+  /// A curve resampled in steps from \p from on, floor(|(to - from) / step|) + 1 points; the result has a
+  /// defined axis. Empty when \p step is 0. Throws std::bad_alloc for a number of points that cannot be had, as
+  /// do the evenly spaced axes of grids.
+  PrnType& InterpolateY(float from, float to, float step) const;
+  /// A grid resampled at given coordinates, each value as \ref At finds it but not limited to the ranges of
+  /// the axes. Costs no more than a scan of the source's y coordinates per point, and next to nothing where they
+  /// are in order.
+  PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
+  /// A grid resampled on two evenly spaced axes, which the result defines.
+  PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled at given X coordinates and on an evenly spaced Y axis.
+  PrnType& InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled on an evenly spaced X axis and at given Y coordinates.
+  PrnType& InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const;
   /// @}
 
   /// \name Slices and reshaping
+  /// Bounds are given in either order and included.
   /// @{
+
+  /// A curve over the X axis of a grid: the values of a band of Y coordinates summed, or their mean where
+  /// \p average is not 0. 0 where the band is empty.
+  PrnType& XSlice(float y1, float y2, int average) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& YSlice(float x1, float x2, int average) const;
+  /// The part of a curve or grid inside bounds, in ascending order of its axes; the Y bounds count for grids
+  /// only. Empty when two bounds are equal or no data reach them; bounds between two samples leave 0 points.
+  PrnType& Cut(float x1, float x2, float y1, float y2) const;
+  /// A curve of two points or more without the one closest to (\p x, \p y), each measured in its own unit.
+  PrnType& DeleteClosest(float x, float y) const;
+  /// Means of \p fx neighbouring samples, for a grid of blocks of \p fx by \p fy; a remainder at the end of an
+  /// axis is dropped. Both axes of the result are stored.
+  PrnType& Reduce(int fx, int fy) const;
+  /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
+  /// their order, those that are not a number go last) and turns a defined one with a negative step round.
+  void SortAxes();
+  /// Exchanges X and Y: the axes of a grid, whose values are transposed, or the abscissae of a curve and its
+  /// values. The labels stay.
+  void SwapXY();
   /// @}
 
   /// \name Median filters and smoothing
@@ -442,11 +536,58 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Differentiation and integration
+  /// All but \ref RunningIntegral see the data with their axes in ascending order, see \ref SortAxes. Bounds are
+  /// in units of the axes and given in either order.
   /// @{
+
+  /// The derivative of a curve, or of a grid along X, by an antisymmetric filter over 15 points: the slope per
+  /// sample, not divided by the spacing of the axis. The result loses seven samples at either end. Empty for
+  /// less than 16 samples.
+  PrnType& XDiff() const;
+  /// The derivative of a grid along Y, likewise.
+  PrnType& YDiff() const;
+  /// The integral between bounds, 0 where two are equal. Of a curve by trapezoids, the bounds interpolated by
+  /// \ref At; the Y bounds count for grids only. A grid is a sum of its values times the width and height of
+  /// their cells, in which the outermost samples weigh only their distance to the bounds.
+  float Integral(float x1, float x2, float y1, float y2) const;
+  /// The same with the absolute value of each trapezoid or product.
+  float AbsIntegral(float x1, float x2, float y1, float y2) const;
+  /// A curve over the X axis of a grid: the integral over a band of Y coordinates, by trapezoids between the
+  /// samples in the band and divided by their number. Empty when the band holds no sample.
+  PrnType& IntegrateY(float y1, float y2) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& IntegrateX(float x1, float x2) const;
+  /// The integral of a curve up to each point by trapezoids. It starts at the first value, not at 0.
+  PrnType& RunningIntegral() const;
   /// @}
 
   /// \name Baselines, noise and statistics
+  /// The corrections work in place. They change nothing when an abscissa lies outside the range of its axis,
+  /// when the range descends (`xStart` above `xEnd`), when both abscissae are equal, or when the axis has a single
+  /// sample.
   /// @{
+
+  /// Subtracts the straight line through the values at \p x1 and \p x2 (see \ref At) from a curve, or from each
+  /// column of a grid that of its own.
+  void SubLinBackX(float x1, float x2);
+  /// Subtracts from each row of a grid the straight line through its values at \p y1 and \p y2.
+  void SubLinBackY(float y1, float y2);
+  /// Multiplies a curve by the linear factor that takes it through (\p x1, \p target1) and (\p x2,
+  /// \p target2). Nothing happens where the curve is 0 at one of them.
+  void Slant(float x1, float target1, float x2, float target2);
+  /// The sum of absolute differences of neighbouring samples, over the number of samples: of a grid between its
+  /// columns, of a curve, on purpose, between its abscissae. 0 for no data.
+  float NoiseLevel() const;
+  /// Counts the values in each of \p nBins equal parts of the range from \p lo to \p hi, which is that of the
+  /// data as of the last \ref MinMax; the largest falls into the last bin, values below the range and those
+  /// that are not a number into none. With less than two bins or no data nothing is touched.
+  void Histogram(int nBins, float* const counts, float& lo, float& hi) const;
+  /// Smallest and largest value of a curve between two abscissae given in either order, and the first place of
+  /// each. No samples there give 0 and leave the places alone.
+  void MinMaxY(float x1, float x2, float& low, float& high, float& xAtLow, float& xAtHigh) const;
+  /// The same for a grid, with bounds in ascending order.
+  void MinMaxZ(float x1, float x2, float y1, float y2, float& low, float& high, float& xAtLow, float& yAtLow,
+               float& xAtHigh, float& yAtHigh) const;
   /// @}
 };
 
@@ -460,6 +601,11 @@ extern KEM_API int ReadNextFlag;
 /// 1 when the file last written could not be stored completely (a full disk, say), else 0. Set by every
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
+/// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
+/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// a file without factors and for every other format; of several blocks, the last factor that is not 1.
+extern KEM_API float ReadXFactor;
+extern KEM_API float ReadYFactor;
 /// Placeholder for hosts that import it; never read or written.
 extern KEM_API int nKemDll;
 

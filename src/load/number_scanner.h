@@ -4,6 +4,7 @@
 
 #include <istream>
 #include <memory>
+#include <span>
 #include <string_view>
 
 namespace kem::load {
@@ -25,6 +26,8 @@ class NumberScanner {
 
   // Whether the stream would report no condition now.
   bool Good() const { return state_ == std::ios::goodbit; }
+  // Whether it would report a failure; the last number may also end with the stream.
+  bool Failed() const { return (state_ & (std::ios::failbit | std::ios::badbit)) != 0; }
 
  private:
   bool SkipSpace();
@@ -42,5 +45,8 @@ class NumberScanner {
   const char* at_;
   const char* end_;
 };
+
+// Scans numbers until all values are there or the stream reports a condition; the other values stay.
+void ScanNumbers(std::istream& in, std::span<float> values);
 
 }  // namespace kem::load

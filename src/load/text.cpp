@@ -117,7 +117,7 @@ bool Convert(Cursor& line, const Conversion& c, const ScanTarget* target) {
 
 void CopyText(char* field, std::string_view text) {
   const std::size_t length = std::min<std::size_t>(text.size(), kTextSize - 1);
-  std::memmove(field, text.data(), length);
+  std::char_traits<char>::move(field, text.data(), length);
   std::memset(field + length, 0, kTextSize - length);
 }
 

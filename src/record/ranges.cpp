@@ -92,7 +92,7 @@ Range RangeOf(float* const* rows, int nX, int nY) {
 
 void PrnType::MinMax() {
   if (HasX()) {
-    const Range x = RangeOf(xArray, nX);
+    const Range x = RangeOf(xArray, Is3D() ? nX : std::min(nX, nY));  // a curve's is as long as its values
     xStart = x.low;
     xEnd = x.high;
   }

@@ -1,6 +1,8 @@
 // Storage, construction and copying of a record.
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 
 #include "load/text.h"
 #include "record/parameters.h"
@@ -33,17 +35,26 @@ Grid CopyOf(float* const* rows, int nX, int nY) {
   return copy;
 }
 
+// Asks for the memory of a whole grid at once and gives it back. A system that promises row after row would
+// otherwise run dry half-way instead of saying no.
+void ProbeMemory(std::size_t rows, std::size_t columns) {
+  constexpr std::size_t kPerRow = 4 * sizeof(float*);  // table entry and bookkeeping
+  constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max();
+  if (columns > (kMost - kPerRow) / sizeof(float)) throw std::bad_alloc();
+  const std::size_t perRow = columns * sizeof(float) + kPerRow;
+  if (rows > kMost / perRow) throw std::bad_alloc();
+  ::operator delete(::operator new(rows* perRow));
+}
+
 template <auto NewRow>
 Grid MakeGrid(int rows, int columns) {
   const int made = std::max(rows, 0);
+  if (made > 0) ProbeMemory(Length(made), Length(columns));
   Grid grid(
       new float* [Length(made)] {}, GridDeleter{made});
   for (int i = 0; i < made; ++i) grid[i] = NewRow(columns).release();
   return grid;
 }
-
-// The shapes that own anything; the others only store their number.
-bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
 
 void ClearAxes(PrnType& record) {
   record.xStep = 1;
@@ -106,6 +117,12 @@ int LabelsOf(int fileType) {
 
 std::unique_ptr<float[]> NewArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]); }
 std::unique_ptr<float[]> NewZeroArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]()); }
+
+int CheckedCount(double count) {
+  // The largest int is what a longer count is clamped to when it is scanned.
+  if (!(count >= 0 && count < std::numeric_limits<int>::max())) throw std::bad_alloc();
+  return static_cast<int>(count);
+}
 
 void GridDeleter::operator()(float** grid) const {
   for (int i = 0; i < rows; ++i) delete[] grid[i];

@@ -11,6 +11,10 @@ namespace kem::record {
 std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
 std::unique_ptr<float[]> NewZeroArray(int count);  // all 0
 
+// A count that a file announces. One that is negative, not a number, or too large for an int ends in
+// std::bad_alloc, as a length that cannot be had does.
+int CheckedCount(double count);
+
 // The rows of a grid and their table, each an allocation of its own.
 struct GridDeleter {
   int rows = 0;
@@ -21,6 +25,9 @@ using Grid = std::unique_ptr<float*[], GridDeleter>;
 // No rows are made when their count is 0 or below.
 Grid NewGrid(int rows, int columns);
 Grid NewZeroGrid(int rows, int columns);
+
+// The shapes that own anything; the others only store their number.
+inline bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
 
 // Makes a record fresh without releasing anything: no arrays, defined axes, titles "X" and "Y". Leaves xEnd,
 // zLabel, fileName and active as they are.

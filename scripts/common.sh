@@ -1,0 +1,25 @@
+# Shared by the scripts: where the project is, and its packages.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
+test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev)
+full_packages=("${test_packages[@]}" g++-mingw-w64-x86-64-posix wine wine64 xvfb xauth xdotool x11-utils openbox
+  zenity clang-format clang-tidy pkg-config doxygen man-db git)
+
+say() { printf '\n== %s\n' "$*"; }
+
+# Installs the Debian packages that are not there yet.
+install_missing() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  say "Installing ${missing[*]}"
+  local root=()
+  [ "$(id -u)" -eq 0 ] || root=(sudo)
+  "${root[@]}" apt-get update -qq
+  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+    >/dev/null
+}

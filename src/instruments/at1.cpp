@@ -1,0 +1,62 @@
+// AT1 camera images: text cards of 80 bytes, then from byte 2880 the pixels, row by row, as little-endian
+// unsigned 16-bit integers. Cards are read by position:
+//
+//   card  4 nY      5 nX      6 yStart   7 xStart   8 yStep   9 xStep     "KEYWORD = 512"
+//   card 10 X title 11 Y title 13 Z title
+#include <algorithm>
+#include <fstream>
+
+#include "kem.h"
+#include "load/block.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+constexpr std::size_t kCardSize = 80;
+constexpr std::size_t kCards = 14;
+constexpr std::streamoff kPixels = 2880;
+
+void ScanCard(const Block& cards, std::size_t card, int& value) {
+  ScanLine(cards.Text(card * kCardSize, kCardSize), "%*s %*s %d", {&value});
+}
+
+void ScanCard(const Block& cards, std::size_t card, float& value) {
+  int integer = 0;
+  if (ScanLine(cards.Text(card * kCardSize, kCardSize), "%*s %*s %d", {&integer}) == 1)
+    value = static_cast<float>(integer);
+}
+
+}  // namespace
+
+int PrnType::ReadAT1(std::ifstream& in) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  fileType = FileAT1;
+  const Block cards(in, kCards * kCardSize);
+  ScanCard(cards, 4, nY);
+  ScanCard(cards, 5, nX);
+  ScanCard(cards, 6, yStart);
+  ScanCard(cards, 7, xStart);
+  ScanCard(cards, 8, yStep);
+  ScanCard(cards, 9, xStep);
+  CopyText(xLabel, cards.Text(10 * kCardSize, kCardSize));
+  CopyText(yLabel, cards.Text(11 * kCardSize, kCardSize));
+  CopyText(zLabel, cards.Text(13 * kCardSize, kCardSize));
+  nX = std::max(nX, 0);
+  nY = std::max(nY, 0);
+  xEnd = static_cast<float>(nX - 1) * xStep + xStart;
+  yEnd = static_cast<float>(nY - 1) * yStep + yStart;
+  Grid grid = NewZeroGrid(nX, nY);
+  in.clear();
+  in.seekg(kPixels);
+  for (int i = 0; i < nX; ++i) ReadValues(in, Wire::U16, Order::Little, {grid[i], static_cast<std::size_t>(nY)});
+  Own(zArray, std::move(grid));
+  allocType = AllocZ;
+  MinMax();
+  active = 1;
+  return 1;
+}

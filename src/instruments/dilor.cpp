@@ -1,0 +1,224 @@
+// Dilor Raman spectrometers: one spectrum as text, or a binary "Multi-3D" series.
+//
+// Text: 16 header lines, the numbers (from the last point to the first), 17 trailer lines; texts may stand in
+// double quotes. A header that says "Multi" announces an X value before each Y value.
+//
+// Series: a header of fixed fields, then from byte 536 groups of 256-byte blocks, 64 numbers each; group 0 holds
+// the abscissae, group k spectrum k. Numbers are in Microsoft Binary Format.
+#include <algorithm>
+#include <fstream>
+#include <span>
+#include <vector>
+
+#include "kem.h"
+#include "load/block.h"
+#include "load/number_scanner.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+using Dilor = DilorHeaderType;
+
+void StoreNumber(float& value, std::string_view text) { ScanLine(text, "%g", {&value}); }
+
+// ------------------------------------------------------------ text
+
+// The text inside double quotes, or the line itself.
+void Unquote(Text& line) {
+  if (line[0] != '"') return;
+  const std::string_view inside = TextOf(line).substr(1);
+  CopyText(line, inside.substr(0, inside.find('"')));
+}
+
+void ReadTextLines(std::istream& in, std::span<Text> lines) {
+  for (Text& line : lines) {
+    if (in.fail()) return;
+    ReadTrimmedLine(in, line);
+    Unquote(line);
+  }
+}
+
+enum : std::size_t {
+  kKindLine = 1,
+  kCountLine = 3,
+  kXLabelLine = 7,
+  kYLabelLine = 8,
+  kEndLine = 10,
+  kStartLine = 11
+};
+constexpr std::size_t kHeaderLines = 16;
+constexpr std::size_t kTrailerLines = 17;
+constexpr std::size_t kStepLine = 15;
+
+struct TrailerText {
+  std::size_t line;
+  Text Dilor::*to;
+};
+constexpr TrailerText kTrailerTexts[] = {
+    {0, &Dilor::dilorOperator}, {1, &Dilor::dilorDate},   {2, &Dilor::dilorSample}, {3, &Dilor::dilorDetector},
+    {4, &Dilor::dilorGrating},  {5, &Dilor::dilorFilter}, {7, &Dilor::dilorPower},  {14, &Dilor::dilorComment},
+};
+
+struct TrailerNumber {
+  std::size_t line;
+  float Dilor::*to;
+};
+constexpr TrailerNumber kTrailerNumbers[] = {
+    {6, &Dilor::dilorExcLine},    {8, &Dilor::dilorForemono},   {9, &Dilor::dilorSpectro},
+    {10, &Dilor::dilorSlitWidth}, {11, &Dilor::dilorSpecWidth}, {12, &Dilor::dilorIntTime},
+    {13, &Dilor::dilorRepeat},
+};
+
+// The points run from high to low abscissa, so the first number belongs at the end.
+void ReadPoints(std::istream& in, float* x, std::span<float> y) {
+  NumberScanner numbers(in);
+  for (std::size_t k = y.size(); k-- > 0 && !numbers.Failed();) {
+    if (x) numbers.Next(x[k]);
+    numbers.Next(y[k]);
+  }
+}
+
+// ------------------------------------------------------------ series
+
+constexpr std::streamoff kSeriesStart = 536;
+constexpr std::size_t kNumberSize = 4;
+constexpr std::size_t kNumbersPerBlock = 64;
+constexpr std::size_t kSeriesHeader = 406;
+constexpr std::size_t kNumberText = 10;
+
+struct SeriesText {
+  std::size_t offset;
+  std::size_t size;
+  Text Dilor::*to;
+};
+constexpr SeriesText kSeriesTexts[] = {
+    {36, 15, &Dilor::dilorXLabel},   {51, 15, &Dilor::dilorYLabel},  {135, 35, &Dilor::dilorOperator},
+    {170, 8, &Dilor::dilorDate},     {178, 35, &Dilor::dilorSample}, {213, 10, &Dilor::dilorDetector},
+    {223, 10, &Dilor::dilorGrating}, {256, 35, &Dilor::dilorFilter}, {301, 10, &Dilor::dilorPower},
+    {371, 35, &Dilor::dilorComment},
+};
+
+// Ten characters each.
+struct SeriesNumber {
+  std::size_t offset;
+  float Dilor::*to;
+};
+constexpr SeriesNumber kSeriesNumbers[] = {
+    {291, &Dilor::dilorExcLine},   {311, &Dilor::dilorForemono},  {321, &Dilor::dilorSpectro},
+    {331, &Dilor::dilorSlitWidth}, {341, &Dilor::dilorSpecWidth}, {351, &Dilor::dilorIntTime},
+    {361, &Dilor::dilorRepeat},
+};
+constexpr std::size_t kCountOffset = 32;
+constexpr std::size_t kPointsOffset = 34;
+constexpr std::size_t kStartOffset = 111;
+constexpr std::size_t kEndOffset = 115;
+
+// Microsoft Binary Format: mantissa bytes, sign in the top bit of the third, exponent with bias 129. An exponent
+// byte of 0 gives a tiny number, not 0: the instrument's files use it so.
+float DecodeDilorFloat(std::span<const unsigned char, kNumberSize> b) {
+  auto value = static_cast<float>(1 + (b[2] & 0x7F) / 128.0 + b[1] / 32768.0 + b[0] / 8388608.0);
+  if (b[2] & 0x80) value = -value;
+  for (int e = b[3] - 129; e > 0; --e) value *= 2;
+  for (int e = b[3] - 129; e < 0; ++e) value /= 2;
+  return value;
+}
+
+// As many numbers as the file holds from a position on.
+void ReadNumbers(std::istream& in, std::streamoff at, std::span<float> values) {
+  const Block block(in, at, values.size() * kNumberSize);
+  const std::size_t held = std::min(values.size(), block.Size() / kNumberSize);
+  for (std::size_t k = 0; k < held; ++k)
+    values[k] = DecodeDilorFloat(block.Bytes().subspan(k * kNumberSize).first<kNumberSize>());
+}
+
+void DecodeField(const Block& header, std::size_t offset, float& value) {
+  const auto bytes = header.Bytes();
+  if (bytes.size() >= offset + kNumberSize) value = DecodeDilorFloat(bytes.subspan(offset).first<kNumberSize>());
+}
+
+// ------------------------------------------------------------ both
+
+// Ordinates are counts per unit of integration time; a time of 0 divides as it stands.
+void DivideByTime(std::span<float> values, float time) {
+  for (float& v : values) v /= time;
+}
+
+void TakeCurve(PrnType& record, int points, std::unique_ptr<float[]> x, std::unique_ptr<float[]> y) {
+  record.allocType = x ? AllocXY : AllocY;
+  record.nX = record.nY = points;
+  if (x) Own(record.xArray, std::move(x));
+  Own(record.yArray, std::move(y));
+}
+
+}  // namespace
+
+int PrnType::ReadDilorSingle(std::ifstream& in) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  fileType = FileDilor;
+  dilor = {};
+  Text header[kHeaderLines] = {};
+  ReadTextLines(in, header);
+  int points = 0;
+  ScanLine(TextOf(header[kCountLine]), "%d", {&points});
+  const bool storedX = Contains(TextOf(header[kKindLine]), "Multi");
+  auto x = storedX ? NewZeroArray(points) : nullptr;
+  auto y = NewZeroArray(points);
+  const std::span<float> values(y.get(), static_cast<std::size_t>(points));
+  ReadPoints(in, x.get(), values);
+
+  CopyText(dilor.dilorXLabel, TextOf(header[kXLabelLine]));
+  CopyText(dilor.dilorYLabel, TextOf(header[kYLabelLine]));
+  StoreNumber(xEnd, TextOf(header[kEndLine]));
+  StoreNumber(xStart, TextOf(header[kStartLine]));
+  Text rest;
+  ReadLine(in, rest);
+  Text trailer[kTrailerLines] = {};
+  ReadTextLines(in, trailer);
+  for (const TrailerText& text : kTrailerTexts) CopyText(dilor.*text.to, TextOf(trailer[text.line]));
+  for (const TrailerNumber& number : kTrailerNumbers) StoreNumber(dilor.*number.to, TextOf(trailer[number.line]));
+  if (!storedX) StoreNumber(xStep, TextOf(trailer[kStepLine]));
+
+  DivideByTime(values, dilor.dilorIntTime);
+  TakeCurve(*this, points, std::move(x), std::move(y));
+  active = 1;
+  MinMax();
+  return 1;
+}
+
+int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  fileType = FileDilor;
+  dilor = {};
+  const Block header(in, kSeriesHeader);
+  int points = 0;
+  count = 0;
+  header.Get(kCountOffset, Wire::S16, count);
+  header.Get(kPointsOffset, Wire::S16, points);
+  for (const SeriesText& text : kSeriesTexts) CopyText(dilor.*text.to, header.Text(text.offset, text.size));
+  for (const SeriesNumber& number : kSeriesNumbers)
+    StoreNumber(dilor.*number.to, header.Text(number.offset, kNumberText));
+  DecodeField(header, kStartOffset, xStart);
+  DecodeField(header, kEndOffset, xEnd);
+
+  if (which == 0) which = 1;
+  if (which >= 1 && which <= count) {
+    auto x = NewZeroArray(points);
+    auto y = NewZeroArray(points);
+    const auto size = static_cast<std::size_t>(points);
+    const std::size_t group = (size + 6 + kNumbersPerBlock - 1) / kNumbersPerBlock * kNumbersPerBlock * kNumberSize;
+    ReadNumbers(in, kSeriesStart, {x.get(), size});
+    ReadNumbers(in, kSeriesStart + static_cast<std::streamoff>(group) * which, {y.get(), size});
+    DivideByTime({y.get(), size}, dilor.dilorIntTime);
+    TakeCurve(*this, points, std::move(x), std::move(y));
+  }
+  ReadNextFlag = which == count ? 0 : which;
+  active = 1;
+  MinMax();
+  return 1;
+}

@@ -1,0 +1,161 @@
+// ICCD camera: images, and files of curves. All numbers are little-endian.
+//
+//   image    0  FD or FE (32-bit or 16-bit values), FF 04 81     curves   0  FC FF 04 81
+//            4  ten fixed bytes                                           4  number of curves
+//           14  X title, 202 Y title, blank-padded                        6  points of the result
+//          214  six words, of which the third is nY, the fourth nX        8  the curves: a header of 217 bytes,
+//          258  the values, X running fastest                                m values, two trailing values
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+
+#include "kem.h"
+#include "load/block.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+using Bytes = std::span<const unsigned char>;
+
+bool StartsWith(Bytes bytes, Bytes signature) {
+  return bytes.size() >= signature.size() && std::equal(signature.begin(), signature.end(), bytes.begin());
+}
+
+std::string_view WithoutTrailingBlanks(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+// ------------------------------------------------------------ image
+
+constexpr unsigned char kImageOf32Bits = 0xFD;
+constexpr unsigned char kImageOf16Bits = 0xFE;
+constexpr unsigned char kMagic[] = {0xFF, 0x04, 0x81};
+constexpr unsigned char kImageSignature[] = {0xFF, 0xFF, 0, 0, 0, 0x0A, 0, 0, 0, 0x0E};
+constexpr std::size_t kImageHeader = 258;
+
+constexpr std::size_t kXTitle = 14;
+constexpr std::size_t kXTitleSize = 184;
+constexpr std::size_t kYTitle = 202;
+constexpr std::size_t kYTitleSize = 8;
+constexpr std::size_t kWords = 214;
+enum : int { kRows = 2, kColumns = 3, kWordCount = 6 };
+
+// Up to the first NUL, then without the blanks behind it.
+void StoreTitle(Text& title, std::string_view padded) {
+  CopyText(title, WithoutTrailingBlanks(padded.substr(0, padded.find('\0'))));
+}
+
+// ------------------------------------------------------------ curves
+
+constexpr unsigned char kCurveMagic[] = {0xFC, 0xFF, 0x04, 0x81};
+constexpr std::size_t kFileHeader = 8;
+constexpr std::size_t kCurveHeader = 217;
+constexpr std::size_t kValueSize = 4;
+
+constexpr std::size_t kCurveYTitle = 29;
+constexpr std::size_t kFlag = 213;
+constexpr std::size_t kValueType = 214;
+constexpr std::size_t kStoredPoints = 215;
+constexpr int kFloats = 2;
+
+// A long title is cut at byte 131 of the header, wherever it begins: the Y title keeps 102 characters.
+void StoreCurveTitle(Text& title, std::string_view padded, std::size_t first) {
+  std::string_view text = WithoutTrailingBlanks(padded);
+  if (text.size() >= kTextSize) text = text.substr(0, kTextSize - 1 - first);
+  CopyText(title, text.substr(0, text.find('\0')));
+}
+
+struct Curve {
+  Block header;
+  int type = 0;
+  int stored = 0;
+
+  Curve(std::istream& in, std::streamoff at) : header(in, at, kCurveHeader) {
+    header.Get(kValueType, Wire::U8, type);
+    header.Get(kStoredPoints, Wire::U16, stored);
+  }
+  bool IsCurve() const { return header.Size() == kCurveHeader && header.Bytes()[kFlag] == 0; }
+  std::streamoff ValueBytes() const { return static_cast<std::streamoff>(stored) * kValueSize; }
+};
+
+}  // namespace
+
+int PrnType::ReadIccdImg(std::ifstream& in) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  const Block header(in, kImageHeader);
+  const Bytes bytes = header.Bytes();
+  if (bytes.empty() || (bytes[0] != kImageOf32Bits && bytes[0] != kImageOf16Bits)) return 0;
+  if (!StartsWith(bytes.subspan(1), kMagic)) return 0;
+  StoreTitle(xLabel, header.Text(kXTitle, kXTitleSize));
+  StoreTitle(yLabel, header.Text(kYTitle, kYTitleSize));
+  for (int k = 0; k < kWordCount; ++k) {
+    iccdImage.iccdImageHeader[k] = 0;
+    header.Get(kWords + 2 * static_cast<std::size_t>(k), Wire::S16, iccdImage.iccdImageHeader[k]);
+  }
+  if (!StartsWith(bytes.subspan(4), kImageSignature)) return 0;
+  fileType = FileIccdImage;
+  const int columns = iccdImage.iccdImageHeader[kColumns];
+  const int rows = iccdImage.iccdImageHeader[kRows];
+  Grid grid = NewZeroGrid(columns, rows);
+  ReadLines(in, bytes[0] == kImageOf32Bits ? Wire::S32 : Wire::S16, Order::Little, grid.get(), columns, rows);
+  Own(zArray, std::move(grid));
+  allocType = AllocZ;
+  nX = columns;
+  nY = rows;
+  xStep = yStep = 1;
+  xStart = yStart = 0;
+  // The far ends are the counts: one pixel beyond the last.
+  xEnd = static_cast<float>(nX);
+  yEnd = static_cast<float>(nY);
+  std::cout << nX << std::endl << nY << std::endl;
+  MinMax();
+  active = 0;
+  return 1;
+}
+
+int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  const Block header(in, 0, kFileHeader);
+  if (header.Size() < kFileHeader || !StartsWith(header.Bytes(), kCurveMagic)) return 0;
+  int points = 0;
+  header.Get(4, Wire::U16, count);
+  header.Get(6, Wire::U16, points);
+  if (which < 0 || which >= count) return 0;
+
+  std::streamoff at = kFileHeader;
+  for (int skipped = 0; skipped < which; ++skipped) {
+    const Curve curve(in, at);
+    if (!curve.IsCurve()) return 0;
+    at += static_cast<std::streamoff>(kCurveHeader) + curve.ValueBytes() + sizeof iccdCurve.iccdCurveExtra;
+  }
+  const Curve curve(in, at);
+  if (!curve.IsCurve()) return 0;
+  auto values = NewZeroArray(points);
+  ReadValues(in, curve.type == kFloats ? Wire::F32 : Wire::S32, Order::Little,
+             {values.get(), static_cast<std::size_t>(std::min(points, curve.stored))});
+  const Block extra(in, at + static_cast<std::streamoff>(kCurveHeader) + curve.ValueBytes(),
+                    sizeof iccdCurve.iccdCurveExtra);
+
+  StoreCurveTitle(xLabel, curve.header.Text(0, kCurveYTitle), 0);
+  StoreCurveTitle(yLabel, curve.header.Text(kCurveYTitle, kFlag - kCurveYTitle), kCurveYTitle);
+  iccdCurve = {};
+  const std::string_view trailing = extra.Text(0, sizeof iccdCurve.iccdCurveExtra);
+  trailing.copy(reinterpret_cast<char*>(&iccdCurve.iccdCurveExtra), trailing.size());
+  Own(yArray, std::move(values));
+  allocType = AllocY;
+  nX = nY = points;
+  xStep = 1;
+  xStart = 0;
+  xEnd = static_cast<float>(points - 1);
+  ReadNextFlag = which != count - 1;
+  active = 1;
+  MinMax();
+  fileType = FileIccdCurve;
+  return 1;
+}

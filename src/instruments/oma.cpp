@@ -1,0 +1,172 @@
+// EG&G OMA detector: a header at fixed offsets, a directory, then curves. All numbers are little-endian.
+//
+//   2135  directory entries; 2136 the entries, each beginning with its own length
+//   then  curves: a header of 48 bytes (point count at 0, value type at 8), the Y values, the X values
+#include <fstream>
+#include <string>
+
+#include "kem.h"
+#include "load/block.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+constexpr std::size_t kSetup = 44;
+constexpr std::size_t kSetupSize = 81;
+constexpr std::size_t kCurveCount = 125;
+constexpr std::size_t kCalibration = 308;
+constexpr std::size_t kBackground = 359;
+constexpr std::size_t kBackgroundSize = 77;
+constexpr std::size_t kDirectoryEntries = 2135;
+constexpr std::streamoff kDirectory = 2136;
+constexpr std::size_t kRawWord = 2188;
+constexpr std::size_t kRanges = 2230;
+constexpr std::size_t kScanMode = 2252;
+constexpr std::size_t kSliceMode = 2254;
+constexpr std::size_t kActive = 2260;
+constexpr std::size_t kTrackCount = 2262;
+constexpr std::size_t kSliceCount = 2264;
+constexpr std::size_t kSegments = 2270;
+
+constexpr std::size_t kCurveHeader = 48;
+constexpr std::size_t kCurveType = 8;
+
+int Word(const Block& header, std::size_t at) {
+  int word = 0;
+  header.Get(at, Wire::U16, word);
+  return word;
+}
+
+template <std::size_t Size>
+void CopyBytes(unsigned char (&to)[Size], const Block& header, std::size_t at) {
+  header.Text(at, Size).copy(reinterpret_cast<char*>(to), Size);
+}
+
+std::string_view UpToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
+
+constexpr int kMostSegments = 5;
+constexpr std::size_t kSegmentSize = 4;
+
+// The segment table is shared: random tracks first, then non-uniform slices as far as there is room. Returns
+// the number of entries filled.
+int ReadSegments(OMAHeaderType& block, std::istream& in, std::size_t at, int filled, int count, int isSlice) {
+  const Block segments(in, static_cast<std::streamoff>(at), kMostSegments * kSegmentSize);
+  for (std::size_t entry = 0; count > 0 && filled < kMostSegments; --count, ++filled, entry += kSegmentSize) {
+    block.omaSegmentIsSlice[filled] = isSlice;
+    block.omaSegmentFirst[filled] = Word(segments, entry);
+    block.omaSegmentWidth[filled] = Word(segments, entry + 2);
+  }
+  return filled;
+}
+
+void ReadHeader(PrnType& record, const Block& header, std::istream& in) {
+  OMAHeaderType& block = record.oma;
+  block = {};
+  std::string background(UpToNul(header.Text(kBackground, kBackgroundSize)));
+  if (Word(header, kActive) == 0) background += " INACTIVE";
+  CopyText(record.xLabel, UpToNul(header.Text(kSetup, kSetupSize)));
+  CopyText(record.yLabel, background);
+  CopyBytes(block.omaCalibration, header, kCalibration);
+  CopyBytes(block.omaRawWord, header, kRawWord);
+  for (int k = 0; k < 4; k += 2) {
+    const int first = Word(header, kRanges + 2 * static_cast<std::size_t>(k));
+    block.omaRange[k] = first;
+    block.omaRange[k + 1] = first + Word(header, kRanges + 2 * static_cast<std::size_t>(k) + 2) - 1;
+  }
+  const bool random = Word(header, kScanMode) == 1;
+  const bool sliced = Word(header, kSliceMode) == 1;
+  CopyText(block.omaScanMode, random ? "Random" : "Contiguous");
+  CopyText(record.zLabel, sliced ? "Non-Uniform" : "Uniform");
+  block.omaTrackCount = random ? Word(header, kTrackCount) : 0;
+  block.omaSliceCount = sliced ? Word(header, kSliceCount) : 0;
+  const int tracks = ReadSegments(block, in, kSegments, 0, block.omaTrackCount, 0);
+  // Slices start behind as many entries as there are slices, whatever the number of tracks.
+  const std::size_t slices = kSegments + kSegmentSize * static_cast<std::size_t>(block.omaSliceCount);
+  ReadSegments(block, in, slices, tracks, block.omaSliceCount, 1);
+}
+
+struct CurveHeader {
+  int points = 0;
+  int type = 0;
+
+  CurveHeader(std::istream& in, std::streamoff at) {
+    const Block block(in, at, kCurveHeader);
+    points = Word(block, 0);
+    block.Get(kCurveType, Wire::S16, type);
+  }
+  // A Y value takes as many bytes as the low digit of its type says, an X value four.
+  std::streamoff Size() const {
+    return static_cast<std::streamoff>(kCurveHeader) + static_cast<std::streamoff>(points) * (type % 16 + 4);
+  }
+};
+
+struct ValueType {
+  int type;
+  Wire wire;
+};
+constexpr ValueType kValueTypes[] = {
+    {1, Wire::U8},   {2, Wire::U16},  {4, Wire::U32},  {18, Wire::U16},
+    {20, Wire::S32}, {52, Wire::F32}, {56, Wire::F64},
+};
+
+// Values of an unknown type take no room and stay 0.
+void ReadY(std::istream& in, int type, std::span<float> y) {
+  for (const ValueType& v : kValueTypes)
+    if (v.type == type) return ReadValues(in, v.wire, Order::Little, y);
+}
+
+// Where the curves begin. A directory that leaves the file ends the search.
+std::streamoff EndOfDirectory(std::istream& in, int entries) {
+  std::streamoff at = kDirectory;
+  for (int k = 0; k < entries; ++k) {
+    int length = 0;
+    if (!Block(in, at, 2).Get(0, Wire::U16, length)) break;
+    at += length;
+  }
+  return at;
+}
+
+}  // namespace
+
+int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  if (which == 0) which = 1;
+  const Block header(in, 0, kSegments);
+  count = Word(header, kCurveCount);
+  if (which < 1 || which > count) return 0;
+  ReadHeader(*this, header, in);
+
+  int entries = 0;
+  header.Get(kDirectoryEntries, Wire::U8, entries);
+  std::streamoff at = EndOfDirectory(in, entries);
+  for (int skipped = 1; skipped < which; ++skipped) at += CurveHeader(in, at).Size();
+  const CurveHeader curve(in, at);
+  auto y = NewZeroArray(curve.points);
+  auto x = NewZeroArray(curve.points);
+  const auto points = static_cast<std::size_t>(curve.points);
+  ReadY(in, curve.type, {y.get(), points});
+  ReadValues(in, Wire::F32, Order::Little, {x.get(), points});
+
+  // Without a calibration the axis counts pixels.
+  constexpr double kLeastCalibration = 0.1;
+  float calibration = 0;
+  header.Get(kCalibration, Wire::F32, calibration);
+  if (calibration <= kLeastCalibration)
+    for (std::size_t k = 0; k < points; ++k) x[k] = static_cast<float>(k);
+
+  fileType = FileOMA;
+  Own(xArray, std::move(x));
+  Own(yArray, std::move(y));
+  allocType = AllocXY;
+  nX = nY = curve.points;
+  ReadNextFlag = which == count ? 0 : which;
+  active = 1;
+  SortAxes();
+  MinMax();
+  return 1;
+}

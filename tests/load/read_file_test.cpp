@@ -1,0 +1,85 @@
+#include "load/detect.h"
+#include "support/support.h"
+
+using namespace kem::load;
+using namespace kem::test;
+
+namespace {
+
+std::string FormatByContent(const std::string& text) {
+  const TempFolder folder;
+  const char* name = KemFormatName(folder.Write("file", text).c_str());
+  return name ? name : "";
+}
+
+const std::string kXYFile = "XY\nx\ny\n1\n2\nname\n\n1 2\n3 4\n";
+const std::string kNXYFile = "NXY 3 t\na\nb\nc\n1\n2\nname\n3\n1 10 20 30\n";
+
+}  // namespace
+
+TEST_CASE("detection: the first text that occurs decides") {
+  struct Case {
+    const char* text;
+    const char* format;
+  };
+  const Case cases[] = {
+      {"first XY: points", "XY, NXY or JCAMP-DX"},  // XY comes before XY:
+      {"##TITLE and Version", "XY, NXY or JCAMP-DX"},
+      {"Version [P3D]", "Dilor Raman"},
+      {"[Delay] [Monochromator]", "NPico scan"},
+      {"ca       5", "CVT curve"},
+      {"IMab", "ICCD or HPDTA image"},
+      {"SIMPLE  =", "AT1 image"},
+      {";\"HiPic 5.0", "HPDTA profile"},
+      {"nothing of note", ""},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.text);
+    CHECK(FormatByContent(c.text) == c.format);
+  }
+  CHECK(FormatByContent(std::string(40, '.') + "XY") != "");
+  CHECK(FormatByContent(std::string(129, '.') + "XY") != "");  // ends at byte 131
+  CHECK(FormatByContent(std::string(130, '.') + "XY").empty());
+  CHECK(FormatByContent(std::string("a\0XY", 4)).empty());  // a NUL ends the text
+  CHECK(FirstHit(NameTests(), "a.P3D") == nullptr);
+  CHECK(std::string(FirstHit(NameTests(), "a.spc.cvt")->format->name) == "CVT curve");
+}
+
+TEST_CASE("loading: file names, numbers and indices") {
+  const TempFolder folder;
+  const std::string nxy = folder.Write("name.ext", kNXYFile);
+  const std::string stem = nxy.substr(0, nxy.size() - 4);
+  CHECK(std::string(PrnType(nxy.c_str(), 2).fileName) == stem + "_02.ext");
+  CHECK(std::string(PrnType(nxy.c_str(), 0).fileName) == stem + "_01.ext");
+  CHECK(!PrnType(nxy.c_str(), 4));
+  const std::string xy = folder.Write("data.xyz", kXYFile);
+  CHECK(std::string(PrnType(xy.c_str(), 0).fileName) == xy);
+  // -1 does not look into the file: the header of an NXY file becomes that of an XY file
+  const PrnType unsniffed(nxy.c_str(), -1);
+  CHECK(unsniffed.fileType == FileXY);
+  CHECK(std::string(unsniffed.fileName) == nxy);
+}
+
+TEST_CASE("loading: a reader that is chosen by name and refuses leaves the content its turn") {
+  const TempFolder folder;
+  CHECK(PrnType(folder.Write("a.crv", kXYFile).c_str(), 0).nY == 2);
+  CHECK(PrnType(folder.Write("a.crv", "nothing").c_str(), 0).allocType == AllocNone);
+  // a missing partner file ends the load at once
+  CHECK(!PrnType(folder.Write("lonely.par", kXYFile).c_str(), 0));
+  folder.Write("pair.dat", "");
+  CHECK(PrnType(folder.Write("pair.dhd", kXYFile).c_str(), 0).fileType == FileXY);
+}
+
+TEST_CASE("loading: what is no file, or has no room for its name, is a failed load") {
+  const TempFolder folder;
+  for (const std::string& name : {folder.Path("missing.txt"), folder.Path(""), folder.Path(std::string(140, 'n')),
+                                  std::string(200, 'n'), std::string()}) {
+    PrnType record;
+    record.xStep = 3;
+    record.ReadFile(name.c_str(), 0);
+    CHECK(record.allocType == AllocNone);
+    CHECK(record.xStep == 0);
+    CHECK(std::string(record.fileName).empty());
+    CHECK(KemFormatName(name.c_str()) == nullptr);
+  }
+}

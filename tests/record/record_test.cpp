@@ -1,0 +1,226 @@
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <new>
+
+#include "support/support.h"
+
+using namespace kem::test;
+
+namespace {
+
+struct Shape {
+  AllocType type;
+  int fileType, nX, nY;
+  bool x, y, z;
+};
+
+constexpr Shape kShapes[] = {
+    {AllocNone, FileCvt, 0, 0, false, false, false}, {AllocY, FileCvt, 3, 3, false, true, false},
+    {AllocXY, FileXY, 3, 3, true, true, false},      {AllocZ, FileP3D, 3, 4, false, false, true},
+    {AllocXZ, FileP3D, 3, 4, true, false, true},     {AllocYZ, FileP3D, 3, 4, false, true, true},
+    {AllocXYZ, FileP3D, 3, 4, true, true, true},
+};
+
+// Numbers every value of a record differently.
+void Number(PrnType& r, float first = 1) {
+  const int xCount = r.Is3D() ? r.nX : r.nY;
+  if (r.xArray)
+    for (int k = 0; k < xCount; ++k) r.xArray[k] = first++;
+  if (r.yArray)
+    for (int k = 0; k < r.nY; ++k) r.yArray[k] = first++;
+  if (r.zArray)
+    for (int i = 0; i < r.nX; ++i)
+      for (int j = 0; j < r.nY; ++j) r.zArray[i][j] = first++;
+}
+
+// The rule of the ranges, value by value.
+void LiteralRange(const std::vector<float>& values, float& low, float& high) {
+  low = high = values.empty() ? 0 : values[0];
+  for (const float v : values) {
+    if (v < low) low = v;
+    if (v > high) high = v;
+  }
+}
+
+int created = 0;
+int freed = 0;
+int copied = 0;
+
+}  // namespace
+
+static_assert(offsetof(PrnType, yLabel) == offsetof(PrnType, xLabel) + 132);
+static_assert(offsetof(PrnType, hama) == offsetof(PrnType, xLabel));
+static_assert(offsetof(PrnType, bruker) == offsetof(PrnType, xLabel));
+static_assert(offsetof(PrnType, dsw) == offsetof(PrnType, xLabel));
+static_assert(offsetof(PrnType, iccdCurve) == offsetof(PrnType, zLabel));
+static_assert(offsetof(PrnType, commentLines) == offsetof(PrnType, zLabel) + 132);
+static_assert(offsetof(PrnType, bes3t) == offsetof(PrnType, commentLines));
+static_assert(offsetof(PrnType, bes3t.bes3tSptp) == offsetof(PrnType, commentLines) + 4 * 132);
+static_assert(offsetof(PrnType, oma) == offsetof(PrnType, commentLines));
+static_assert(offsetof(PrnType, iccdImage) == offsetof(PrnType, commentLines));
+static_assert(offsetof(PrnType, extension) >= offsetof(PrnType, xLabel) + 15 * 132);
+
+TEST_CASE("record: every shape is made, copied and released") {
+  for (const Shape& s : kShapes) {
+    CAPTURE(s.type);
+    PrnType r(s.type, 3, 4);
+    CHECK(r.fileType == s.fileType);
+    CHECK(r.nX == s.nX);
+    CHECK(r.nY == s.nY);
+    CHECK((r.xArray != nullptr) == s.x);
+    CHECK((r.yArray != nullptr) == s.y);
+    CHECK((r.zArray != nullptr) == s.z);
+    CHECK(bool(r.HasX()) == s.x);
+    CHECK(bool(r.Is3D()) == s.z);
+    CHECK(!r == (s.type == AllocNone));
+    CHECK(std::string(r.xLabel) == "X");
+    CHECK(std::string(r.zLabel) == (s.z ? "Z" : ""));
+    CHECK_BITS(r.zMax, 1);
+    Number(r);
+    r.active = 1;
+    std::strcpy(r.fileName, "name");
+    std::strcpy(r.xLabel, "field");
+    std::strcpy(r.commentLines[11], "last");
+    PrnType copy(r);
+    PrnType assigned(AllocXYZ, 2, 2);
+    const PrnType returned = (assigned = r);
+    for (const PrnType* c : std::initializer_list<const PrnType*>{&copy, &assigned, &returned}) {
+      CHECK(c->active == 1);
+      CHECK(std::string(c->fileName) == "name");
+      CHECK(std::string(c->xLabel) == "field");
+      CHECK(std::string(c->commentLines[11]) == (s.z ? "last" : ""));
+      CHECK(c->nY == s.nY);
+      if (s.x) CHECK_BITS(c->xArray[2], r.xArray[2]);
+      if (s.y) CHECK_BITS(c->yArray[s.nY - 1], r.yArray[s.nY - 1]);
+      if (s.z) CHECK_BITS(c->zArray[2][3], r.zArray[2][3]);
+      if (s.z) CHECK(c->zArray[0] != r.zArray[0]);
+    }
+    r = copy = r;  // chained, and onto a record of the same shape
+    CHECK(r.nX == s.nX);
+    r.DeAllocate();
+    CHECK(r.allocType == AllocNone);
+    CHECK(r.nX == 0);
+  }
+}
+
+TEST_CASE("record: shapes that store nothing own nothing") {
+  PrnType r(AllocXY, 2);
+  r.DeAllocate();
+  r.fileType = FileOMA;
+  r.nX = 9;
+  r.Allocate(AllocX, 5, 5);
+  CHECK(r.HasX() != 0);
+  CHECK(r.xArray == nullptr);
+  CHECK(r.nX == 9);
+  CHECK(r.fileType == FileOMA);
+  r.MinMax();
+  PrnType copy(r);
+  CHECK(copy.allocType == AllocX);
+  r.DeAllocate();
+  r.Allocate(static_cast<AllocType>(15), 2, 2);
+  CHECK(r.Is3D() != 0);
+  r.MinMax();
+  copy = r;
+  CHECK(copy.allocType == 15);
+  copy = PrnType(AllocY, 1);  // releases no pointer that the shape only names
+  CHECK(copy.nY == 1);
+}
+
+TEST_CASE("record: lengths that cannot be had end in bad_alloc, and grids of no rows exist") {
+  for (const AllocType type : {AllocY, AllocXY, AllocXZ, AllocXYZ})
+    CHECK_THROWS_AS(PrnType(type, -1, 3), std::bad_alloc);
+  CHECK_THROWS_AS(PrnType(AllocYZ, 2, -1), std::bad_alloc);
+  CHECK_THROWS_AS(PrnType(AllocZ, 2, -1), std::bad_alloc);
+  PrnType none(AllocZ, -2, 3);
+  none.MinMax();
+  CHECK(none.nX == -2);
+  CHECK(PrnType(none).nX == -2);
+  CHECK(PrnType(AllocZ, 0, -5).Is3D() != 0);
+}
+
+TEST_CASE("record: ranges follow the rule bit for bit") {
+  Rng rng(kSeed);
+  CAPTURE(kSeed);
+  const float special[] = {0.0f, -0.0f, std::nanf(""), std::numeric_limits<float>::infinity(), -1e-45f, 1e-45f};
+  for (int round = 0; round < 400; ++round) {
+    CAPTURE(round);
+    PrnType r(AllocXYZ, 1 + static_cast<int>(rng() % 5), 1 + static_cast<int>(rng() % 30));
+    const auto value = [&] {
+      const auto kind = rng() % 8;
+      return kind < 6 ? special[kind % (1 + rng() % 6)] : static_cast<float>(static_cast<int>(rng() % 9) - 4);
+    };
+    std::vector<float> x, y, z;
+    for (int i = 0; i < r.nX; ++i) x.push_back(r.xArray[i] = value());
+    for (int j = 0; j < r.nY; ++j) y.push_back(r.yArray[j] = value());
+    for (int j = 0; j < r.nY; ++j)
+      for (int i = 0; i < r.nX; ++i) z.push_back(r.zArray[i][j] = value());
+    r.MinMax();
+    float low = 0, high = 0;
+    LiteralRange(x, low, high);
+    CHECK_BITS(r.xStart, low);
+    CHECK_BITS(r.xEnd, high);
+    LiteralRange(y, low, high);
+    CHECK_BITS(r.yStart, low);
+    CHECK_BITS(r.yEnd, high);
+    LiteralRange(z, low, high);
+    CHECK_BITS(r.zMin, low);
+    CHECK_BITS(r.zMax, high);
+  }
+}
+
+TEST_CASE("record: ranges of defined axes stay, those of nothing become 0") {
+  PrnType curve(AllocY, 2);
+  curve.xStart = 5;
+  curve.zMax = 8;
+  Number(curve);
+  curve.MinMax();
+  CHECK_BITS(curve.xStart, 5);
+  CHECK_BITS(curve.zMax, 0);
+  PrnType empty(AllocXYZ, 0, 4);
+  Number(empty);
+  empty.MinMax();
+  CHECK_BITS(empty.xEnd, 0);
+  CHECK_BITS(empty.zMax, 0);
+  CHECK_BITS(empty.yEnd, 4);
+}
+
+TEST_CASE("record: headers are copied by file type") {
+  PrnType src(AllocY, 1);
+  for (const int type : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 13, 14, 15, 16, 17, 18}) {
+    CAPTURE(type);
+    std::memset(src.headerArea, 'h', sizeof src.headerArea);
+    src.fileType = type;
+    PrnType to;
+    to.CopyHeader(src);
+    CHECK(to.fileType == type);
+    const bool block = type < 17 && !KemParameters(type).empty();
+    const bool labels = type <= 2 || type == 4 || (type >= 12 && type <= 14);
+    if (labels) CHECK(std::string(to.yLabel) == std::string(131, 'h'));
+    if (labels && type != FileCvt) CHECK(std::string(to.zLabel) == std::string(131, 'h'));
+    for (const KemParameter& p : KemParameters(type)) {
+      CAPTURE(p.name);
+      const std::size_t bytes = p.kind == KemParameterKind::Text ? 131 : 4;
+      CHECK((std::memcmp(p.in(to), p.in(src), bytes) == 0) == block);
+    }
+  }
+}
+
+TEST_CASE("record: a host's extension is created, copied and freed") {
+  ExtensionCreateHook = [](void** e) { *e = &++created; };
+  ExtensionFreeHook = [](void**) { ++freed; };
+  ExtensionCopyHook = [](void*, void*) { ++copied; };
+  {
+    PrnType r(AllocY, 1);
+    CHECK(created == 1);
+    PrnType copy(r);
+    CHECK(copied == 1);
+    copy.DeAllocate();
+    copy.DeAllocate();  // an empty record frees nothing
+    CHECK(freed == 1);
+  }
+  CHECK(freed == 2);
+  ExtensionCreateHook = nullptr;
+  ExtensionFreeHook = nullptr;
+  ExtensionCopyHook = nullptr;
+}

@@ -422,14 +422,58 @@ class KEM_API PrnType {
   /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
   void ArrayFromXAxis(float** values, int* count) const;
   void ArrayFromYAxis(float** values, int* count) const;
+  /// The value of the sample nearest to a point, without interpolation; 0 outside the ranges of the axes and
+  /// for an empty record. \p y counts for a grid only. A defined axis is cut into as many equal bins as it has
+  /// samples, and the bin decides.
+  float Nearest(float x, float y) const;
+  /// The value at a point on the line through the two nearest samples, for a grid bilinear; 0 outside the
+  /// ranges of the axes and for an empty record. Both samples may lie on one side. The second neighbour along
+  /// y of a grid is searched with a measure that mixes in \p x: in units of their own, x far from all y, it
+  /// lies further up than the next sample.
+  float At(float x, float y) const;
+
+  /// A curve resampled at \p n given abscissae, between the two samples around each: 0 outside the source's
+  /// abscissae, half the difference of the two where they are at one abscissa.
+  PrnType& InterpolateXY(float* const xs, int n) const;
+  /// A curve resampled in steps from \p from on, floor(|(to - from) / step|) + 1 points; the result has a
+  /// defined axis. Empty when \p step is 0. Throws std::bad_alloc for a number of points that cannot be had, as
+  /// do the evenly spaced axes of grids.
+  PrnType& InterpolateY(float from, float to, float step) const;
+  /// A grid resampled at given coordinates, each value as \ref At finds it but not limited to the ranges of
+  /// the axes. Costs no more than a scan of the source's y coordinates per point, and next to nothing where they
+  /// are in order.
+  PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
+  /// A grid resampled on two evenly spaced axes, which the result defines.
+  PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled at given X coordinates and on an evenly spaced Y axis.
+  PrnType& InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled on an evenly spaced X axis and at given Y coordinates.
+  PrnType& InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const;
   /// @}
 
   /// \name Slices and reshaping
+  /// Bounds are given in either order and included.
   /// @{
 
+  /// A curve over the X axis of a grid: the values of a band of Y coordinates summed, or their mean where
+  /// \p average is not 0. 0 where the band is empty.
+  PrnType& XSlice(float y1, float y2, int average) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& YSlice(float x1, float x2, int average) const;
+  /// The part of a curve or grid inside bounds, in ascending order of its axes; the Y bounds count for grids
+  /// only. Empty when two bounds are equal or no data reach them; bounds between two samples leave 0 points.
+  PrnType& Cut(float x1, float x2, float y1, float y2) const;
+  /// A curve of two points or more without the one closest to (\p x, \p y), each measured in its own unit.
+  PrnType& DeleteClosest(float x, float y) const;
+  /// Means of \p fx neighbouring samples, for a grid of blocks of \p fx by \p fy; a remainder at the end of an
+  /// axis is dropped. Both axes of the result are stored.
+  PrnType& Reduce(int fx, int fy) const;
   /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
   /// their order, those that are not a number go last) and turns a defined one with a negative step round.
   void SortAxes();
+  /// Exchanges X and Y: the axes of a grid, whose values are transposed, or the abscissae of a curve and its
+  /// values. The labels stay.
+  void SwapXY();
   /// @}
 
   /// \name Median filters and smoothing

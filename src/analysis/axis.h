@@ -35,4 +35,7 @@ class AxisValues {
 AxisValues XValues(const PrnType& record);
 AxisValues YValues(const PrnType& record);
 
+// The X coordinates that have values: those of a curve end with the smaller of its counts.
+AxisValues SampledX(const PrnType& record);
+
 }  // namespace kem::analysis

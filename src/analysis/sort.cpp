@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "kem.h"
+#include "record/storage.h"
 
 namespace {
 
@@ -91,7 +91,7 @@ void SortCurve(PrnType& curve) {
 }  // namespace
 
 void PrnType::SortAxes() {
-  if (allocType < AllocY || allocType > AllocXYZ) return;
+  if (!kem::record::OwnsArrays(allocType)) return;
   if (!Is3D()) return SortCurve(*this);
   SortRows(*this);
   SortColumns(*this);

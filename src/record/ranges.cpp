@@ -1,4 +1,5 @@
 // Smallest and largest values of axes, curves and grids.
+#include <algorithm>
 #include <array>
 
 #include "kem.h"
@@ -72,7 +73,7 @@ Range RangeOf(float* const* rows, int nX, int nY) {
 
 void PrnType::MinMax() {
   if (HasX()) {
-    const Range x = RangeOf(xArray, nX);
+    const Range x = RangeOf(xArray, Is3D() ? nX : std::min(nX, nY));  // a curve's is as long as its values
     xStart = x.low;
     xEnd = x.high;
   }

@@ -379,7 +379,32 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Exchange formats
+  /// Readers return 1, or 0 when the stream is already bad or the file is not theirs; streams are opened in
+  /// binary mode. Values that a file does not hold are 0; a count that is absurd ends in std::bad_alloc.
+  /// Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then create
+  /// nothing; see also \ref WriteFailedFlag. Text holds six significant digits of a value.
   /// @{
+
+  /// P3D, a grid as text: titles, comment lines, the axes as values or as start, end and step, the values.
+  int ReadP3D(std::ifstream& in);
+  int WriteP3D(char* const name) const;
+  /// P2D, a curve likewise.
+  int ReadP2D(std::ifstream& in);
+  int WriteP2D(char* const name) const;
+  /// B3D, a grid with all bits of its values. Axes have at most 32767 points.
+  int ReadB3D(std::ifstream& in);
+  int WriteB3D(char* const name) const;
+  /// B2D, a curve likewise; its `yStep` is stored as 0.
+  int ReadB2D(std::ifstream& in);
+  int WriteB2D(char* const name) const;
+  /// CVT, a curve as text: six header lines, then a number per line. `xEnd` of a defined axis is computed from
+  /// the number of values.
+  int ReadCvt(std::ifstream& in);
+  int WriteCvt(char* const name) const;
+  /// JCAMP-DX, a curve as labelled text. Reads uncompressed pairs, of all blocks together, in ascending order
+  /// of X; texts of more than seven characters are left out, factors are not applied (see \ref ReadXFactor).
+  int ReadDX(std::ifstream& in);
+  int WriteDX(char* const name) const;
   /// @}
 
   /// \name Instrument files
@@ -486,11 +511,58 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Differentiation and integration
+  /// All but \ref RunningIntegral see the data with their axes in ascending order, see \ref SortAxes. Bounds are
+  /// in units of the axes and given in either order.
   /// @{
+
+  /// The derivative of a curve, or of a grid along X, by an antisymmetric filter over 15 points: the slope per
+  /// sample, not divided by the spacing of the axis. The result loses seven samples at either end. Empty for
+  /// less than 16 samples.
+  PrnType& XDiff() const;
+  /// The derivative of a grid along Y, likewise.
+  PrnType& YDiff() const;
+  /// The integral between bounds, 0 where two are equal. Of a curve by trapezoids, the bounds interpolated by
+  /// \ref At; the Y bounds count for grids only. A grid is a sum of its values times the width and height of
+  /// their cells, in which the outermost samples weigh only their distance to the bounds.
+  float Integral(float x1, float x2, float y1, float y2) const;
+  /// The same with the absolute value of each trapezoid or product.
+  float AbsIntegral(float x1, float x2, float y1, float y2) const;
+  /// A curve over the X axis of a grid: the integral over a band of Y coordinates, by trapezoids between the
+  /// samples in the band and divided by their number. Empty when the band holds no sample.
+  PrnType& IntegrateY(float y1, float y2) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& IntegrateX(float x1, float x2) const;
+  /// The integral of a curve up to each point by trapezoids. It starts at the first value, not at 0.
+  PrnType& RunningIntegral() const;
   /// @}
 
   /// \name Baselines, noise and statistics
+  /// The corrections work in place. They change nothing when an abscissa lies outside the range of its axis,
+  /// when the range descends (`xStart` above `xEnd`), when both abscissae are equal, or when the axis has a single
+  /// sample.
   /// @{
+
+  /// Subtracts the straight line through the values at \p x1 and \p x2 (see \ref At) from a curve, or from each
+  /// column of a grid that of its own.
+  void SubLinBackX(float x1, float x2);
+  /// Subtracts from each row of a grid the straight line through its values at \p y1 and \p y2.
+  void SubLinBackY(float y1, float y2);
+  /// Multiplies a curve by the linear factor that takes it through (\p x1, \p target1) and (\p x2,
+  /// \p target2). Nothing happens where the curve is 0 at one of them.
+  void Slant(float x1, float target1, float x2, float target2);
+  /// The sum of absolute differences of neighbouring samples, over the number of samples: of a grid between its
+  /// columns, of a curve, on purpose, between its abscissae. 0 for no data.
+  float NoiseLevel() const;
+  /// Counts the values in each of \p nBins equal parts of the range from \p lo to \p hi, which is that of the
+  /// data as of the last \ref MinMax; the largest falls into the last bin, values below the range and those
+  /// that are not a number into none. With less than two bins or no data nothing is touched.
+  void Histogram(int nBins, float* const counts, float& lo, float& hi) const;
+  /// Smallest and largest value of a curve between two abscissae given in either order, and the first place of
+  /// each. No samples there give 0 and leave the places alone.
+  void MinMaxY(float x1, float x2, float& low, float& high, float& xAtLow, float& xAtHigh) const;
+  /// The same for a grid, with bounds in ascending order.
+  void MinMaxZ(float x1, float x2, float y1, float y2, float& low, float& high, float& xAtLow, float& yAtLow,
+               float& xAtHigh, float& yAtHigh) const;
   /// @}
 };
 
@@ -504,6 +576,11 @@ extern KEM_API int ReadNextFlag;
 /// 1 when the file last written could not be stored completely (a full disk, say), else 0. Set by every
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
+/// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
+/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// a file without factors and for every other format; of several blocks, the last factor that is not 1.
+extern KEM_API float ReadXFactor;
+extern KEM_API float ReadYFactor;
 /// Placeholder for hosts that import it; never read or written.
 extern KEM_API int nKemDll;
 

@@ -9,8 +9,6 @@ using namespace kem::analysis;
 
 namespace {
 
-bool Within(float t, float start, float end) { return t >= std::min(start, end) && t <= std::max(start, end); }
-
 bool InRange(const PrnType& r, float x, float y) {
   return kem::record::OwnsArrays(r.allocType) && Within(x, r.xStart, r.xEnd) &&
          (!r.Is3D() || Within(y, r.yStart, r.yEnd));

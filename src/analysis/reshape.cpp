@@ -203,7 +203,8 @@ PrnType& PrnType::Reduce(int fx, int fy) const {
   BlockMeans(x.data(), fx, result->xArray, count);
   if (Is3D()) {
     BlockMeans(YValues(*this).data(), fy, result->yArray, result->nY);
-    for (int a = 0; a < count; ++a) BlockMeans(zArray + a * fx, fx, fy, result->zArray[a], result->nY);
+    float* const* block = zArray;
+    for (int a = 0; a < count; ++a, block += fx) BlockMeans(block, fx, fy, result->zArray[a], result->nY);
   } else {
     BlockMeans(yArray, fx, result->yArray, count);
   }

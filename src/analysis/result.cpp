@@ -26,7 +26,9 @@ std::unique_ptr<PrnType> NewResult(const PrnType& source, int type, int count1, 
   return result;
 }
 
-KeptAxis KeptX(const PrnType& r) { return {r.HasX() ? r.xArray : nullptr, r.xStart, r.xEnd, r.xStep, r.nX}; }
+KeptAxis KeptX(const PrnType& r) {
+  return {r.HasX() ? r.xArray : nullptr, r.xStart, r.xEnd, r.xStep, r.Is3D() ? r.nX : std::min(r.nX, r.nY)};
+}
 KeptAxis KeptY(const PrnType& r) { return {r.HasY() ? r.yArray : nullptr, r.yStart, r.yEnd, r.yStep, r.nY}; }
 
 KeptAxis Inner(const KeptAxis& axis, int margin) {

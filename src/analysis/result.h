@@ -16,7 +16,7 @@ struct KeptAxis {
   float start;
   float end;
   float step;
-  int count;
+  int count;  // of samples; a curve's end with the smaller of its counts
 };
 KeptAxis KeptX(const PrnType& record);
 KeptAxis KeptY(const PrnType& record);

@@ -158,8 +158,7 @@ std::optional<std::size_t> AxisSearch::Across(float target, std::size_t nearest)
 
 std::size_t AxisSearch::Second(float target, std::size_t nearest, float measure) {
   if (nearest == 0) return std::min<std::size_t>(1, axis_.size() - 1);  // nothing beats the first sample
-  if (!ordered_ || !std::isfinite(target) || !std::isfinite(measure))
-    return SecondByScan(axis_, target, nearest, measure);
+  if (!ordered_ || !std::isfinite(measure)) return SecondByScan(axis_, target, nearest, measure);
   return SecondInOrder(sign_ * target, nearest, sign_ * measure);
 }
 
@@ -177,10 +176,10 @@ std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measur
   };
   for (std::size_t k = next(1); k < nearest; k = next(taken + 1)) {
     taken = k;
-    // With the measure above the target, or below both target and sample and far enough, each sample from here
-    // on keeps at least what it offers. None is then passed over for good but by one that keeps no more than the
-    // last of them offers. What is kept never rises in the first case, never falls in the second.
-    if (measure >= t || (Coordinate(k) > measure && keep(k) >= offer(k))) {
+    // Above the measure what is kept never falls from here on; up to a measure beyond the target it never rises,
+    // but no sample keeps less than it offers. Either way the samples below the nearest are taken to their last,
+    // unless one before it keeps no more than the last offers.
+    if (measure >= t || Coordinate(k) > measure) {
       const float last = offer(nearest - 1);
       taken = std::min(nearest - 1, PartitionPoint(k, nearest, k, [&](std::size_t j) { return keep(j) > last; }));
     }
@@ -205,10 +204,10 @@ std::size_t AxisSearch::EndOfRun(std::size_t first, float t, float measure) {
   const std::size_t beyond =
       PartitionPoint(first, count, first, [&](std::size_t k) { return Coordinate(k) <= measure; });
   const std::size_t k = PartitionPoint(first, beyond, first, goesOn);
-  if (k < beyond || measure >= t) return k;  // beyond a measure above the target, none keeps more than it offers
+  if (k < beyond) return k;
 
-  // Beyond a measure below the target it depends on each step of the axis. But where one sample follows another
-  // above a target, it does so for every greater target below that other one, so runs are not walked again.
+  // Beyond the measure it depends on each step of the axis. But what follows a sample for one target does so for
+  // every greater one that still lies below it, so that runs are not walked again.
   Run run{measure, t, k, k};
   if (run_.measure == measure && run_.target <= t && run_.first <= k && k < run_.last && Coordinate(k + 1) > t)
     run.last = run_.last;

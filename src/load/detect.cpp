@@ -5,11 +5,17 @@ namespace {
 
 // ------------------------------------------------------------ formats
 
-constexpr Format kP3D{"P3D text grid", nullptr};
-constexpr Format kB3D{"B3D binary grid", nullptr};
-constexpr Format kB2D{"B2D binary curve", nullptr};
-constexpr Format kP2D{"P2D text curve", nullptr};
-constexpr Format kCvt{"CVT curve", nullptr};
+// A reader that needs nothing but the main stream.
+template <int (PrnType::*Read)(std::ifstream&)>
+int FromMain(PrnType& record, LoadState& state) {
+  return (record.*Read)(state.main);
+}
+
+constexpr Format kP3D{"P3D text grid", FromMain<&PrnType::ReadP3D>};
+constexpr Format kB3D{"B3D binary grid", FromMain<&PrnType::ReadB3D>};
+constexpr Format kB2D{"B2D binary curve", FromMain<&PrnType::ReadB2D>};
+constexpr Format kP2D{"P2D text curve", FromMain<&PrnType::ReadP2D>};
+constexpr Format kCvt{"CVT curve", FromMain<&PrnType::ReadCvt>};
 constexpr Format kCaryDSW{"Cary DSW", nullptr};
 constexpr Format kBruker{"Bruker ESR spc/par", nullptr, Pairing::Bruker};
 constexpr Format kDilor{"Dilor Raman", [](PrnType& record, LoadState& state) {
@@ -27,17 +33,16 @@ constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
 constexpr Format kIccdCurve{"ICCD curve", [](PrnType& record, LoadState& state) {
                               return record.ReadIccdCrv(state.main, state.count, state.index);
                             }};
-constexpr Format kNPico{"NPico scan",
-                        [](PrnType& record, LoadState& state) { return record.ReadNPico(state.main); }};
+constexpr Format kNPico{"NPico scan", FromMain<&PrnType::ReadNPico>};
 constexpr Format kHama{"Hamamatsu raw image", nullptr};
 constexpr Format kCaryPrn{"Cary absorption prn", nullptr};
-constexpr Format kAT1{"AT1 image", [](PrnType& record, LoadState& state) { return record.ReadAT1(state.main); }};
+constexpr Format kAT1{"AT1 image", FromMain<&PrnType::ReadAT1>};
 constexpr Format kOMA{"EG&G OMA", [](PrnType& record, LoadState& state) {
                         return record.ReadOMA(state.main, state.count, state.index);
                       }};
 constexpr Format kXY{"XY, NXY or JCAMP-DX", [](PrnType& record, LoadState& state) {
                        if (state.nxy) return record.ReadNXYPrn(state.main, state.count, state.index);
-                       if (state.jcamp) return 0;
+                       if (state.jcamp) return record.ReadDX(state.main);
                        return record.ReadXYPrn(state.main);
                      }};
 

@@ -101,6 +101,8 @@ using namespace kem::load;
 void PrnType::ReadFile(const char* name, int index) {
   xStep = 0;
   yStep = 0;
+  ReadXFactor = 1;
+  ReadYFactor = 1;
   LoadState state{.name = name, .index = index, .main = {}, .partner = {}};
   if (!Load(*this, state)) {
     allocType = AllocNone;

@@ -118,6 +118,12 @@ int LabelsOf(int fileType) {
 std::unique_ptr<float[]> NewArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]); }
 std::unique_ptr<float[]> NewZeroArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]()); }
 
+int CheckedCount(double count) {
+  // The largest int is what a longer count is clamped to when it is scanned.
+  if (!(count >= 0 && count < std::numeric_limits<int>::max())) throw std::bad_alloc();
+  return static_cast<int>(count);
+}
+
 void GridDeleter::operator()(float** grid) const {
   for (int i = 0; i < rows; ++i) delete[] grid[i];
   delete[] grid;

@@ -11,6 +11,10 @@ namespace kem::record {
 std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
 std::unique_ptr<float[]> NewZeroArray(int count);  // all 0
 
+// A count that a file announces. One that is negative, not a number, or too large for an int ends in
+// std::bad_alloc, as a length that cannot be had does.
+int CheckedCount(double count);
+
 // The rows of a grid and their table, each an allocation of its own.
 struct GridDeleter {
   int rows = 0;

@@ -7,6 +7,12 @@
 namespace kem::load {
 namespace {
 
+#ifdef _WIN32
+constexpr bool kNamesTellCase = false;
+#else
+constexpr bool kNamesTellCase = true;
+#endif
+
 char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool EqualButCase(std::string_view a, std::string_view b) {
@@ -18,8 +24,7 @@ bool EqualButCase(std::string_view a, std::string_view b) {
 bool IsReadable(const std::string& name) { return std::ifstream(name, std::ios::binary).is_open(); }
 
 std::string AnyCase(const std::string& name) {
-  if (IsReadable(name)) return name;
-#ifndef _WIN32  // Windows has looked already: its names do not tell upper from lower case
+  if (!kNamesTellCase || IsReadable(name)) return name;
   const auto slash = name.rfind('/');
   const std::string folder = slash == name.npos ? "" : name.substr(0, slash + 1);
   const std::string_view wanted = std::string_view(name).substr(folder.size());
@@ -30,9 +35,7 @@ std::string AnyCase(const std::string& name) {
     const std::string candidate = at->path().filename().string();
     if (EqualButCase(candidate, wanted) && (found.empty() || candidate < found)) found = candidate;
   }
-  if (!found.empty()) return folder + found;
-#endif
-  return name;
+  return found.empty() ? name : folder + found;
 }
 
 std::string_view BaseOf(std::string_view name) { return name.substr(0, std::min(name.rfind('.'), name.size())); }

@@ -11,30 +11,40 @@ struct Range {
   float high = 0;
 };
 
-// Extends a range by the values that are strictly smaller or larger. Eight independent lanes keep the loop as
-// fast as memory; a value that is not a number never replaces anything.
-void Extend(Range& range, const float* values, int count) {
-  constexpr int kLanes = 8;
-  std::array<float, kLanes> low;
-  std::array<float, kLanes> high;
-  low.fill(range.low);
-  high.fill(range.high);
-  int k = 0;
-  for (; count - k >= kLanes; k += kLanes)
-    for (int lane = 0; lane < kLanes; ++lane) {
-      const float v = values[k + lane];
-      low[lane] = v < low[lane] ? v : low[lane];
-      high[lane] = v > high[lane] ? v : high[lane];
-    }
-  for (; k < count; ++k) {
-    low[0] = values[k] < low[0] ? values[k] : low[0];
-    high[0] = values[k] > high[0] ? values[k] : high[0];
+// Takes the values that are strictly smaller or larger; one that is not a number never replaces anything. The
+// lanes are independent, and enough of them that compilers make vectors of them, so that memory sets the pace.
+class Lanes {
+ public:
+  explicit Lanes(float first) {
+    low_.fill(first);
+    high_.fill(first);
   }
-  for (int lane = 0; lane < kLanes; ++lane) {
-    range.low = low[lane] < range.low ? low[lane] : range.low;
-    range.high = high[lane] > range.high ? high[lane] : range.high;
+
+  void Extend(const float* values, int count) {
+    int k = 0;
+    for (; count - k >= kLanes; k += kLanes)
+      for (int lane = 0; lane < kLanes; ++lane) Take(lane, values[k + lane]);
+    for (int lane = 0; k < count; ++k, ++lane) Take(lane, values[k]);
   }
-}
+
+  Range Reduced() const {
+    Range range{low_[0], high_[0]};
+    for (const float v : low_) range.low = v < range.low ? v : range.low;
+    for (const float v : high_) range.high = v > range.high ? v : range.high;
+    return range;
+  }
+
+ private:
+  static constexpr int kLanes = 32;
+
+  void Take(int lane, float v) {
+    low_[lane] = v < low_[lane] ? v : low_[lane];
+    high_[lane] = v > high_[lane] ? v : high_[lane];
+  }
+
+  std::array<float, kLanes> low_;
+  std::array<float, kLanes> high_;
+};
 
 // Zeros of both signs are equal, so which of them a range holds depends on the order of the visit: it is the
 // first. `at(k)` gives the values in that order; the result tells whether there was a zero.
@@ -52,8 +62,9 @@ bool SettleZeros(Range& range, int count, At at) {
 
 Range RangeOf(const float* values, int count) {
   if (!values || count <= 0) return {};
-  Range range{values[0], values[0]};
-  Extend(range, values, count);
+  Lanes lanes(values[0]);
+  lanes.Extend(values, count);
+  Range range = lanes.Reduced();
   if (range.low == 0 || range.high == 0) SettleZeros(range, count, [values](int k) { return values[k]; });
   return range;
 }
@@ -61,8 +72,9 @@ Range RangeOf(const float* values, int count) {
 // A grid counts as visited column by column.
 Range RangeOf(float* const* rows, int nX, int nY) {
   if (!rows || nX <= 0 || nY <= 0) return {};
-  Range range{rows[0][0], rows[0][0]};
-  for (int i = 0; i < nX; ++i) Extend(range, rows[i], nY);
+  Lanes lanes(rows[0][0]);
+  for (int i = 0; i < nX; ++i) lanes.Extend(rows[i], nY);
+  Range range = lanes.Reduced();
   if (range.low == 0 || range.high == 0)
     for (int j = 0; j < nY; ++j)
       if (SettleZeros(range, nX, [rows, j](int i) { return rows[i][j]; })) break;

@@ -80,7 +80,7 @@ void ResampleImage(benchmark::State& state, Axis x, Axis y, Axis toX, Axis toY) 
   state.SetItemsProcessed(state.iterations() * Count(toX) * Count(toY));
 }
 
-// Wavelength and time, pixels, pixels around one of them, and time that is not in order.
+// Wavelength and time, pixels, a detail of one pixel, and time that is not in order, which is scanned.
 BENCHMARK_CAPTURE(ResampleImage, apart, UnevenAxis(640, 300, 900), UnevenAxis(480, 0, 50),
                   UnevenAxis(640, 310, 910), UnevenAxis(480, 1, 51))
     ->Unit(benchmark::kMillisecond);
@@ -95,3 +95,12 @@ BENCHMARK_CAPTURE(ResampleImage, unordered, UnevenAxis(640, 300, 900), Shuffled(
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+// CPU time in ms, GCC 12, x86-64 at 2.6 GHz:
+//
+//   samples and targets      1000    10000   100000   1000000
+//   CurveInOrder            0.012     0.14      1.5        17
+//   CurveShuffledTargets    0.015     0.79       11       228
+//   CurveUnordered            1.8      158
+//
+//   ResampleImage   apart 9.6   same 21   detail 155   unordered 119

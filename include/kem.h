@@ -414,6 +414,36 @@ class KEM_API PrnType {
   /// Bruker BES3T. \p name is either file of the pair; \p columns receives the number of value columns per
   /// point, \p which picks one (0 means 1). Messages about unsupported layouts go to standard output.
   int ReadBES3T(const char* name, int& columns, int which);
+
+  /// Bruker ESR. \p par is the parameter file, \p spc the value file; \p which 1 picks the second spectrum of a
+  /// file that holds two, any other value the first. Sets \ref ReadNextFlag for such files only.
+  int ReadBruker(std::ifstream& par, std::ifstream& spc, int which);
+
+  /// Hamamatsu raw image: 640 wavelengths (nm) by 480 times (ns). Refuses unknown sweep ranges.
+  int ReadHama(std::ifstream& in);
+
+  /// Cary DSW spectrum. Also returns 0 when memory runs out.
+  int ReadCaryDSWFile(std::ifstream& in);
+  /// One text of a DSW file from where the stream stands, with runs of blanks as one blank, into a buffer of
+  /// 132 bytes.
+  void ReadCaryDSWParameter(std::ifstream& in, char* const text) const;
+
+  /// HPDTA (HiPic) image of 8, 16 or 32-bit values. Axes are linear or come from tables in the file. The record
+  /// is not `active`.
+  int ReadHPDTA(std::ifstream& in);
+  /// Fills \p block from the status text of an HPDTA image, which lists its fields by position or, when it
+  /// begins with "[", by name. Numbers that it does not hold keep their value.
+  void ParseHPDTAStatus(char* const text, HPDTAHeaderType* block) const;
+  /// Days from a date to that of the acquisition, negative when it came earlier. 0 for other records, for an
+  /// invalid date, and for an acquisition date that is not written "12-05-2016" (day, month, year).
+  int HPDTATime(int day, int month, int year) const;
+
+  /// HPDTA profile. Returns 0: the format is recognised, but its layout is not published.
+  int ReadHPDTAProfile(std::ifstream& in);
+  /// Cary absorption prn. Returns 0: the format is recognised, but its layout is not published.
+  int ReadCaryPrn(std::ifstream& in);
+  /// Cary 45, header and data file. Returns 0: the format is recognised, but its layout is not published.
+  int ReadCary45(std::ifstream& header, std::ifstream& data);
   /// Dilor Raman spectrometer, text with one spectrum.
   int ReadDilorSingle(std::ifstream& in);
   /// Dilor Raman series. \p count receives the number of spectra, \p which picks one (0 means 1). Returns 1
@@ -433,11 +463,71 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Arithmetic
+  /// Combines the Y values of curves or the Z values of grids; operands stay as they are. The result has axes and
+  /// header of the left operand and is named after the operation. `^` is the power; mind that C++ binds `^` and
+  /// `&` more loosely than `+` and `==`. In every power a negative base takes the exponent rounded down.
   /// @{
+
+  /// When axes differ, the right operand is first interpolated onto those of the left one. A sample divided by 0
+  /// gives 0. Samples that the right operand does not reach keep the left one's value. A curve and a grid, or an
+  /// operand without data, give an empty record.
+  PrnType operator+(const PrnType& other);
+  PrnType operator-(const PrnType& other);
+  PrnType operator*(const PrnType& other);
+  PrnType operator/(const PrnType& other);
+  PrnType operator^(const PrnType& other);
+  /// The product sample by sample, whatever the axes. Empty when the counts differ.
+  PrnType operator&(const PrnType& other);
+
+  /// Every value with a number. Dividing by 0 and the power 0 give an empty record.
+  PrnType operator+(const float& number);
+  PrnType operator-(const float& number);
+  PrnType operator*(const float& number);
+  PrnType operator/(const float& number);
+  PrnType operator^(const float& number);
+  PrnType operator-();
+
+  /// 1 when both records store their axes alike and the axes are equal within a relative 1e-5, else 0. The
+  /// values of a curve are no axis.
+  int SameAxes(const PrnType& other) const;
+  /// 1 when the X axis has \p n coordinates, equal to \p values within a relative 1e-5, else 0.
+  int XAxisEqArray(float* values, int n) const;
+  int YAxisEqArray(float* values, int n) const;
   /// @}
 
   /// \name Elementwise functions
+  /// Copies with a function applied to every Y value of a curve or Z value of a grid, named after the function.
+  /// Values outside the domain become 0. An empty record gives an empty record.
   /// @{
+  PrnType Exp() const;
+  PrnType Log() const;  ///< to base 10
+  PrnType Ln() const;
+  PrnType Sin() const;  ///< of radians, like all angles here
+  PrnType Cos() const;
+  PrnType Tan() const;
+  PrnType ASin() const;
+  PrnType ACos() const;
+  PrnType ATan() const;
+  PrnType SinH() const;
+  PrnType CosH() const;
+  PrnType TanH() const;
+  PrnType ASinH() const;
+  PrnType ACosH() const;
+  PrnType ATanH() const;  ///< 0 from 1 upwards, but minus infinity at -1 and not a number below
+  PrnType Inv() const;    ///< 1 / value
+  PrnType Set(const float& constant) const;
+
+  /// A copy with an operation applied to the coordinates of the X axis (\p axis 'x') or of a grid's Y axis ('y').
+  ///
+  /// \param operation "+", "-", "*", "/" and "^" take \p value; "s" changes the sign; "inv", "exp", "log", "ln",
+  ///   "sin", "cos", "tan", "asin", "acos", "atan", "sinh", "cosh", "tanh", "asinh", "acosh" and "atanh" are the
+  ///   functions above. Dividing by 0 makes every coordinate 0.
+  ///
+  /// A defined axis stays defined under "+", "-" and "s" and becomes an array otherwise. The name stays. An
+  /// unknown operation is reported on standard error, once and for every coordinate, and changes none. An unknown
+  /// axis is reported likewise and then taken as Y, where the Y values of a curve count as coordinates. Empty for
+  /// 'y' on a curve.
+  PrnType AxisOp(char axis, char* const operation, float value) const;
   /// @}
 
   /// \name Point lookup and interpolation
@@ -447,26 +537,26 @@ class KEM_API PrnType {
   /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
   void ArrayFromXAxis(float** values, int* count) const;
   void ArrayFromYAxis(float** values, int* count) const;
-  /// The value of the sample nearest to a point, without interpolation; 0 outside the ranges of the axes and
-  /// for an empty record. \p y counts for a grid only. A defined axis is cut into as many equal bins as it has
-  /// samples, and the bin decides.
+  /// The value of the sample nearest to a point; 0 outside the ranges of the axes and for an empty record. A
+  /// defined axis is cut into as many equal bins as it has samples, and the bin decides. \p y counts for a grid
+  /// only.
   float Nearest(float x, float y) const;
-  /// The value at a point on the line through the two nearest samples, for a grid bilinear; 0 outside the
-  /// ranges of the axes and for an empty record. Both samples may lie on one side. The second neighbour along
-  /// y of a grid is searched with a measure that mixes in \p x: in units of their own, x far from all y, it
-  /// lies further up than the next sample.
+  /// The value at a point on the line through the nearest sample and the second nearest, both of which may lie
+  /// on one side; bilinear for a grid. 0 outside the ranges of the axes and for an empty record.
+  ///
+  /// Along y of a grid, the second sample is found in one pass upwards that takes each sample nearer to \p y than
+  /// the best so far and then remembers its distance to \p x. Where x is far from all y, the line therefore
+  /// ends at the last sample rather than at the next one.
   float At(float x, float y) const;
 
-  /// A curve resampled at \p n given abscissae, between the two samples around each: 0 outside the source's
-  /// abscissae, half the difference of the two where they are at one abscissa.
+  /// A curve resampled at \p n abscissae, each value on the line through the two samples around it: 0 outside
+  /// the source's abscissae, and half the difference of two samples at one abscissa.
   PrnType& InterpolateXY(float* const xs, int n) const;
-  /// A curve resampled in steps from \p from on, floor(|(to - from) / step|) + 1 points; the result has a
-  /// defined axis. Empty when \p step is 0. Throws std::bad_alloc for a number of points that cannot be had, as
-  /// do the evenly spaced axes of grids.
+  /// A curve resampled from \p from on in steps of \p step, floor(|(to - from) / step|) + 1 points; the result's
+  /// X axis is defined. Empty when \p step is 0. Here and for grids, a number of points that cannot be had
+  /// throws std::bad_alloc.
   PrnType& InterpolateY(float from, float to, float step) const;
-  /// A grid resampled at given coordinates, each value as \ref At finds it but not limited to the ranges of
-  /// the axes. Costs no more than a scan of the source's y coordinates per point, and next to nothing where they
-  /// are in order.
+  /// A grid resampled at \p nx by \p ny points. Values are those of \ref At, outside the ranges of the axes too.
   PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
   /// A grid resampled on two evenly spaced axes, which the result defines.
   PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;
@@ -503,6 +593,22 @@ class KEM_API PrnType {
 
   /// \name Median filters and smoothing
   /// @{
+
+  /// A curve with each value replaced by a median of the \p w samples around it, fewer at the ends. An even
+  /// width counts as the next odd one, one below 1 as 1. The last sample of a span is left out: of the 2h others
+  /// of a whole span the median is the one with h below it. Values that are not a number sort after all others,
+  /// -0 before 0. The time hardly depends on \p w.
+  PrnType& Median2D(int w) const;
+  /// A grid with each value replaced by a median of the \p w by \p w samples around it, likewise; the value lies
+  /// one place higher than in a curve, and in a span of two or three samples is the last. The time grows with
+  /// \p w, not with its square.
+  PrnType& Median3D(int w) const;
+  /// A curve or grid smoothed along X by fitting a parabola to each \p w samples (Savitzky and Golay, Analytical
+  /// Chemistry 36 (1964) 1627). Widths are 5, 7, 9, 13, 17 and 21; there must be more samples than that, and w/2
+  /// are lost at each end. The axes are put into ascending order first, see \ref SortAxes.
+  PrnType& XSmooth(int w) const;
+  /// A grid smoothed along Y, likewise.
+  PrnType& YSmooth(int w) const;
   /// @}
 
   /// \name Differentiation and integration

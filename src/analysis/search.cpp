@@ -10,7 +10,8 @@
 // Each condition below is put to the rounded numbers themselves, so that it changes where the scan changes.
 //
 // A descending axis is searched as its mirror image, whose differences -c[k] - -t have the same size to the bit.
-// Any other axis, a target that is not finite, and differences that overflow are left to the scan.
+// Left to the scan are unordered axes, coordinates that are not finite, a measure that is not finite, and, where
+// differences are multiplied, differences that overflow.
 #include "analysis/search.h"
 
 #include <algorithm>
@@ -172,6 +173,7 @@ std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measur
 
   // Offers never rise below the nearest sample.
   const auto next = [&](std::size_t from) {
+    if (from < nearest && offer(from) < best) return from;  // on fine axes almost always
     return PartitionPoint(from, nearest, from, [&](std::size_t k) { return !(offer(k) < best); });
   };
   for (std::size_t k = next(1); k < nearest; k = next(taken + 1)) {

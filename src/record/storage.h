@@ -33,6 +33,9 @@ inline bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType 
 // zLabel, fileName and active as they are.
 void Reset(PrnType& record);
 
+// A copy of a record whose values, a curve's Y array or a grid, are not initialised.
+PrnType CopyWithoutValues(const PrnType& src);
+
 // Hands arrays over to a record that owns none.
 inline void Own(float*& member, std::unique_ptr<float[]> array) { member = array.release(); }
 inline void Own(float**& member, Grid grid) { member = grid.release(); }

@@ -152,9 +152,11 @@ int PrintJson(const InfoOptions& options) {
   return status;
 }
 
-// An ICCD curve has a title in its label, though none for its axes.
+// The title of the values. An ICCD curve has one in its label, though none for its axes.
 std::string TitleOf(const PrnType& record) {
-  return record.fileType == FileIccdCurve ? record.yLabel : Titles(record).y;
+  const Titles titles(record);
+  if (record.fileType == FileIccdCurve) return record.yLabel;
+  return record.Is3D() ? titles.z : titles.y;
 }
 
 std::string ShapeOf(const PrnType& record) {

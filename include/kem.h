@@ -379,7 +379,32 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Exchange formats
+  /// Readers return 1, or 0 when the stream is already bad or the file is not theirs; streams are opened in
+  /// binary mode. Values that a file does not hold are 0; a count that is absurd ends in std::bad_alloc.
+  /// Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then create
+  /// nothing; see also \ref WriteFailedFlag. Text holds six significant digits of a value.
   /// @{
+
+  /// P3D, a grid as text: titles, comment lines, the axes as values or as start, end and step, the values.
+  int ReadP3D(std::ifstream& in);
+  int WriteP3D(char* const name) const;
+  /// P2D, a curve likewise.
+  int ReadP2D(std::ifstream& in);
+  int WriteP2D(char* const name) const;
+  /// B3D, a grid with all bits of its values. Axes have at most 32767 points.
+  int ReadB3D(std::ifstream& in);
+  int WriteB3D(char* const name) const;
+  /// B2D, a curve likewise; its `yStep` is stored as 0.
+  int ReadB2D(std::ifstream& in);
+  int WriteB2D(char* const name) const;
+  /// CVT, a curve as text: six header lines, then a number per line. `xEnd` of a defined axis is computed from
+  /// the number of values.
+  int ReadCvt(std::ifstream& in);
+  int WriteCvt(char* const name) const;
+  /// JCAMP-DX, a curve as labelled text. Reads uncompressed pairs, of all blocks together, in ascending order
+  /// of X; texts of more than seven characters are left out, factors are not applied (see \ref ReadXFactor).
+  int ReadDX(std::ifstream& in);
+  int WriteDX(char* const name) const;
   /// @}
 
   /// \name Instrument files
@@ -389,6 +414,36 @@ class KEM_API PrnType {
   /// Bruker BES3T. \p name is either file of the pair; \p columns receives the number of value columns per
   /// point, \p which picks one (0 means 1). Messages about unsupported layouts go to standard output.
   int ReadBES3T(const char* name, int& columns, int which);
+
+  /// Bruker ESR. \p par is the parameter file, \p spc the value file; \p which 1 picks the second spectrum of a
+  /// file that holds two, any other value the first. Sets \ref ReadNextFlag for such files only.
+  int ReadBruker(std::ifstream& par, std::ifstream& spc, int which);
+
+  /// Hamamatsu raw image: 640 wavelengths (nm) by 480 times (ns). Refuses unknown sweep ranges.
+  int ReadHama(std::ifstream& in);
+
+  /// Cary DSW spectrum. Also returns 0 when memory runs out.
+  int ReadCaryDSWFile(std::ifstream& in);
+  /// One text of a DSW file from where the stream stands, with runs of blanks as one blank, into a buffer of
+  /// 132 bytes.
+  void ReadCaryDSWParameter(std::ifstream& in, char* const text) const;
+
+  /// HPDTA (HiPic) image of 8, 16 or 32-bit values. Axes are linear or come from tables in the file. The record
+  /// is not `active`.
+  int ReadHPDTA(std::ifstream& in);
+  /// Fills \p block from the status text of an HPDTA image, which lists its fields by position or, when it
+  /// begins with "[", by name. Numbers that it does not hold keep their value.
+  void ParseHPDTAStatus(char* const text, HPDTAHeaderType* block) const;
+  /// Days from a date to that of the acquisition, negative when it came earlier. 0 for other records, for an
+  /// invalid date, and for an acquisition date that is not written "12-05-2016" (day, month, year).
+  int HPDTATime(int day, int month, int year) const;
+
+  /// HPDTA profile. Returns 0: the format is recognised, but its layout is not published.
+  int ReadHPDTAProfile(std::ifstream& in);
+  /// Cary absorption prn. Returns 0: the format is recognised, but its layout is not published.
+  int ReadCaryPrn(std::ifstream& in);
+  /// Cary 45, header and data file. Returns 0: the format is recognised, but its layout is not published.
+  int ReadCary45(std::ifstream& header, std::ifstream& data);
   /// Dilor Raman spectrometer, text with one spectrum.
   int ReadDilorSingle(std::ifstream& in);
   /// Dilor Raman series. \p count receives the number of spectra, \p which picks one (0 means 1). Returns 1
@@ -408,11 +463,71 @@ class KEM_API PrnType {
   /// @}
 
   /// \name Arithmetic
+  /// Combines the Y values of curves or the Z values of grids; operands stay as they are. The result has axes and
+  /// header of the left operand and is named after the operation. `^` is the power; mind that C++ binds `^` and
+  /// `&` more loosely than `+` and `==`. In every power a negative base takes the exponent rounded down.
   /// @{
+
+  /// When axes differ, the right operand is first interpolated onto those of the left one. A sample divided by 0
+  /// gives 0. Samples that the right operand does not reach keep the left one's value. A curve and a grid, or an
+  /// operand without data, give an empty record.
+  PrnType operator+(const PrnType& other);
+  PrnType operator-(const PrnType& other);
+  PrnType operator*(const PrnType& other);
+  PrnType operator/(const PrnType& other);
+  PrnType operator^(const PrnType& other);
+  /// The product sample by sample, whatever the axes. Empty when the counts differ.
+  PrnType operator&(const PrnType& other);
+
+  /// Every value with a number. Dividing by 0 and the power 0 give an empty record.
+  PrnType operator+(const float& number);
+  PrnType operator-(const float& number);
+  PrnType operator*(const float& number);
+  PrnType operator/(const float& number);
+  PrnType operator^(const float& number);
+  PrnType operator-();
+
+  /// 1 when both records store their axes alike and the axes are equal within a relative 1e-5, else 0. The
+  /// values of a curve are no axis.
+  int SameAxes(const PrnType& other) const;
+  /// 1 when the X axis has \p n coordinates, equal to \p values within a relative 1e-5, else 0.
+  int XAxisEqArray(float* values, int n) const;
+  int YAxisEqArray(float* values, int n) const;
   /// @}
 
   /// \name Elementwise functions
+  /// Copies with a function applied to every Y value of a curve or Z value of a grid, named after the function.
+  /// Values outside the domain become 0. An empty record gives an empty record.
   /// @{
+  PrnType Exp() const;
+  PrnType Log() const;  ///< to base 10
+  PrnType Ln() const;
+  PrnType Sin() const;  ///< of radians, like all angles here
+  PrnType Cos() const;
+  PrnType Tan() const;
+  PrnType ASin() const;
+  PrnType ACos() const;
+  PrnType ATan() const;
+  PrnType SinH() const;
+  PrnType CosH() const;
+  PrnType TanH() const;
+  PrnType ASinH() const;
+  PrnType ACosH() const;
+  PrnType ATanH() const;  ///< 0 from 1 upwards, but minus infinity at -1 and not a number below
+  PrnType Inv() const;    ///< 1 / value
+  PrnType Set(const float& constant) const;
+
+  /// A copy with an operation applied to the coordinates of the X axis (\p axis 'x') or of a grid's Y axis ('y').
+  ///
+  /// \param operation "+", "-", "*", "/" and "^" take \p value; "s" changes the sign; "inv", "exp", "log", "ln",
+  ///   "sin", "cos", "tan", "asin", "acos", "atan", "sinh", "cosh", "tanh", "asinh", "acosh" and "atanh" are the
+  ///   functions above. Dividing by 0 makes every coordinate 0.
+  ///
+  /// A defined axis stays defined under "+", "-" and "s" and becomes an array otherwise. The name stays. An
+  /// unknown operation is reported on standard error, once and for every coordinate, and changes none. An unknown
+  /// axis is reported likewise and then taken as Y, where the Y values of a curve count as coordinates. Empty for
+  /// 'y' on a curve.
+  PrnType AxisOp(char axis, char* const operation, float value) const;
   /// @}
 
   /// \name Point lookup and interpolation
@@ -422,26 +537,133 @@ class KEM_API PrnType {
   /// A defined axis is written out by adding its step again and again. Null and 0 for an empty record.
   void ArrayFromXAxis(float** values, int* count) const;
   void ArrayFromYAxis(float** values, int* count) const;
+  /// The value of the sample nearest to a point; 0 outside the ranges of the axes and for an empty record. A
+  /// defined axis is cut into as many equal bins as it has samples, and the bin decides. \p y counts for a grid
+  /// only.
+  float Nearest(float x, float y) const;
+  /// The value at a point on the line through the nearest sample and the second nearest, both of which may lie
+  /// on one side; bilinear for a grid. 0 outside the ranges of the axes and for an empty record.
+  ///
+  /// Along y of a grid, the second sample is found in one pass upwards that takes each sample nearer to \p y than
+  /// the best so far and then remembers its distance to \p x. Where x is far from all y, the line therefore
+  /// ends at the last sample rather than at the next one.
+  float At(float x, float y) const;
+
+  /// A curve resampled at \p n abscissae, each value on the line through the two samples around it: 0 outside
+  /// the source's abscissae, and half the difference of two samples at one abscissa.
+  PrnType& InterpolateXY(float* const xs, int n) const;
+  /// A curve resampled from \p from on in steps of \p step, floor(|(to - from) / step|) + 1 points; the result's
+  /// X axis is defined. Empty when \p step is 0. Here and for grids, a number of points that cannot be had
+  /// throws std::bad_alloc.
+  PrnType& InterpolateY(float from, float to, float step) const;
+  /// A grid resampled at \p nx by \p ny points. Values are those of \ref At, outside the ranges of the axes too.
+  PrnType& InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const;
+  /// A grid resampled on two evenly spaced axes, which the result defines.
+  PrnType& InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled at given X coordinates and on an evenly spaced Y axis.
+  PrnType& InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const;
+  /// A grid resampled on an evenly spaced X axis and at given Y coordinates.
+  PrnType& InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const;
   /// @}
 
   /// \name Slices and reshaping
+  /// Bounds are given in either order and included.
   /// @{
 
+  /// A curve over the X axis of a grid: the values of a band of Y coordinates summed, or their mean where
+  /// \p average is not 0. 0 where the band is empty.
+  PrnType& XSlice(float y1, float y2, int average) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& YSlice(float x1, float x2, int average) const;
+  /// The part of a curve or grid inside bounds, in ascending order of its axes; the Y bounds count for grids
+  /// only. Empty when two bounds are equal or no data reach them; bounds between two samples leave 0 points.
+  PrnType& Cut(float x1, float x2, float y1, float y2) const;
+  /// A curve of two points or more without the one closest to (\p x, \p y), each measured in its own unit.
+  PrnType& DeleteClosest(float x, float y) const;
+  /// Means of \p fx neighbouring samples, for a grid of blocks of \p fx by \p fy; a remainder at the end of an
+  /// axis is dropped. Both axes of the result are stored.
+  PrnType& Reduce(int fx, int fy) const;
   /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
   /// their order, those that are not a number go last) and turns a defined one with a negative step round.
   void SortAxes();
+  /// Exchanges X and Y: the axes of a grid, whose values are transposed, or the abscissae of a curve and its
+  /// values. The labels stay.
+  void SwapXY();
   /// @}
 
   /// \name Median filters and smoothing
   /// @{
+
+  /// A curve with each value replaced by a median of the \p w samples around it, fewer at the ends. An even
+  /// width counts as the next odd one, one below 1 as 1. The last sample of a span is left out: of the 2h others
+  /// of a whole span the median is the one with h below it. Values that are not a number sort after all others,
+  /// -0 before 0. The time hardly depends on \p w.
+  PrnType& Median2D(int w) const;
+  /// A grid with each value replaced by a median of the \p w by \p w samples around it, likewise; the value lies
+  /// one place higher than in a curve, and in a span of two or three samples is the last. The time grows with
+  /// \p w, not with its square.
+  PrnType& Median3D(int w) const;
+  /// A curve or grid smoothed along X by fitting a parabola to each \p w samples (Savitzky and Golay, Analytical
+  /// Chemistry 36 (1964) 1627). Widths are 5, 7, 9, 13, 17 and 21; there must be more samples than that, and w/2
+  /// are lost at each end. The axes are put into ascending order first, see \ref SortAxes.
+  PrnType& XSmooth(int w) const;
+  /// A grid smoothed along Y, likewise.
+  PrnType& YSmooth(int w) const;
   /// @}
 
   /// \name Differentiation and integration
+  /// All but \ref RunningIntegral see the data with their axes in ascending order, see \ref SortAxes. Bounds are
+  /// in units of the axes and given in either order.
   /// @{
+
+  /// The derivative of a curve, or of a grid along X, by an antisymmetric filter over 15 points: the slope per
+  /// sample, not divided by the spacing of the axis. The result loses seven samples at either end. Empty for
+  /// less than 16 samples.
+  PrnType& XDiff() const;
+  /// The derivative of a grid along Y, likewise.
+  PrnType& YDiff() const;
+  /// The integral between bounds, 0 where two are equal. Of a curve by trapezoids, the bounds interpolated by
+  /// \ref At; the Y bounds count for grids only. A grid is a sum of its values times the width and height of
+  /// their cells, in which the outermost samples weigh only their distance to the bounds.
+  float Integral(float x1, float x2, float y1, float y2) const;
+  /// The same with the absolute value of each trapezoid or product.
+  float AbsIntegral(float x1, float x2, float y1, float y2) const;
+  /// A curve over the X axis of a grid: the integral over a band of Y coordinates, by trapezoids between the
+  /// samples in the band and divided by their number. Empty when the band holds no sample.
+  PrnType& IntegrateY(float y1, float y2) const;
+  /// A curve over the Y axis of a grid, which becomes the X axis of the result, likewise.
+  PrnType& IntegrateX(float x1, float x2) const;
+  /// The integral of a curve up to each point by trapezoids. It starts at the first value, not at 0.
+  PrnType& RunningIntegral() const;
   /// @}
 
   /// \name Baselines, noise and statistics
+  /// The corrections work in place. They change nothing when an abscissa lies outside the range of its axis,
+  /// when the range descends (`xStart` above `xEnd`), when both abscissae are equal, or when the axis has a single
+  /// sample.
   /// @{
+
+  /// Subtracts the straight line through the values at \p x1 and \p x2 (see \ref At) from a curve, or from each
+  /// column of a grid that of its own.
+  void SubLinBackX(float x1, float x2);
+  /// Subtracts from each row of a grid the straight line through its values at \p y1 and \p y2.
+  void SubLinBackY(float y1, float y2);
+  /// Multiplies a curve by the linear factor that takes it through (\p x1, \p target1) and (\p x2,
+  /// \p target2). Nothing happens where the curve is 0 at one of them.
+  void Slant(float x1, float target1, float x2, float target2);
+  /// The sum of absolute differences of neighbouring samples, over the number of samples: of a grid between its
+  /// columns, of a curve, on purpose, between its abscissae. 0 for no data.
+  float NoiseLevel() const;
+  /// Counts the values in each of \p nBins equal parts of the range from \p lo to \p hi, which is that of the
+  /// data as of the last \ref MinMax; the largest falls into the last bin, values below the range and those
+  /// that are not a number into none. With less than two bins or no data nothing is touched.
+  void Histogram(int nBins, float* const counts, float& lo, float& hi) const;
+  /// Smallest and largest value of a curve between two abscissae given in either order, and the first place of
+  /// each. No samples there give 0 and leave the places alone.
+  void MinMaxY(float x1, float x2, float& low, float& high, float& xAtLow, float& xAtHigh) const;
+  /// The same for a grid, with bounds in ascending order.
+  void MinMaxZ(float x1, float x2, float y1, float y2, float& low, float& high, float& xAtLow, float& yAtLow,
+               float& xAtHigh, float& yAtHigh) const;
   /// @}
 };
 
@@ -455,6 +677,11 @@ extern KEM_API int ReadNextFlag;
 /// 1 when the file last written could not be stored completely (a full disk, say), else 0. Set by every
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
+/// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
+/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// a file without factors and for every other format; of several blocks, the last factor that is not 1.
+extern KEM_API float ReadXFactor;
+extern KEM_API float ReadYFactor;
 /// Placeholder for hosts that import it; never read or written.
 extern KEM_API int nKemDll;
 

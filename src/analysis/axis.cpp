@@ -16,12 +16,12 @@ AxisValues Values(bool stored, const float* array, float start, float step, int 
   return {WriteOutAxis(start, step, length), length};
 }
 
-// A curve that stores only its values has as many abscissae as values; the X array of any other curve is as
-// long as its values.
-int XCount(const PrnType& r) {
-  if (r.allocType == AllocY) return r.nY;
-  return r.Is3D() ? r.nX : std::min(r.nX, r.nY);
+AxisValues XValues(const PrnType& r, int count) {
+  if (!OwnsArrays(r.allocType)) return AxisValues({});
+  return Values(r.HasX(), r.xArray, r.xStart, r.xStep, count);
 }
+
+int SampleCount(const PrnType& r) { return r.Is3D() ? r.nX : std::min(r.nX, r.nY); }
 
 }  // namespace
 
@@ -32,10 +32,11 @@ std::unique_ptr<float[]> WriteOutAxis(float start, float step, int count) {
   return values;
 }
 
-AxisValues XValues(const PrnType& r) {
-  if (!OwnsArrays(r.allocType)) return AxisValues({});
-  return Values(r.HasX(), r.xArray, r.xStart, r.xStep, XCount(r));
-}
+// A curve that stores only its values has as many abscissae as values; the X array of any other curve is as
+// long as its values.
+AxisValues XValues(const PrnType& r) { return XValues(r, r.allocType == AllocY ? r.nY : SampleCount(r)); }
+
+AxisValues SampledX(const PrnType& r) { return XValues(r, SampleCount(r)); }
 
 AxisValues YValues(const PrnType& r) {
   if (!OwnsArrays(r.allocType)) return AxisValues({});

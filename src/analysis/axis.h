@@ -1,6 +1,7 @@
 // Coordinates of an axis, whether a record stores or defines them.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <span>
 #include <utility>
@@ -34,5 +35,13 @@ class AxisValues {
 // arrays.
 AxisValues XValues(const PrnType& record);
 AxisValues YValues(const PrnType& record);
+
+// The X coordinates that have values: those of a curve end with the smaller of its counts.
+AxisValues SampledX(const PrnType& record);
+
+// Whether a target lies in the range of an axis, its ends included.
+inline bool Within(float t, float start, float end) {
+  return t >= std::min(start, end) && t <= std::max(start, end);
+}
 
 }  // namespace kem::analysis

@@ -124,4 +124,12 @@ void NumberScanner::NextByRule(float& value) {
   }
 }
 
+void ScanNumbers(std::istream& in, std::span<float> values) {
+  NumberScanner scan(in);
+  for (float& value : values) {
+    if (!scan.Good()) return;
+    scan.Next(value);
+  }
+}
+
 }  // namespace kem::load

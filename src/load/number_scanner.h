@@ -4,6 +4,7 @@
 
 #include <istream>
 #include <memory>
+#include <span>
 #include <string_view>
 
 namespace kem::load {
@@ -44,5 +45,8 @@ class NumberScanner {
   const char* at_;
   const char* end_;
 };
+
+// Scans numbers until all values are there or the stream reports a condition; the other values stay.
+void ScanNumbers(std::istream& in, std::span<float> values);
 
 }  // namespace kem::load

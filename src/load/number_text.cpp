@@ -1,8 +1,10 @@
 #include "load/number_text.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "kem.h"
@@ -64,6 +66,54 @@ std::size_t ParseInteger(std::string_view text, Integer& value) {
   return static_cast<std::size_t>(parsed.ptr - text.data());
 }
 
+constexpr double kPowersOfTen[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+
+// The six digits of a number from 1e-6 to below 1e14 and the power of ten of the first one, rounded exactly, ties
+// to even, although in double precision:
+//   times 10^k, k <= 12, is exact, since 5^12 < 2^28 and the 24 bits of a float fit beside it;
+//   over 10^k, k <= 9, is rounded once, by at most 2^-34. The value is then at least 1e6, a multiple of 2^-4, so
+//   a quotient that is no tie is at least 1 / (2^4 * 10^9) > 2^-34 away from one.
+struct SixDigits {
+  int digits;
+  int exponent;
+};
+
+SixDigits Round(float value) {
+  const auto rounded = [value](int exponent) {
+    constexpr double kToInteger = 0x1p52;  // leaves no bits for a fraction
+    const double power = kPowersOfTen[std::abs(exponent - 5)];
+    const double scaled = exponent <= 5 ? value * power : value / power;
+    return static_cast<int>((scaled + kToInteger) - kToInteger);
+  };
+  const int binary = static_cast<int>(std::bit_cast<std::uint32_t>(value) >> 23) - 127;
+  const int least = (binary * 1233) >> 12;  // 1233 / 2^12 is log10(2); the power of ten is this or the next
+  const int digits = rounded(least);
+  return digits < 1'000'000 ? SixDigits{digits, least} : SixDigits{rounded(least + 1), least + 1};
+}
+
+// General notation of such a number. Zeros at the end of its fraction are left out.
+void AppendSixDigits(std::string& text, float value) {
+  const auto [number, exponent] = Round(value);
+  char digits[8];
+  std::to_chars(digits, digits + sizeof digits, number);
+  std::size_t count = 6;
+  while (digits[count - 1] == '0') --count;
+  const bool scientific = exponent < -4 || exponent >= 6;
+  const std::size_t whole = scientific ? 1 : exponent < 0 ? 0 : static_cast<std::size_t>(exponent) + 1;
+  if (whole == 0) text.append("0.000", static_cast<std::size_t>(1 - exponent));
+  text.append(digits, whole);
+  if (count > whole) {
+    if (whole > 0) text += '.';
+    text.append(digits + whole, count - whole);
+  }
+  if (scientific) {
+    const int magnitude = std::abs(exponent);
+    text += exponent < 0 ? "e-" : "e+";
+    text += static_cast<char>('0' + magnitude / 10);
+    text += static_cast<char>('0' + magnitude % 10);
+  }
+}
+
 }  // namespace
 
 std::size_t ParseLenient(std::string_view text, int& value) { return ParseInteger(text, value); }
@@ -87,6 +137,11 @@ std::size_t ParseLenient(std::string_view text, float& value) {
 }
 
 void AppendNumber(std::string& text, float value) {
+  const float magnitude = std::fabs(value);
+  if (magnitude >= 1e-6f && magnitude < 1e14f) {
+    if (value < 0) text += '-';
+    return AppendSixDigits(text, magnitude);
+  }
   char digits[32];
   const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6);
   text.append(digits, end.ptr);

@@ -6,6 +6,8 @@
 PrnType* prn = nullptr;
 int ReadNextFlag = 0;
 int WriteFailedFlag = 0;
+float ReadXFactor = 1;
+float ReadYFactor = 1;
 int nKemDll = 0;
 
 CKemDll::CKemDll() = default;

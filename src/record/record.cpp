@@ -76,6 +76,33 @@ void CopyExtension(PrnType& record, const PrnType& src) {
   if (ExtensionCopyHook) ExtensionCopyHook(record.extension, src.extension);
 }
 
+// What becomes of the values, a curve's Y array or a grid, when a record is copied.
+enum class Values { Copied, Open };
+
+void CopyArrays(PrnType& to, const PrnType& src, Values values) {
+  to.DeAllocate();
+  const bool owns = OwnsArrays(src.allocType);
+  const bool open = values == Values::Open;
+  const int xCount = src.Is3D() ? src.nX : src.nY;  // a curve's X array is as long as its values
+  auto x = owns && src.HasX() ? CopyOf(src.xArray, xCount) : nullptr;
+  auto y = !owns || !src.HasY() ? nullptr : open && !src.Is3D() ? NewArray(src.nY) : CopyOf(src.yArray, src.nY);
+  Grid z = !owns || !src.Is3D() ? nullptr : open ? NewGrid(src.nX, src.nY) : CopyOf(src.zArray, src.nX, src.nY);
+  to.allocType = src.allocType;
+  to.xStep = src.xStep;
+  to.xStart = src.xStart;
+  to.xEnd = src.xEnd;
+  to.yStep = src.yStep;
+  to.yStart = src.yStart;
+  to.yEnd = src.yEnd;
+  to.zMin = src.zMin;
+  to.zMax = src.zMax;
+  to.nX = src.nX;
+  to.nY = src.nY;
+  if (x) Own(to.xArray, std::move(x));
+  if (y) Own(to.yArray, std::move(y));
+  if (z) Own(to.zArray, std::move(z));
+}
+
 void CopyParameter(PrnType& record, const PrnType& src, const KemParameter& parameter) {
   const auto* from = static_cast<const char*>(parameter.in(src));
   auto* to = const_cast<char*>(static_cast<const char*>(parameter.in(record)));
@@ -118,6 +145,12 @@ int LabelsOf(int fileType) {
 std::unique_ptr<float[]> NewArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]); }
 std::unique_ptr<float[]> NewZeroArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]()); }
 
+int CheckedCount(double count) {
+  // The largest int is what a longer count is clamped to when it is scanned.
+  if (!(count >= 0 && count < std::numeric_limits<int>::max())) throw std::bad_alloc();
+  return static_cast<int>(count);
+}
+
 void GridDeleter::operator()(float** grid) const {
   for (int i = 0; i < rows; ++i) delete[] grid[i];
   delete[] grid;
@@ -138,6 +171,16 @@ void Reset(PrnType& record) {
   CopyText(record.xLabel, "X");
   CopyText(record.yLabel, "Y");
   CreateExtension(record);
+}
+
+PrnType CopyWithoutValues(const PrnType& src) {
+  PrnType copy;
+  copy.active = src.active;
+  CopyText(copy.fileName, TextOf(src.fileName));
+  CopyArrays(copy, src, Values::Open);
+  copy.CopyHeader(src);
+  if (ExtensionCopyHook) ExtensionCopyHook(copy.extension, src.extension);
+  return copy;
 }
 
 }  // namespace kem::record
@@ -217,27 +260,7 @@ void PrnType::DeAllocate() {
 }
 
 void PrnType::CopyData(const PrnType& src) {
-  if (this == &src) return;
-  DeAllocate();
-  const bool owns = OwnsArrays(src.allocType);
-  const int xCount = src.Is3D() ? src.nX : src.nY;  // a curve's X array is as long as its values
-  auto x = owns && src.HasX() ? CopyOf(src.xArray, xCount) : nullptr;
-  auto y = owns && src.HasY() ? CopyOf(src.yArray, src.nY) : nullptr;
-  Grid z = owns && src.Is3D() ? CopyOf(src.zArray, src.nX, src.nY) : nullptr;
-  allocType = src.allocType;
-  xStep = src.xStep;
-  xStart = src.xStart;
-  xEnd = src.xEnd;
-  yStep = src.yStep;
-  yStart = src.yStart;
-  yEnd = src.yEnd;
-  zMin = src.zMin;
-  zMax = src.zMax;
-  nX = src.nX;
-  nY = src.nY;
-  if (x) Own(xArray, std::move(x));
-  if (y) Own(yArray, std::move(y));
-  if (z) Own(zArray, std::move(z));
+  if (this != &src) CopyArrays(*this, src, Values::Copied);
 }
 
 void PrnType::CopyHeader(const PrnType& src) {

@@ -11,6 +11,10 @@ namespace kem::record {
 std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
 std::unique_ptr<float[]> NewZeroArray(int count);  // all 0
 
+// A count that a file announces. One that is negative, not a number, or too large for an int ends in
+// std::bad_alloc, as a length that cannot be had does.
+int CheckedCount(double count);
+
 // The rows of a grid and their table, each an allocation of its own.
 struct GridDeleter {
   int rows = 0;
@@ -28,6 +32,9 @@ inline bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType 
 // Makes a record fresh without releasing anything: no arrays, defined axes, titles "X" and "Y". Leaves xEnd,
 // zLabel, fileName and active as they are.
 void Reset(PrnType& record);
+
+// A copy of a record whose values, a curve's Y array or a grid, are not initialised.
+PrnType CopyWithoutValues(const PrnType& src);
 
 // Hands arrays over to a record that owns none.
 inline void Own(float*& member, std::unique_ptr<float[]> array) { member = array.release(); }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <memory>
 #include <vector>
 
 #include "support/support.h"
@@ -29,6 +30,11 @@ inline PrnType Curve(float start, float step, const Floats& y) {
   curve.MinMax();
   return curve;
 }
+
+// Takes over a record that an operation handed out.
+inline std::unique_ptr<PrnType> Take(PrnType& handedOut) { return std::unique_ptr<PrnType>(&handedOut); }
+
+inline void CheckEmpty(const PrnType& r) { CHECK(!r); }
 
 inline float Uniform(Rng& rng, float low, float high) {
   return low + (high - low) * static_cast<float>(rng() % 100001) / 100000.0f;
@@ -71,6 +77,19 @@ inline PrnType RandomRecord(Rng& rng, int type) {
   return RandomRecord(rng, type, 1 + static_cast<int>(rng() % 40), 1 + static_cast<int>(rng() % 40));
 }
 
+// Runs a case over random records of every shape from `first` on: AllocY for all, AllocZ for grids only.
+template <class Case>
+void ForRandomRecords(int first, Case run) {
+  CAPTURE(kSeed);
+  Rng rng(kSeed);
+  for (int round = 0; round < 60; ++round)
+    for (int type = first; type <= AllocXYZ; ++type) {
+      CAPTURE(type);
+      PrnType record = RandomRecord(rng, type);
+      run(record, rng);
+    }
+}
+
 // The coordinates of an axis, by the rule: stored, or accumulated in single precision.
 inline Floats Coordinates(bool stored, const float* values, float start, float step, int count) {
   Floats axis;
@@ -87,12 +106,45 @@ inline Floats ValuesOf(const PrnType& r) {
   return values;
 }
 
+// A bound on or near a coordinate.
+inline float Bound(Rng& rng, const Floats& axis) {
+  return axis[rng() % axis.size()] + (rng() % 2 ? 0 : Uniform(rng, -3, 3));
+}
+
+inline PrnType Swapped(PrnType r) {
+  r.SwapXY();
+  return r;
+}
+
+// A curve over the X axis of a record.
+inline PrnType CurveOver(const PrnType& r, const Floats& values) {
+  PrnType curve = r.HasX() ? Curve(XOf(r), values) : Curve(r.xStart, r.xStep, values);
+  curve.xEnd = r.xEnd;
+  return curve;
+}
+
+// That two records hold the same data on the same axes.
+inline bool SameData(const PrnType& a, const PrnType& b) {
+  const auto same = [](const Floats& x, const Floats& y) { return std::ranges::equal(x, y, SameBits); };
+  return a.allocType == b.allocType && a.nX == b.nX && a.nY == b.nY && same(ValuesOf(a), ValuesOf(b)) &&
+         same(XOf(a), XOf(b)) && same(YOf(a), YOf(b)) &&
+         same({a.xStart, a.xEnd, a.yStart, a.yEnd, a.zMin}, {b.xStart, b.xEnd, b.yStart, b.yEnd, b.zMin});
+}
+
+// That an operation on a record made this.
+inline void CheckResult(const PrnType& result, const PrnType& expected, const PrnType& source, int fileType) {
+  CHECK(SameData(result, expected));
+  CHECK(result.fileType == fileType);
+  CHECK(result.active == 1);
+  CHECK(std::string(result.fileName) == source.fileName);
+}
+
 }  // namespace kem::test
 
 // Compares two sequences of floats bit for bit.
 #define CHECK_SAME(a, b)                                                             \
   do {                                                                               \
-    const kem::test::Floats sameA = (a);                                             \
-    const kem::test::Floats sameB = (b);                                             \
+    const kem::test::Floats& sameA = (a);                                            \
+    const kem::test::Floats& sameB = (b);                                            \
     CHECK_MESSAGE(std::ranges::equal(sameA, sameB, kem::test::SameBits), #a "/" #b); \
   } while (false)

@@ -1,0 +1,218 @@
+// Derivatives and integrals along the axes, which are put into ascending order first.
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "analysis/axis.h"
+#include "analysis/result.h"
+#include "analysis/sorted.h"
+#include "analysis/window.h"
+#include "arith/equal.h"
+#include "record/storage.h"
+
+using namespace kem::analysis;
+using kem::record::OwnsArrays;
+
+namespace {
+
+// ------------------------------------------------------------ derivatives
+
+// Samples that the filter needs on either side of its centre.
+constexpr int kReach = 7;
+// Samples from which an axis is differentiated, one more than the filter spans.
+constexpr int kLeastSamples = 2 * kReach + 2;
+
+// The slope per sample of the sequence `v`, whose index counts from the sample in question. The order of the sum
+// is part of the result.
+template <class Sequence>
+float Slope(Sequence v) {
+  const auto e = [v](int m) { return v(-m) - v(m); };
+  return (e(2) * 1.3843f + e(1) * 0.7506f + e(3) * 1.7842f + e(4) * 1.8334f + e(5) * 1.415f + e(6) * 0.4121f -
+          e(7) * 1.2922f) /
+         -33.4152f;
+}
+
+void SlopesAlong(const float* values, float* slopes, int count) {
+  for (int k = 0; k < count; ++k) slopes[k] = Slope([at = values + k + kReach](int m) { return at[m]; });
+}
+
+// Across rows, one row of slopes at a time.
+void SlopesAcross(float* const* rows, float* slopes, int count) {
+  for (int j = 0; j < count; ++j) slopes[j] = Slope([at = rows + kReach, j](int m) { return at[m][j]; });
+}
+
+// ------------------------------------------------------------ integrals
+
+// The width times the sum of both sides is single precision, its half is double.
+double Trapezoid(float width, float a, float b) { return 0.5 * static_cast<double>(width * (a + b)); }
+
+float Plus(float sum, double piece) { return static_cast<float>(static_cast<double>(sum) + piece); }
+
+// Trapezoids between the samples inside the bounds, and two pieces up to the interpolated values at the bounds;
+// `piece` says how each counts. The piece at the upper bound is left out, on purpose, where it would start at the
+// first sample of the curve. Bounds between two samples give two pieces that overlap, one of negative width.
+template <class Piece>
+float IntegralOfCurve(const PrnType& source, float x1, float x2, Piece piece) {
+  const Sorted curve(source);
+  const AxisValues x = SampledX(*curve);
+  const float* y = curve->yArray;
+  auto k = static_cast<std::size_t>(FirstFrom(x, x1));
+  if (k == x.size()) return 0;
+  float sum = 0;
+  const auto add = [&sum, piece](float width, float a, float b) { sum = Plus(sum, piece(Trapezoid(width, a, b))); };
+  if (!kem::arith::NearlyEqual(x[k], x1)) add(x[k] - x1, source.At(x1, 0), y[k]);
+  for (; k + 1 < x.size() && x[k + 1] <= x2; ++k) add(x[k + 1] - x[k], y[k], y[k + 1]);
+  if (k > 0 && !kem::arith::NearlyEqual(x[k], x2)) add(x2 - x[k], source.At(x2, 0), y[k]);
+  return sum;
+}
+
+// The weight of each sample of a band in an integral.
+struct Weights {
+  int first = 0;
+  std::vector<float> of;
+};
+
+// The ends weigh only as much as lies between them and the bounds, not half a cell more.
+Weights WeightsOf(const AxisValues& axis, float low, float high) {
+  if (axis.size() == 0) return {};
+  const int first = std::min(FirstFrom(axis, low), static_cast<int>(axis.size()) - 1);
+  const int last = std::max(LastUpTo(axis, high), 0);
+  const auto at = [&axis](int k) { return axis[static_cast<std::size_t>(k)]; };
+  Weights weights{first, {}};
+  for (int k = first; k < last; ++k)
+    weights.of.push_back(k == first ? at(k) - low : (at(k + 1) - at(k - 1)) * 0.5f);
+  if (first <= last) weights.of.push_back(high - at(last));
+  return weights;
+}
+
+template <class Piece>
+float IntegralOfGrid(const PrnType& source, float x1, float x2, float y1, float y2, Piece piece) {
+  const Sorted grid(source);
+  const Weights w = WeightsOf(XValues(*grid), x1, x2);
+  const Weights v = WeightsOf(YValues(*grid), y1, y2);
+  float sum = 0;
+  for (std::size_t k = 0; k < w.of.size(); ++k) {
+    const float* row = grid->zArray[static_cast<std::size_t>(w.first) + k] + v.first;
+    for (std::size_t j = 0; j < v.of.size(); ++j) sum += piece(w.of[k] * v.of[j] * row[j]);
+  }
+  return sum;
+}
+
+template <class Piece>
+float IntegralOf(const PrnType& source, float x1, float x2, float y1, float y2, Piece piece) {
+  if (!OwnsArrays(source.allocType) || x1 == x2 || (source.Is3D() && y1 == y2)) return 0;
+  if (x1 > x2) std::swap(x1, x2);
+  if (y1 > y2) std::swap(y1, y2);
+  return source.Is3D() ? IntegralOfGrid(source, x1, x2, y1, y2, piece) : IntegralOfCurve(source, x1, x2, piece);
+}
+
+// The samples of an axis between two coordinates given in either order.
+struct Band {
+  int first;
+  int last;
+  bool empty;
+};
+
+Band BandOf(const AxisValues& axis, float from, float to) {
+  if (from > to) std::swap(from, to);
+  const int first = FirstFrom(axis, from);
+  const int last = LastUpTo(axis, to);
+  return {first, last, first >= static_cast<int>(axis.size()) || last < first};
+}
+
+// The integral per sample of the band, which curves over bands of different width can be compared by.
+PrnType& Finish(std::unique_ptr<PrnType> profile, const Band& band) {
+  for (int k = 0; k < profile->nY; ++k) profile->yArray[k] /= static_cast<float>(band.last - band.first + 1);
+  profile->MinMax();
+  return *profile.release();
+}
+
+}  // namespace
+
+PrnType& PrnType::XDiff() const {
+  if (!OwnsArrays(allocType) || KeptX(*this).count < kLeastSamples) return *new PrnType;
+  const Sorted sorted(*this);
+  const KeptAxis x = Inner(KeptX(*sorted), kReach);
+  auto result = NewResult(*this, allocType, x.count, nY);
+  result->CopyHeader(*sorted);
+  if (Is3D()) {
+    for (int k = 0; k < x.count; ++k) SlopesAcross(sorted->zArray + k, result->zArray[k], nY);
+    SetY(*result, KeptY(*sorted));
+  } else {
+    SlopesAlong(sorted->yArray, result->yArray, x.count);
+  }
+  SetX(*result, x);
+  result->MinMax();
+  return *result.release();
+}
+
+PrnType& PrnType::YDiff() const {
+  if (!OwnsArrays(allocType) || !Is3D() || nY < kLeastSamples) return *new PrnType;
+  const Sorted sorted(*this);
+  auto result = NewResult(*this, allocType, nX, nY - 2 * kReach);
+  result->CopyHeader(*sorted);
+  for (int i = 0; i < nX; ++i) SlopesAlong(sorted->zArray[i], result->zArray[i], result->nY);
+  SetX(*result, KeptX(*sorted));
+  SetY(*result, Inner(KeptY(*sorted), kReach));
+  result->MinMax();
+  return *result.release();
+}
+
+float PrnType::Integral(float x1, float x2, float y1, float y2) const {
+  return IntegralOf(*this, x1, x2, y1, y2, [](auto piece) { return piece; });
+}
+
+float PrnType::AbsIntegral(float x1, float x2, float y1, float y2) const {
+  return IntegralOf(*this, x1, x2, y1, y2, [](auto piece) { return std::fabs(piece); });
+}
+
+PrnType& PrnType::IntegrateY(float y1, float y2) const {
+  if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
+  const Sorted grid(*this);
+  const AxisValues y = YValues(*grid);
+  const Band band = BandOf(y, y1, y2);
+  if (band.empty) return *new PrnType;
+  auto profile = NewProfile(*this, KeptX(*grid));
+  for (int i = 0; i < nX; ++i) {
+    const float* row = grid->zArray[i];
+    float sum = 0;
+    for (auto j = static_cast<std::size_t>(band.first); j < static_cast<std::size_t>(band.last); ++j)
+      sum = Plus(sum, Trapezoid(y[j + 1] - y[j], row[j], row[j + 1]));
+    profile->yArray[i] = sum;
+  }
+  return Finish(std::move(profile), band);
+}
+
+PrnType& PrnType::IntegrateX(float x1, float x2) const {
+  if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
+  const Sorted grid(*this);
+  const AxisValues x = XValues(*grid);
+  const Band band = BandOf(x, x1, x2);
+  if (band.empty) return *new PrnType;
+  auto profile = NewProfile(*this, KeptY(*grid));
+  float* sums = profile->yArray;
+  std::fill_n(sums, nY, 0.0f);
+  for (auto i = static_cast<std::size_t>(band.first); i < static_cast<std::size_t>(band.last); ++i)
+    for (int j = 0; j < nY; ++j)
+      sums[j] = Plus(sums[j], Trapezoid(x[i + 1] - x[i], grid->zArray[i][j], grid->zArray[i + 1][j]));
+  return Finish(std::move(profile), band);
+}
+
+// The first value is not an area: it is where the integral starts, so that a curve that begins in the middle of a
+// signal does not begin at 0.
+PrnType& PrnType::RunningIntegral() const {
+  if (!OwnsArrays(allocType) || Is3D()) return *new PrnType;
+  const AxisValues x = SampledX(*this);
+  auto result = NewResult(*this, allocType, KeptX(*this).count);
+  result->CopyHeader(*this);
+  SetX(*result, KeptX(*this));
+  result->xStep = xStep;
+  float sum = 0;
+  for (std::size_t k = 0; k < x.size(); ++k) {
+    sum = k == 0 ? yArray[0] : Plus(sum, Trapezoid(x[k] - x[k - 1], yArray[k - 1], yArray[k]));
+    result->yArray[k] = sum;
+  }
+  result->MinMax();
+  return *result.release();
+}

@@ -1,0 +1,165 @@
+// Resampling of curves and grids, on given or on evenly spaced coordinates.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <new>
+#include <numeric>
+#include <vector>
+
+#include "analysis/axis.h"
+#include "analysis/line.h"
+#include "analysis/result.h"
+#include "record/storage.h"
+
+using namespace kem::analysis;
+using namespace kem::record;
+
+namespace {
+
+bool IsCurve(const PrnType& r) { return OwnsArrays(r.allocType) && !r.Is3D() && r.nX > 0 && r.nY > 0; }
+bool IsGrid(const PrnType& r) { return OwnsArrays(r.allocType) && r.Is3D() && r.nX > 0 && r.nY > 0; }
+
+// ------------------------------------------------------------ evenly spaced axes
+
+// From `from` on in steps of `step`, as many as fit between from and to, whichever is greater: with a step that
+// leads away from `to` the axis does.
+struct EvenAxis {
+  float from;
+  float to;
+  float step;
+  int count = Count();
+  std::unique_ptr<float[]> values = WriteOutAxis(from, step, count);
+
+  // In single precision, so that 0 to 1 in steps of 0.1 has 11 points.
+  int Count() const {
+    const float steps = std::floor(std::fabs((to - from) / step));
+    if (!(steps < static_cast<float>(std::numeric_limits<int>::max()))) throw std::bad_alloc();
+    return static_cast<int>(steps) + 1;
+  }
+};
+
+void DefineX(PrnType& r, const EvenAxis& axis) {
+  if (!r) return;
+  delete[] r.xArray;
+  r.xArray = nullptr;
+  r.xStart = axis.from;
+  r.xEnd = axis.to;
+  r.xStep = axis.step;
+  r.allocType &= ~AllocX;
+}
+
+void DefineY(PrnType& r, const EvenAxis& axis) {
+  if (!r) return;
+  delete[] r.yArray;
+  r.yArray = nullptr;
+  r.yStart = axis.from;
+  r.yEnd = axis.to;
+  r.yStep = axis.step;
+  r.allocType &= ~AllocY;
+}
+
+// ------------------------------------------------------------ values
+
+// Between the two samples around a target; 0 outside.
+float ValueBetween(const AxisSearch& search, const float* values, float target, std::size_t nearest) {
+  const auto across = search.Across(target, nearest);
+  if (!across) return 0;
+  // Half the difference, not the mean: curves resampled where an abscissa repeats rely on it.
+  if (search.Axis()[*across] == search.Axis()[nearest]) return (values[*across] - values[nearest]) * 0.5f;
+  return Line(search.Axis(), target, nearest, *across).Value(values[nearest], values[*across]);
+}
+
+void ResampleCurve(const PrnType& src, PrnType& result) {
+  const AxisValues axis = SampledX(src);
+  const AxisSearch search(axis);
+  std::size_t nearest = 0;
+  for (int k = 0; k < result.nX; ++k) {
+    nearest = search.Nearest(result.xArray[k], nearest);
+    result.yArray[k] = ValueBetween(search, src.yArray, result.xArray[k], nearest);
+  }
+}
+
+void ResampleGrid(const PrnType& src, PrnType& result) {
+  const AxisValues xs = SampledX(src);
+  const AxisValues ys = YValues(src);
+  AxisSearch alongX(xs);
+  AxisSearch alongY(ys);
+
+  std::vector<std::size_t> columns(static_cast<std::size_t>(result.nY));
+  std::iota(columns.begin(), columns.end(), 0);
+  std::sort(columns.begin(), columns.end(),
+            [&](std::size_t a, std::size_t b) { return alongY.Before(result.yArray[a], result.yArray[b]); });
+  std::vector<std::size_t> nearest(columns.size());
+  for (std::size_t j = 0; j < nearest.size(); ++j) nearest[j] = alongY.Nearest(result.yArray[j]);
+
+  for (int i = 0; i < result.nX; ++i) {
+    const float x = result.xArray[i];
+    const Line xLine = NearestLine(alongX, x, x);
+    for (const std::size_t j : columns) {
+      const float y = result.yArray[j];
+      // The second neighbour along y is measured from x once a candidate has been taken: mixed, and meant so.
+      const Line yLine(ys, y, nearest[j], alongY.Second(y, nearest[j], x));
+      result.zArray[i][j] = Bilinear(src.zArray, xLine, yLine);
+    }
+  }
+}
+
+}  // namespace
+
+// ------------------------------------------------------------ curves
+
+PrnType& PrnType::InterpolateXY(float* const xs, int n) const {
+  if (!IsCurve(*this) || n <= 0) return *new PrnType;
+  auto result = NewResult(*this, AllocXY, n, n);
+  std::copy_n(xs, n, result->xArray);
+  ResampleCurve(*this, *result);
+  result->MinMax();
+  return *result.release();
+}
+
+PrnType& PrnType::InterpolateY(float from, float to, float step) const {
+  if (!IsCurve(*this) || step == 0) return *new PrnType;
+  const EvenAxis x{from, to, step};
+  PrnType& result = InterpolateXY(x.values.get(), x.count);
+  DefineX(result, x);
+  return result;
+}
+
+// ------------------------------------------------------------ grids
+
+PrnType& PrnType::InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const {
+  if (!IsGrid(*this) || nx <= 0 || ny <= 0) return *new PrnType;
+  auto result = NewResult(*this, AllocXYZ, nx, ny);
+  std::copy_n(xs, nx, result->xArray);
+  std::copy_n(ys, ny, result->yArray);
+  ResampleGrid(*this, *result);
+  result->MinMax();
+  return *result.release();
+}
+
+PrnType& PrnType::InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const {
+  if (!IsGrid(*this)) return *new PrnType;
+  const EvenAxis x{xFrom, xTo, xDelta};
+  const EvenAxis y{yFrom, yTo, yDelta};
+  PrnType& result = InterpolateXYZ(x.values.get(), x.count, y.values.get(), y.count);
+  DefineX(result, x);
+  DefineY(result, y);
+  return result;
+}
+
+PrnType& PrnType::InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const {
+  if (!IsGrid(*this) || nx <= 0) return *new PrnType;
+  const EvenAxis y{yFrom, yTo, yDelta};
+  PrnType& result = InterpolateXYZ(xs, nx, y.values.get(), y.count);
+  DefineY(result, y);
+  return result;
+}
+
+PrnType& PrnType::InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const {
+  if (!IsGrid(*this) || ny <= 0) return *new PrnType;
+  const EvenAxis x{xFrom, xTo, xDelta};
+  PrnType& result = InterpolateXYZ(x.values.get(), x.count, ys, ny);
+  DefineX(result, x);
+  return result;
+}

@@ -1,0 +1,238 @@
+// Slices, windows, block means and the exchange of the axes.
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "analysis/axis.h"
+#include "analysis/result.h"
+#include "analysis/window.h"
+#include "record/storage.h"
+
+using namespace kem::analysis;
+using namespace kem::record;
+
+namespace {
+
+void Replace(float*& array, std::unique_ptr<float[]> by) { delete[] std::exchange(array, by.release()); }
+
+// ------------------------------------------------------------ slices
+
+// The samples between two coordinates, given in either order and included.
+std::vector<int> Band(const AxisValues& axis, float from, float to) {
+  std::vector<int> band;
+  for (std::size_t k = 0; k < axis.size(); ++k) {
+    const float v = axis[k];
+    if ((from <= v && v <= to) || (to <= v && v <= from)) band.push_back(static_cast<int>(k));
+  }
+  return band;
+}
+
+// Turns the sums over a band into means where that is asked for, and completes the slice.
+PrnType& Finish(std::unique_ptr<PrnType> slice, std::size_t members, int average) {
+  if (average && members > 0)
+    for (int k = 0; k < slice->nY; ++k) slice->yArray[k] /= static_cast<float>(members);
+  slice->MinMax();
+  return *slice.release();
+}
+
+// ------------------------------------------------------------ cutting
+
+// Samples first to first + count - 1.
+struct Window {
+  int first;
+  int count;
+  bool beyond;  // no sample reaches the bounds from below, or none from above
+};
+
+Window Inside(const AxisValues& axis, float low, float high) {
+  const int first = FirstFrom(axis, low);
+  const int last = LastUpTo(axis, high);
+  return {first, last - first + 1, first == static_cast<int>(axis.size()) || last < 0};
+}
+
+std::unique_ptr<float[]> PartOf(const float* values, const Window& window) {
+  auto part = NewArray(window.count);
+  std::copy_n(values + window.first, window.count, part.get());
+  return part;
+}
+
+Grid PartOf(float* const* rows, const Window& x, const Window& y) {
+  Grid part = NewGrid(x.count, y.count);
+  for (int i = 0; i < x.count; ++i) std::copy_n(rows[x.first + i] + y.first, y.count, part[i]);
+  return part;
+}
+
+void CutDefined(float& start, float& end, float step, const Window& window) {
+  const float origin = start;
+  start = static_cast<float>(window.first) * step + origin;
+  end = static_cast<float>(window.first + window.count - 1) * step + origin;
+}
+
+void CutTo(PrnType& r, const Window& x, const Window& y) {
+  auto xs = r.HasX() ? PartOf(r.xArray, x) : nullptr;
+  auto ys = r.HasY() ? PartOf(r.yArray, y) : nullptr;
+  if (r.Is3D()) {
+    Grid z = PartOf(r.zArray, x, y);
+    GridDeleter{r.nX}(r.zArray);
+    Own(r.zArray, std::move(z));
+  }
+  if (xs)
+    Replace(r.xArray, std::move(xs));
+  else
+    CutDefined(r.xStart, r.xEnd, r.xStep, x);
+  if (ys)
+    Replace(r.yArray, std::move(ys));
+  else
+    CutDefined(r.yStart, r.yEnd, r.yStep, y);
+  r.nX = x.count;
+  r.nY = y.count;
+}
+
+// ------------------------------------------------------------ block means
+
+void BlockMeans(const float* values, int width, float* means, int count) {
+  for (int a = 0; a < count; ++a, values += width) {
+    float sum = 0;
+    for (int k = 0; k < width; ++k) sum += values[k];
+    means[a] = sum / static_cast<float>(width);
+  }
+}
+
+// Row by row; each block still sums its values in the order of rows, then columns.
+void BlockMeans(float* const* rows, int fx, int fy, float* means, int count) {
+  std::fill_n(means, count, 0.0f);
+  for (int i = 0; i < fx; ++i)
+    for (int b = 0; b < count; ++b)
+      for (int j = 0; j < fy; ++j) means[b] += rows[i][b * fy + j];
+  const auto area = static_cast<float>(static_cast<long long>(fx) * fy);
+  for (int b = 0; b < count; ++b) means[b] /= area;
+}
+
+// ------------------------------------------------------------ transposing
+
+// In tiles, so that neither side leaves the cache between two visits.
+Grid Transposed(float* const* rows, int nX, int nY) {
+  constexpr int kTile = 64;
+  Grid result = NewGrid(nY, nX);
+  for (int top = 0; top < nX; top += kTile)
+    for (int left = 0; left < nY; left += kTile)
+      for (int j = left; j < std::min(left + kTile, nY); ++j)
+        for (int i = top; i < std::min(top + kTile, nX); ++i) result[j][i] = rows[i][j];
+  return result;
+}
+
+}  // namespace
+
+PrnType& PrnType::XSlice(float y1, float y2, int average) const {
+  if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
+  auto slice = NewProfile(*this, KeptX(*this));
+  const auto band = Band(YValues(*this), y1, y2);
+  for (int i = 0; i < nX; ++i) {
+    float sum = 0;
+    for (const int j : band) sum += zArray[i][j];
+    slice->yArray[i] = sum;
+  }
+  return Finish(std::move(slice), band.size(), average);
+}
+
+PrnType& PrnType::YSlice(float x1, float x2, int average) const {
+  if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
+  auto slice = NewProfile(*this, KeptY(*this));
+  const auto band = Band(XValues(*this), x1, x2);
+  std::fill_n(slice->yArray, nY, 0.0f);
+  for (const int i : band)
+    for (int j = 0; j < nY; ++j) slice->yArray[j] += zArray[i][j];
+  return Finish(std::move(slice), band.size(), average);
+}
+
+PrnType& PrnType::Cut(float x1, float x2, float y1, float y2) const {
+  if (!OwnsArrays(allocType) || x1 == x2 || (Is3D() && y1 == y2)) return *new PrnType;
+  if (x1 > x2) std::swap(x1, x2);
+  if (y1 > y2) std::swap(y1, y2);
+  auto result = std::make_unique<PrnType>(*this);
+  result->SortAxes();
+  const Window x = Inside(SampledX(*result), x1, x2);
+  const Window y = Is3D() ? Inside(YValues(*result), y1, y2) : x;
+  if (x.beyond || y.beyond) {
+    result->DeAllocate();
+  } else {
+    CutTo(*result, x, y);
+    result->MinMax();
+    result->active = 1;
+  }
+  return *result.release();
+}
+
+PrnType& PrnType::DeleteClosest(float x, float y) const {
+  if (!OwnsArrays(allocType) || Is3D()) return *new PrnType;
+  const AxisValues axis = SampledX(*this);
+  const auto count = axis.size();
+  if (count < 2) return *new PrnType;
+  const auto distance = [&](std::size_t k) {
+    const float dx = axis[k] - x;
+    const float dy = yArray[k] - y;
+    return dx * dx + dy * dy;
+  };
+  std::size_t closest = 0;
+  for (std::size_t k = 1; k < count; ++k)
+    if (distance(k) < distance(closest)) closest = k;
+
+  const auto without = [closest, count](const float* values) {
+    auto rest = NewArray(static_cast<int>(count) - 1);
+    std::copy(values + closest + 1, values + count, std::copy_n(values, closest, rest.get()));
+    return rest;
+  };
+  auto result = std::make_unique<PrnType>(*this);
+  auto xs = without(axis.data());
+  auto ys = without(yArray);
+  Replace(result->xArray, std::move(xs));
+  Replace(result->yArray, std::move(ys));
+  result->allocType = AllocXY;
+  result->nX = result->nY = static_cast<int>(count) - 1;
+  result->MinMax();
+  result->active = 1;
+  return *result.release();
+}
+
+PrnType& PrnType::Reduce(int fx, int fy) const {
+  const AxisValues x = SampledX(*this);
+  const auto rows = static_cast<int>(x.size());
+  if (fx < 1 || fx > rows || (Is3D() && (fy < 1 || fy > nY))) return *new PrnType;
+  const int count = rows / fx;
+  auto result = NewResult(*this, Is3D() ? AllocXYZ : AllocXY, count, Is3D() ? nY / fy : 0);
+  BlockMeans(x.data(), fx, result->xArray, count);
+  if (Is3D()) {
+    BlockMeans(YValues(*this).data(), fy, result->yArray, result->nY);
+    float* const* block = zArray;
+    for (int a = 0; a < count; ++a, block += fx) BlockMeans(block, fx, fy, result->zArray[a], result->nY);
+  } else {
+    BlockMeans(yArray, fx, result->yArray, count);
+  }
+  result->CopyHeader(*this);
+  result->MinMax();
+  return *result.release();
+}
+
+// The steps of a curve stay where they are: they belong to axes that it no longer defines.
+void PrnType::SwapXY() {
+  if (!OwnsArrays(allocType)) return;
+  if (Is3D()) {
+    Grid transposed = Transposed(zArray, nX, nY);
+    GridDeleter{nX}(zArray);
+    Own(zArray, std::move(transposed));
+    std::swap(xStep, yStep);
+    std::swap(nX, nY);
+    allocType = AllocZ | (HasX() ? AllocY : 0) | (HasY() ? AllocX : 0);
+  } else {
+    if (!HasX()) {
+      xArray = WriteOutAxis(xStart, xStep, nY).release();
+      nX = nY;
+      allocType = AllocXY;
+    }
+    nX = nY = std::min(nX, nY);  // as far as both arrays reach
+  }
+  std::swap(xArray, yArray);
+  std::swap(xStart, yStart);
+  std::swap(xEnd, yEnd);
+  MinMax();
+}

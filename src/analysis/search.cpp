@@ -1,0 +1,221 @@
+// Exact searches over the coordinates of an axis.
+//
+// Each search is defined by a scan in single precision, and single precision rounds: distances to far samples
+// tie, products of small differences vanish. On an axis whose coordinates are finite and never fall, the scan
+// can be answered by halving, because rounding keeps order (a <= b rounds to a' <= b'). For a finite target t
+//   - the differences c[k] - t never fall with k, whatever they round to;
+//   - the distances |c[k] - t| never rise while c[k] <= t and never fall from there on;
+//   - so they never rise up to the nearest sample n, and never fall after it. Those below n are strictly
+//     greater than its own, all their samples have c[k] <= t, and n is the first of its equals.
+// Each condition below is put to the rounded numbers themselves, so that it changes where the scan changes.
+//
+// A descending axis is searched as its mirror image, whose differences -c[k] - -t have the same size to the bit.
+// Left to the scan are unordered axes, coordinates that are not finite, a measure that is not finite, and, where
+// differences are multiplied, differences that overflow.
+#include "analysis/search.h"
+
+#include <algorithm>
+#include <cmath>
+#include <compare>
+
+namespace kem::analysis {
+namespace {
+
+// The first index of [first, last) at which `holds` does not; it holds up to there and nowhere after. Looks
+// around `near` in strides that double, so that a short way is found in few steps.
+template <class Holds>
+std::size_t PartitionPoint(std::size_t first, std::size_t last, std::size_t near, Holds holds) {
+  std::size_t low = first;
+  std::size_t high = last;
+  near = std::clamp(near, first, last);
+  if (near < last && holds(near)) {
+    low = near + 1;
+    for (std::size_t stride = 1; stride <= high - low; stride *= 2) {
+      const std::size_t probe = low + stride - 1;
+      if (!holds(probe)) {
+        high = probe;
+        break;
+      }
+      low = probe + 1;
+    }
+  } else {
+    high = near;
+    for (std::size_t stride = 1; stride <= high - low; stride *= 2) {
+      const std::size_t probe = high - stride;
+      if (holds(probe)) {
+        low = probe + 1;
+        break;
+      }
+      high = probe;
+    }
+  }
+  while (low < high) {
+    const std::size_t middle = low + (high - low) / 2;
+    if (holds(middle))
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return low;
+}
+
+// ------------------------------------------------------------ scans
+
+std::size_t NearestByScan(std::span<const float> c, float t) {
+  std::size_t nearest = 0;
+  float best = std::fabs(c[0] - t);
+  for (std::size_t k = 1; k < c.size(); ++k)
+    if (const float distance = std::fabs(c[k] - t); distance < best) {
+      nearest = k;
+      best = distance;
+    }
+  return nearest;
+}
+
+std::optional<std::size_t> AcrossByScan(std::span<const float> c, float t, std::size_t nearest) {
+  std::optional<std::size_t> across;
+  float best = 0;
+  for (std::size_t k = 0; k < c.size(); ++k) {
+    if (k == nearest || !((c[k] - t) * (c[nearest] - t) <= 0)) continue;
+    const float distance = std::fabs(c[k] - t);
+    if (across && !(distance < best)) continue;
+    across = k;
+    best = distance;
+  }
+  return across;
+}
+
+std::size_t SecondByScan(std::span<const float> c, float t, std::size_t nearest, float measure) {
+  std::size_t second = nearest == 0 ? 1 : 0;
+  float best = std::fabs(c[0] - t);
+  for (std::size_t k = 1; k < c.size(); ++k)
+    if (std::fabs(c[k] - t) < best && k != nearest && c[k] != c[nearest]) {
+      second = k;
+      best = std::fabs(c[k] - measure);
+    }
+  return second;
+}
+
+}  // namespace
+
+// ------------------------------------------------------------ ordered axes
+
+AxisSearch::AxisSearch(std::span<const float> axis) : axis_(axis) {
+  bool rising = true;
+  bool falling = true;
+  for (std::size_t k = 1; k < axis.size(); ++k) {
+    rising &= axis[k - 1] <= axis[k];
+    falling &= axis[k - 1] >= axis[k];
+  }
+  ordered_ = (rising || falling) && std::isfinite(axis.front()) && std::isfinite(axis.back());
+  sign_ = ordered_ && !rising ? -1.0f : 1.0f;
+}
+
+bool AxisSearch::Before(float a, float b) const { return std::strong_order(sign_ * a, sign_ * b) < 0; }
+
+// The lowest sample that is as near as sample k, where distances never rise from `first` to k.
+std::size_t AxisSearch::LowestAsNear(std::size_t first, std::size_t k, float t) const {
+  const float distance = std::fabs(Coordinate(k) - t);
+  return PartitionPoint(first, k, k, [&](std::size_t j) { return std::fabs(Coordinate(j) - t) > distance; });
+}
+
+std::size_t AxisSearch::Nearest(float target, std::size_t hint) const {
+  if (!ordered_) return NearestByScan(axis_, target);
+  if (!std::isfinite(target)) return 0;  // no distance is smaller than the first
+  const float t = sign_ * target;
+  const std::size_t above =
+      PartitionPoint(0, axis_.size(), hint, [&](std::size_t k) { return Coordinate(k) <= t; });
+  if (above == 0) return 0;
+  const float below = std::fabs(Coordinate(above - 1) - t);
+  if (above < axis_.size() && std::fabs(Coordinate(above) - t) < below) return above;
+  return LowestAsNear(0, above - 1, t);
+}
+
+// The product of differences rises or falls with k as the sign of its second factor tells, so samples across the
+// target are those up to an end or from a start on. A product that vanishes counts as one across, here as there.
+std::optional<std::size_t> AxisSearch::Across(float target, std::size_t nearest) const {
+  const float t = sign_ * target;
+  const std::size_t count = axis_.size();
+  const auto difference = [&](std::size_t k) { return Coordinate(k) - t; };
+  if (ordered_ && !std::isfinite(target)) return {};  // infinite differences of one sign
+  if (!ordered_ || !std::isfinite(difference(0)) || !std::isfinite(difference(count - 1)))
+    return AcrossByScan(axis_, target, nearest);
+  const float own = difference(nearest);
+  const auto across = [&](std::size_t k) { return difference(k) * own <= 0; };
+  std::size_t first = 0;
+  std::size_t last = count;
+  if (own >= 0)
+    last = PartitionPoint(0, count, nearest, across);
+  else
+    first = PartitionPoint(0, count, nearest, [&](std::size_t k) { return !across(k); });
+
+  std::optional<std::size_t> below;
+  if (first < std::min(nearest, last)) below = LowestAsNear(first, std::min(nearest, last) - 1, t);
+  const std::size_t above = std::max(nearest + 1, first);
+  if (above >= last) return below;
+  if (below && std::fabs(difference(*below)) <= std::fabs(difference(above))) return below;
+  return above;
+}
+
+std::size_t AxisSearch::Second(float target, std::size_t nearest, float measure) {
+  if (nearest == 0) return std::min<std::size_t>(1, axis_.size() - 1);  // nothing beats the first sample
+  if (!ordered_ || !std::isfinite(measure)) return SecondByScan(axis_, target, nearest, measure);
+  return SecondInOrder(sign_ * target, nearest, sign_ * measure);
+}
+
+// A sample is taken when it offers a distance to the target below the best, which then becomes what it keeps:
+// its distance to the measure.
+std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measure) {
+  const auto offer = [&](std::size_t k) { return std::fabs(Coordinate(k) - t); };
+  const auto keep = [&](std::size_t k) { return std::fabs(Coordinate(k) - measure); };
+  std::size_t taken = 0;
+  float best = offer(0);
+
+  // Offers never rise below the nearest sample.
+  const auto next = [&](std::size_t from) {
+    if (from < nearest && offer(from) < best) return from;  // on fine axes almost always
+    return PartitionPoint(from, nearest, from, [&](std::size_t k) { return !(offer(k) < best); });
+  };
+  for (std::size_t k = next(1); k < nearest; k = next(taken + 1)) {
+    taken = k;
+    // Above the measure what is kept never falls from here on; up to a measure beyond the target it never rises,
+    // but no sample keeps less than it offers. Either way the samples below the nearest are taken to their last,
+    // unless one before it keeps no more than the last offers.
+    if (measure >= t || Coordinate(k) > measure) {
+      const float last = offer(nearest - 1);
+      taken = std::min(nearest - 1, PartitionPoint(k, nearest, k, [&](std::size_t j) { return keep(j) > last; }));
+    }
+    best = keep(taken);
+  }
+
+  // Offers never fall above it: the first that differs from it is taken, or none.
+  const std::size_t above = PartitionPoint(nearest, axis_.size(), nearest,
+                                           [&](std::size_t k) { return Coordinate(k) <= Coordinate(nearest); });
+  if (above == axis_.size() || !(offer(above) < best)) return taken;
+  return EndOfRun(above, t, measure);
+}
+
+// The last sample taken when `first` is, where offers never fall: samples follow one another until one offers no
+// less than the one before it keeps.
+std::size_t AxisSearch::EndOfRun(std::size_t first, float t, float measure) {
+  const std::size_t count = axis_.size();
+  const auto goesOn = [&](std::size_t k) {
+    return k + 1 < count && std::fabs(Coordinate(k + 1) - t) < std::fabs(Coordinate(k) - measure);
+  };
+  // Up to the measure what is kept never rises.
+  const std::size_t beyond =
+      PartitionPoint(first, count, first, [&](std::size_t k) { return Coordinate(k) <= measure; });
+  const std::size_t k = PartitionPoint(first, beyond, first, goesOn);
+  if (k < beyond) return k;
+
+  // Beyond the measure it depends on each step of the axis. But what follows a sample for one target does so for
+  // every greater one that still lies below it, so that runs are not walked again.
+  Run run{measure, t, k, k};
+  if (run_.measure == measure && run_.target <= t && run_.first <= k && k < run_.last && Coordinate(k + 1) > t)
+    run.last = run_.last;
+  while (goesOn(run.last)) ++run.last;
+  run_ = run;
+  return run.last;
+}
+
+}  // namespace kem::analysis

@@ -1,0 +1,58 @@
+// Exact searches over the coordinates of an axis.
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <span>
+
+namespace kem::analysis {
+
+// Finds the samples of an axis that belong to a target. Each answer is the index that a scan over all samples
+// in single precision gives, to the last tie; search.cpp says why an ordered axis needs no scan. The axis has
+// at least one sample and outlives its search.
+class AxisSearch {
+ public:
+  explicit AxisSearch(std::span<const float> axis);
+
+  std::span<const float> Axis() const { return axis_; }
+
+  // The nearest sample, the lowest of several. A `hint` close to the answer, such as the answer for the target
+  // before, makes finding it cheap.
+  std::size_t Nearest(float target, std::size_t hint = 0) const;
+
+  // The nearest sample on the other side of the target, or at it; none when the target lies outside.
+  std::optional<std::size_t> Across(float target, std::size_t nearest) const;
+
+  // The second neighbour, which may lie on the same side. The scan goes upwards from the first sample and takes
+  // each that is nearer to the target than the best so far; what is then kept as the best is its distance to
+  // `measure`. Where that is the target itself, the second nearest sample results. The neighbour of the first
+  // sample is always the one after it, that of an only sample is itself.
+  //
+  // For one measure, targets that come in the order of Before() share work.
+  std::size_t Second(float target, std::size_t nearest, float measure);
+
+  // An order of all targets, not-a-number included, along the axis.
+  bool Before(float a, float b) const;
+
+ private:
+  // Samples that were found to be taken one after the other, see Second().
+  struct Run {
+    float measure = std::numeric_limits<float>::quiet_NaN();
+    float target = 0;
+    std::size_t first = 0;
+    std::size_t last = 0;
+  };
+
+  float Coordinate(std::size_t k) const { return sign_ * axis_[k]; }
+  std::size_t LowestAsNear(std::size_t first, std::size_t k, float t) const;
+  std::size_t SecondInOrder(float t, std::size_t nearest, float measure);
+  std::size_t EndOfRun(std::size_t first, float t, float measure);
+
+  std::span<const float> axis_;
+  bool ordered_ = false;
+  float sign_ = 1;  // -1: a descending axis, searched as its mirror image
+  Run run_;
+};
+
+}  // namespace kem::analysis

@@ -1,0 +1,49 @@
+// Whether axes are the same.
+#include <algorithm>
+#include <span>
+
+#include "analysis/axis.h"
+#include "arith/equal.h"
+#include "arith/values.h"
+
+using namespace kem::arith;
+using kem::analysis::XValues;
+using kem::analysis::YValues;
+
+namespace {
+
+using Coordinates = std::span<const float>;
+
+// As much of the other axis as the first one has: it may be longer, whatever its own count.
+bool Same(Coordinates axis, Coordinates other) {
+  return axis.size() <= other.size() && std::equal(axis.begin(), axis.end(), other.begin(), NearlyEqual);
+}
+
+Coordinates Given(const float* values, int count) { return {values, static_cast<std::size_t>(std::max(count, 0))}; }
+
+// All that is stored: as much as there are rows of a grid, or values of a curve.
+Coordinates StoredX(const PrnType& r) {
+  if (!HasValues(r)) return {};
+  return Given(r.xArray, IsGrid(r) ? r.nX : r.nY);
+}
+
+bool SameX(const PrnType& a, const PrnType& b) {
+  if (a.HasX()) return Same(XValues(a), StoredX(b));
+  return NearlyEqual(a.xStart, b.xStart) && NearlyEqual(a.xEnd, b.xEnd) && NearlyEqual(a.xStep, b.xStep);
+}
+
+bool SameY(const PrnType& a, const PrnType& b) {
+  if (a.HasY()) return Same(YValues(a), YValues(b));
+  return NearlyEqual(a.yStart, b.yStart) && NearlyEqual(a.yEnd, b.yEnd) && NearlyEqual(a.yStep, b.yStep);
+}
+
+}  // namespace
+
+int PrnType::SameAxes(const PrnType& other) const {
+  if (allocType != other.allocType) return 0;
+  if (this == &other) return 1;
+  return SameX(*this, other) && (!IsGrid(*this) || SameY(*this, other));
+}
+
+int PrnType::XAxisEqArray(float* values, int n) const { return n == nX && Same(Given(values, n), XValues(*this)); }
+int PrnType::YAxisEqArray(float* values, int n) const { return n == nY && Same(Given(values, n), YValues(*this)); }

@@ -1,0 +1,51 @@
+// The arithmetic of single values. Each computes in the width it is written in, with one narrowing at the end; a
+// value outside a guarded domain gives 0.
+#pragma once
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+
+namespace kem::arith {
+
+inline constexpr auto kAdd = [](float a, float b) { return a + b; };
+inline constexpr auto kSubtract = [](float a, float b) { return a - b; };
+inline constexpr auto kMultiply = [](float a, float b) { return a * b; };
+// A division by 0 gives 0. Masking the quotient, rather than branching, lets a loop over it become vector
+// instructions.
+inline constexpr auto kDivide = [](float a, float b) {
+  const std::uint32_t keep = b != 0 ? ~0U : 0U;
+  return std::bit_cast<float>(std::bit_cast<std::uint32_t>(a / b) & keep);
+};
+// A negative base takes the exponent rounded down, which always has a real result.
+inline constexpr auto kPower = [](float a, float b) { return std::pow(a, a >= 0 ? b : std::floor(b)); };
+
+inline constexpr auto kNegate = [](float v) { return -v; };
+inline constexpr auto kExp = [](float v) { return std::exp(v); };
+inline constexpr auto kLog = [](float v) { return v > 0 ? std::log10(v) : 0.0f; };
+inline constexpr auto kLn = [](float v) { return v > 0 ? std::log(v) : 0.0f; };
+inline constexpr auto kSin = [](float v) { return std::sin(v); };
+inline constexpr auto kCos = [](float v) { return std::cos(v); };
+inline constexpr auto kTan = [](float v) { return std::tan(v); };
+inline constexpr auto kASin = [](float v) { return std::fabs(v) <= 1 ? std::asin(v) : 0.0f; };
+inline constexpr auto kACos = [](float v) { return std::fabs(v) <= 1 ? std::acos(v) : 0.0f; };
+inline constexpr auto kATan = [](float v) { return std::atan(v); };
+inline constexpr auto kSinH = [](float v) { return std::sinh(v); };
+inline constexpr auto kCosH = [](float v) { return std::cosh(v); };
+inline constexpr auto kTanH = [](float v) { return std::tanh(v); };
+inline constexpr auto kASinH = [](float v) {
+  const double d = v;
+  return static_cast<float>(std::log(d + std::sqrt(d * d + 1)));
+};
+inline constexpr auto kACosH = [](float v) {
+  const double d = v;
+  return d >= 1 ? static_cast<float>(std::log(d + std::sqrt(d * d - 1))) : 0.0f;
+};
+// The lower bound is open: -1 gives minus infinity, and what lies below it is not a number.
+inline constexpr auto kATanH = [](float v) {
+  const double d = v;
+  return d < 1 ? static_cast<float>(0.5 * std::log((1 + d) / (1 - d))) : 0.0f;
+};
+inline constexpr auto kInv = [](float v) { return v != 0 ? static_cast<float>(1.0 / v) : 0.0f; };
+
+}  // namespace kem::arith

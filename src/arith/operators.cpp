@@ -1,0 +1,96 @@
+// Operators between two records and between a record and a number.
+#include <memory>
+
+#include "arith/kernels.h"
+#include "arith/values.h"
+#include "load/number_text.h"
+
+using namespace kem::arith;
+using kem::load::CopyText;
+using kem::load::TextOf;
+
+namespace {
+
+// A record on the axes of another.
+std::unique_ptr<PrnType> Resampled(const PrnType& record, const PrnType& axes) {
+  const auto own = [](PrnType& made) { return std::unique_ptr<PrnType>(&made); };
+  const PrnType& a = axes;
+  switch (a.allocType) {
+    case AllocY:
+      return own(record.InterpolateY(a.xStart, a.xEnd, a.xStep));
+    case AllocXY:
+      return own(record.InterpolateXY(a.xArray, ExtentOf(a).columns));
+    case AllocZ:
+      return own(record.InterpolateZ(a.xStart, a.xEnd, a.xStep, a.yStart, a.yEnd, a.yStep));
+    case AllocXZ:
+      return own(record.InterpolateXZ(a.xArray, a.nX, a.yStart, a.yEnd, a.yStep));
+    case AllocYZ:
+      return own(record.InterpolateYZ(a.xStart, a.xEnd, a.xStep, a.yArray, a.nY));
+    default:
+      return own(record.InterpolateXYZ(a.xArray, a.nX, a.yArray, a.nY));
+  }
+}
+
+std::string JoinedName(const PrnType& a, std::string_view sign, const PrnType& b) {
+  return std::string(TextOf(a.fileName)).append(sign).append(TextOf(b.fileName));
+}
+
+// What comes of operands without values: a name, and the header of a left operand that is empty itself.
+PrnType EmptyResult(const PrnType& a, std::string_view name) {
+  PrnType result(!a ? a : PrnType());
+  CopyText(result.fileName, name);
+  result.MinMax();
+  return result;
+}
+
+template <class Kernel>
+PrnType Combined(const PrnType& a, std::string_view sign, const PrnType& b, Kernel kernel) {
+  if (IsGrid(a) != IsGrid(b)) return PrnType();
+  const std::string name = JoinedName(a, sign, b);
+  if (!HasValues(a) || !HasValues(b)) return EmptyResult(a, name);
+  if (a.SameAxes(b)) return Computed(name, Common(ExtentOf(a), ExtentOf(b)), kernel, a, b);
+  const auto resampled = Resampled(b, a);
+  if (!HasValues(*resampled)) return EmptyResult(a, name);
+  return Computed(name, Common(ExtentOf(a), ExtentOf(*resampled)), kernel, a, *resampled);
+}
+
+template <class Kernel>
+PrnType WithNumber(const PrnType& a, std::string_view sign, float number, Kernel kernel) {
+  std::string after(sign);
+  kem::load::AppendNumber(after, number);
+  return Mapped(a, "", after, [kernel, number](float v) { return kernel(v, number); });
+}
+
+}  // namespace
+
+PrnType PrnType::operator+(const PrnType& other) { return Combined(*this, "+", other, kAdd); }
+PrnType PrnType::operator-(const PrnType& other) { return Combined(*this, "-", other, kSubtract); }
+PrnType PrnType::operator*(const PrnType& other) { return Combined(*this, "*", other, kMultiply); }
+PrnType PrnType::operator/(const PrnType& other) { return Combined(*this, "/", other, kDivide); }
+PrnType PrnType::operator^(const PrnType& other) { return Combined(*this, "^", other, kPower); }
+
+// Counts a curve by its nY, unlike the operators that align axes.
+PrnType PrnType::operator&(const PrnType& other) {
+  const bool sameShape = IsGrid(*this) == IsGrid(other) && nY == other.nY && (!IsGrid(*this) || nX == other.nX);
+  if (!sameShape) return PrnType();
+  const std::string name = JoinedName(*this, "&", other);
+  if (!HasValues(*this) || !HasValues(other)) return EmptyResult(*this, name);
+  return Computed(name, StoredExtent(*this), kMultiply, *this, other);
+}
+
+PrnType PrnType::operator+(const float& number) { return WithNumber(*this, "+", number, kAdd); }
+PrnType PrnType::operator-(const float& number) { return WithNumber(*this, "-", number, kSubtract); }
+PrnType PrnType::operator*(const float& number) { return WithNumber(*this, "*", number, kMultiply); }
+
+PrnType PrnType::operator/(const float& number) {
+  if (number == 0) return PrnType();
+  return WithNumber(*this, "/", number, kDivide);
+}
+
+// The power 0 is refused like a division by 0; Set(1) gives a record of ones.
+PrnType PrnType::operator^(const float& number) {
+  if (number == 0) return PrnType();
+  return WithNumber(*this, "^", number, kPower);
+}
+
+PrnType PrnType::operator-() { return Mapped(*this, "_", "", kNegate); }

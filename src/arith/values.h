@@ -1,0 +1,73 @@
+// The values of a record, a curve's Y array or a grid, and results that are a copy of a record with other values.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "kem.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+namespace kem::arith {
+
+// False also for the storage shapes that name no values.
+inline bool HasValues(const PrnType& record) { return record::OwnsArrays(record.allocType); }
+
+inline bool IsGrid(const PrnType& record) { return record.Is3D() != 0; }
+
+// Counts of values, row by row; a curve is one row.
+struct Extent {
+  int rows = 0;
+  int columns = 0;
+};
+
+inline Extent StoredExtent(const PrnType& record) {
+  if (!HasValues(record)) return {};
+  return {IsGrid(record) ? record.nX : 1, record.nY};
+}
+
+// Operations count the points of a curve by its nX, as far as they are stored.
+inline Extent ExtentOf(const PrnType& record) {
+  Extent extent = StoredExtent(record);
+  if (!IsGrid(record)) extent.columns = std::clamp(record.nX, 0, extent.columns);
+  return extent;
+}
+
+inline Extent Common(Extent a, Extent b) { return {std::min(a.rows, b.rows), std::min(a.columns, b.columns)}; }
+
+inline float* Row(const PrnType& record, int i) { return IsGrid(record) ? record.zArray[i] : record.yArray; }
+
+template <class Kernel, class... Values>
+void Apply(Kernel kernel, int count, float* to, const Values*... from) {
+  for (int k = 0; k < count; ++k) to[k] = kernel(from[k]...);
+}
+
+// A copy of a record under another name. Within an extent its values are the kernel's of the record's own and
+// those of the others at the same place; beyond it they stay.
+template <class Kernel, class... Records>
+PrnType Computed(std::string_view name, Extent extent, Kernel kernel, const PrnType& record,
+                 const Records&... others) {
+  PrnType result = record::CopyWithoutValues(record);
+  const Extent stored = StoredExtent(record);
+  for (int i = 0; i < stored.rows; ++i) {
+    float* to = Row(result, i);
+    const float* from = Row(record, i);
+    const int count = i < extent.rows ? extent.columns : 0;
+    if (count > 0) Apply(kernel, count, to, from, Row(others, i)...);
+    std::copy(from + count, from + stored.columns, to + count);
+  }
+  load::CopyText(result.fileName, name);
+  result.MinMax();
+  return result;
+}
+
+// The result's name is the record's between two texts.
+template <class Kernel>
+PrnType Mapped(const PrnType& record, std::string_view before, std::string_view after, Kernel kernel) {
+  if (!HasValues(record)) return PrnType();
+  const auto name = std::string(before).append(load::TextOf(record.fileName)).append(after);
+  return Computed(name, ExtentOf(record), kernel, record);
+}
+
+}  // namespace kem::arith

@@ -1,0 +1,93 @@
+// CVT: a curve as six header lines and one number per line.
+//
+//   ca          5                the number of points                 "XY: #points:"   5
+//   X title                                                           X title
+//   Y title                                                           Y title
+//   "start      :" 10            the axis                             "start      :" 10
+//   "increment  :" 2                                                  "end        :" 18
+//   (empty)                                                           (empty)
+//   Y values                     all Y, then all X values             Y values, X values
+#include <fstream>
+#include <string_view>
+
+#include "kem.h"
+#include "load/number_scanner.h"
+#include "load/number_text.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+enum : std::size_t { kCountLine, kXTitleLine, kYTitleLine, kStartLine, kStepLine, kHeaderLines = 6 };
+
+constexpr std::string_view kXYTag = "XY:";
+
+void WriteColumn(OutputFile& out, const float* values, int count) {
+  for (int i = 0; i < count; ++i) out << values[i] << '\n';
+}
+
+// The number of values read decides, not the count in the header.
+int ReadDefined(PrnType& record, std::ifstream& in, const Text& start, const Text& step) {
+  if (!record.ReadDumbOne(in)) return 0;
+  record.fileType = FileCvt;
+  record.xStart = 0;
+  record.xStep = 1;
+  ScanLine(start, "%*[\"start :] %g", {&record.xStart});
+  ScanLine(step, "%*[\"increment :] %g", {&record.xStep});
+  record.xEnd = static_cast<float>(record.nY - 1) * record.xStep + record.xStart;
+  record.MinMax();
+  return 1;
+}
+
+// A file may end within its X values, but not within its Y values.
+int ReadStored(PrnType& record, std::ifstream& in, const Text& points) {
+  int n = -1;
+  ScanLine(points, "%*[\"XY: #points:\"] %d", {&n});
+  if (n < 0) return 0;
+  const auto count = static_cast<std::size_t>(CheckedCount(n));
+  auto y = NewZeroArray(n);
+  auto x = NewZeroArray(n);
+  ScanNumbers(in, {y.get(), count});
+  if (in.fail()) return 0;
+  ScanNumbers(in, {x.get(), count});
+  Own(record.yArray, std::move(y));
+  Own(record.xArray, std::move(x));
+  record.allocType = AllocXY;
+  record.nX = record.nY = n;
+  record.active = 1;
+  record.MinMax();
+  return 1;
+}
+
+}  // namespace
+
+int PrnType::WriteCvt(char* const name) const {
+  if (allocType == AllocNone || Is3D()) return 0;
+  OutputFile out(name, {});
+  if (!out.IsOpen()) return 0;
+  const bool stored = allocType == AllocXY;
+  Text xTitle = {};
+  Text yTitle = {};
+  Text zTitle = {};
+  LabelAxes(xTitle, yTitle, zTitle);
+  out << (stored ? " \"XY: #points:\"   " : "ca          ") << nY << '\n' << xTitle << '\n' << yTitle << '\n';
+  out << "\"start      :\" " << xStart << '\n';
+  out << (stored ? "\"end        :\" " : "\"increment  :\" ") << (stored ? xEnd : xStep) << "\n\n";
+  WriteColumn(out, yArray, nY);
+  if (stored) WriteColumn(out, xArray, nY);
+  return 1;
+}
+
+int PrnType::ReadCvt(std::ifstream& in) {
+  Reset(*this);
+  Text header[kHeaderLines] = {};
+  for (Text& line : header) ReadTrimmedLine(in, line);
+  if (in.fail()) return 0;
+  CopyText(xLabel, TextOf(header[kXTitleLine]));
+  CopyText(yLabel, TextOf(header[kYTitleLine]));
+  if (Contains(header[kCountLine], kXYTag)) return ReadStored(*this, in, header[kCountLine]);
+  return ReadDefined(*this, in, header[kStartLine], header[kStepLine]);
+}

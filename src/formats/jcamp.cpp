@@ -1,0 +1,196 @@
+// JCAMP-DX: curves as labelled lines, written as one block, read as one or more whose points are joined.
+//
+//   ##TITLE=...                 the preamble, up to the number of blocks or of points
+//   ##BLOCKS=2
+//   ##TITLE=...                 each block: labels, then pairs of numbers
+//   ##XUNITS=nm
+//   ##NPOINTS=3
+//   ##XYDATA=(XY..XY)
+//   400  0.25                   or 400, 0.25; 401, 0.5;
+//
+// Numbers are taken as they stand: factors are not applied, compressed tables are not decoded.
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <span>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "kem.h"
+#include "load/number_scanner.h"
+#include "load/number_text.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+// By fileType.
+constexpr const char* kDataTypes[] = {
+    "Cvt",    "XY .prn", "P3D", "Hamamatsu Raw", "Wright CCD", "Bruker ESR",    "Dilor", "Cary 5",  "NPico",
+    "Cary 5", "",        "",    "P2D",           "EG&G OMA",   "Bruker BES^3T", "HPDTA", "Cary DSW"};
+
+const char* DataTypeOf(int fileType) {
+  return fileType >= 0 && fileType < std::ssize(kDataTypes) ? kDataTypes[fileType] : "";
+}
+
+struct Counts {
+  int blocks = 1;
+  int points = 0;  // of the block at hand
+};
+
+// A label, where its value goes, and whether it ends the lines before the next part of the file. The first one
+// that occurs in a line wins.
+struct Label {
+  std::string_view word;
+  std::variant<std::monostate, Text PrnType::*, int Counts::*, float*> to;
+  bool last = false;
+};
+
+constexpr Label kPreamble[] = {
+    {"##TITLE", &PrnType::fileName},      {"##BLOCKS", &Counts::blocks, true}, {"##NBLOCKS", &Counts::blocks, true},
+    {"##NPOINTS", &Counts::points, true}, {"##XFACTOR", &ReadXFactor},         {"##YFACTOR", &ReadYFactor},
+};
+
+constexpr Label kBlock[] = {
+    {"##XUNITS", &PrnType::xLabel}, {"##YUNITS", &PrnType::yLabel}, {"##TITLE", &PrnType::zLabel},
+    {"##NPOINTS", &Counts::points}, {"##XYDATA", {}, true},         {"##XFACTOR", &ReadXFactor},
+    {"##YFACTOR", &ReadYFactor},
+};
+
+// Stores the value of a label.
+struct Store {
+  PrnType& record;
+  Counts& counts;
+  std::string_view value;
+
+  void operator()(std::monostate) const {}
+  void operator()(int Counts::*count) const { ScanLine(value, "%d", {&(counts.*count)}); }
+  // Units have at most seven characters here; a longer text, such as a title, is left out.
+  void operator()(Text PrnType::*field) const { CopyText(record.*field, value.size() < 8 ? value : ""); }
+  // Blocks may differ; what remains is a factor other than 1.
+  void operator()(float* factor) const {
+    float scanned = 1;
+    ScanLine(value, "%g", {&scanned});
+    if (scanned != 1) *factor = scanned;
+  }
+};
+
+// Takes what a line says. Returns whether it is the last before the next part of the file.
+bool TakeLabel(std::string_view line, std::span<const Label> labels, PrnType& record, Counts& counts) {
+  for (const Label& label : labels) {
+    if (!Contains(line, label.word)) continue;
+    const auto equals = line.find('=');
+    if (equals != line.npos) std::visit(Store{record, counts, line.substr(equals + 1)}, label.to);
+    return label.last;
+  }
+  return false;
+}
+
+// Reads a line, of which the first 131 characters matter. Comments and names in these files may be longer.
+void ReadStartOfLine(std::istream& in, Text& line) {
+  ReadLine(in, line);
+  if (!in.fail() || in.eof() || in.bad() || in.gcount() != kTextSize - 1) return;
+  in.clear();
+  in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+}
+
+void ReadPreamble(std::istream& in, PrnType& record, Counts& counts) {
+  Text line = {};
+  do {
+    ReadStartOfLine(in, line);
+    TrimTrailing(line);
+  } while (!TakeLabel(line, kPreamble, record, counts) && in.good());
+}
+
+void ReadBlockHeader(std::istream& in, PrnType& record, Counts& counts) {
+  Text line = {};
+  do ReadStartOfLine(in, line);
+  while (!TakeLabel(line, kBlock, record, counts) && in.good() && in.peek() == '#');
+}
+
+// Points of all blocks: those that the file announces, and those that were there. Memory follows the latter.
+struct Points {
+  double announced = 0;
+  std::vector<float> xs;
+  std::vector<float> ys;
+};
+
+void ReadPoints(std::istream& in, int count, Points& points) {
+  NumberScanner scan(in, ",;");
+  for (int k = 0; k < count && scan.Good(); ++k) {
+    float x = 0;
+    float y = 0;
+    scan.Next(x);
+    scan.Next(y);
+    points.xs.push_back(x);
+    points.ys.push_back(y);
+  }
+}
+
+Points ReadBlocks(std::istream& in, PrnType& record, Counts& counts) {
+  Points points;
+  int left = counts.blocks;
+  for (; left > 0 && in.good(); --left) {
+    ReadBlockHeader(in, record, counts);
+    ReadPoints(in, counts.points, points);
+    points.announced += std::max(counts.points, 0);
+  }
+  points.announced += static_cast<double>(left) * std::max(counts.points, 0);  // blocks that never come
+  return points;
+}
+
+std::unique_ptr<float[]> Padded(const std::vector<float>& values, int count) {
+  auto array = NewZeroArray(count);
+  std::copy(values.begin(), values.end(), array.get());
+  return array;
+}
+
+}  // namespace
+
+int PrnType::WriteDX(char* const name) const {
+  if (allocType == AllocNone || Is3D()) return 0;
+  OutputFile out(name, {});
+  if (!out.IsOpen()) return 0;
+  Text xTitle = {};
+  Text yTitle = {};
+  Text zTitle = {};
+  LabelAxes(xTitle, yTitle, zTitle);
+  out << "##TITLE=" << TextOf(fileName) << "\n##JCAMP-DX=4.24\n##DATA TYPE=" << DataTypeOf(fileType) << '\n';
+  out << "##ORIGIN=kem_file\n##OWNER=\n##DATE=\n##BLOCKS=1\n##$SLIT=0.0\n";
+  out << "##XUNITS=" << xTitle << "\n##YUNITS=" << yTitle << "\n##XFACTOR=1.0\n##YFACTOR=1.0\n";
+  // The fields as they are, also for a stored axis; FIRSTY is the smallest value, not the first.
+  out << "##DELTAX=" << xStep << "\n##FIRSTX=" << xStart << "\n##LASTX=" << xEnd << '\n';
+  out << "##NPOINTS=" << nY << "\n##FIRSTY=" << yStart << "\n##XYDATA=(XY..XY)\n";
+  float x = xStart;
+  for (int i = 0; i < nY; ++i, x += xStep) out << (HasX() ? xArray[i] : x) << "  " << yArray[i] << '\n';
+  out << "##END=" << TextOf(fileName) << '\n';
+  return 1;
+}
+
+int PrnType::ReadDX(std::ifstream& in) {
+  if (in.fail()) return 0;
+  Reset(*this);
+  ReadXFactor = 1;
+  ReadYFactor = 1;
+  Counts counts;
+  ReadPreamble(in, *this, counts);
+  if (counts.blocks > 0) {
+    const Points points = ReadBlocks(in, *this, counts);
+    const int count = CheckedCount(points.announced);
+    auto x = Padded(points.xs, count);
+    auto y = Padded(points.ys, count);
+    Own(xArray, std::move(x));
+    Own(yArray, std::move(y));
+    allocType = AllocXY;
+    nX = nY = count;
+  }
+  active = 1;
+  SortAxes();
+  MinMax();
+  return 1;
+}

@@ -1,0 +1,130 @@
+#include <memory>
+
+#include "support/records.h"
+
+using namespace kem::test;
+
+namespace {
+
+std::string Name(const PrnType& r) { return r.fileName; }
+
+struct Operator {
+  std::string sign;
+  PrnType (PrnType::*record)(const PrnType&);
+  PrnType (PrnType::*number)(const float&);
+  float (*rule)(float, float);
+};
+
+const Operator kOperators[] = {
+    {"+", &PrnType::operator+, &PrnType::operator+, [](float a, float b) { return a + b; }},
+    {"-", &PrnType::operator-, &PrnType::operator-, [](float a, float b) { return a - b; }},
+    {"*", &PrnType::operator*, &PrnType::operator*, [](float a, float b) { return a * b; }},
+    {"/", &PrnType::operator/, &PrnType::operator/, [](float a, float b) { return b == 0 ? 0 : a / b; }},
+    {"^", &PrnType::operator^, &PrnType::operator^,
+     [](float a, float b) { return a >= 0 ? powf(a, b) : powf(a, std::floor(b)); }},
+};
+
+// A record at the coordinates of another, of a defined axis as many as fit between its start and end.
+PrnType& OnAxesOf(const PrnType& a, const PrnType& b) {
+  Floats x = XOf(a);
+  Floats y = YOf(a);
+  const auto fit = [](float from, float to, float step) {
+    return static_cast<int>(std::fabs((to - from) / step)) + 1;
+  };
+  const int nX = a.HasX() ? a.nX : std::min(a.nX, fit(a.xStart, a.xEnd, a.xStep));
+  const int nY = a.HasY() ? a.nY : std::min(a.nY, fit(a.yStart, a.yEnd, a.yStep));
+  return a.Is3D() ? b.InterpolateXYZ(x.data(), nX, y.data(), nY) : b.InterpolateXY(x.data(), nX);
+}
+
+// The rule written out: copy both, bring the second onto the first one's axes, combine element by element.
+PrnType Literal(PrnType a, const PrnType& b, const Operator& op) {
+  const std::unique_ptr<PrnType> s(a.SameAxes(b) ? new PrnType(b) : &OnAxesOf(a, b));
+  const int columns = std::min(a.nY, s->nY);
+  for (int i = 0; a.Is3D() && i < std::min(a.nX, s->nX); ++i)
+    for (int j = 0; j < columns; ++j) a.zArray[i][j] = op.rule(a.zArray[i][j], s->zArray[i][j]);
+  for (int i = 0; !a.Is3D() && i < columns; ++i) a.yArray[i] = op.rule(a.yArray[i], s->yArray[i]);
+  a.MinMax();
+  return a;
+}
+
+// All that arithmetic can change, but for the name.
+Floats All(const PrnType& r) {
+  Floats all = {r.xStart, r.xEnd, r.xStep, r.yStart, r.yEnd, r.yStep, r.zMin, r.zMax};
+  for (const int field : {r.allocType, r.fileType, r.nX, r.nY, r.active}) all.push_back(static_cast<float>(field));
+  for (const Floats& part : {XOf(r), YOf(r), ValuesOf(r)}) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+}  // namespace
+
+TEST_CASE("operators: every shape agrees bit for bit with the rule, on the same axes and on others") {
+  Rng rng(kSeed);
+  const float odd[] = {0, -0.0f, NAN, INFINITY, -INFINITY, 1e38f, 1e-40f};
+  for (int round = 0; round < 300; ++round) {
+    PrnType a = RandomRecord(rng, 2 + round % 6);
+    const int otherType = a.Is3D() ? 4 + static_cast<int>(rng() % 4) : 2 + static_cast<int>(rng() % 2);
+    PrnType b = rng() % 2 ? -a : RandomRecord(rng, otherType);
+    float* row = b.Is3D() ? b.zArray[0] : b.yArray;
+    for (int j = 0; j < b.nY; ++j) row[j] = rng() % 2 ? row[j] : odd[rng() % std::size(odd)];
+    const Floats before[] = {All(a), All(b)};
+    for (const Operator& o : kOperators) {
+      CAPTURE(kSeed);
+      CAPTURE(round);
+      CAPTURE(o.sign);
+      const PrnType sum = (a.*o.record)(b);
+      CHECK_SAME(All(sum), All(Literal(a, b, o)));
+      CHECK(Name(sum) == a.fileName + o.sign + b.fileName);
+      const float number = round % 2 ? -2.5f : 1e10f;
+      const PrnType withNumber = (b.*o.number)(number);
+      CHECK_SAME(ValuesOf(withNumber), ValuesOf(Literal(b, b.Set(number), o)));
+      CHECK(withNumber.fileName == b.fileName + o.sign + (round % 2 ? "-2.5" : "1e+10"));
+    }
+    CHECK_SAME(ValuesOf(-(-b)), ValuesOf(b));
+    CHECK(Name(-(-b)) == "__" + Name(b));
+    CHECK_SAME(All(a), before[0]);
+    CHECK_SAME(All(b), before[1]);
+  }
+}
+
+TEST_CASE("operators: what does not combine gives an empty record") {
+  PrnType curve = Curve(0, 1, {1, 2});
+  PrnType grid(AllocZ, 2, 2);
+  PrnType empty;
+  PrnType xOnly(AllocX);
+  PrnType noStep = Curve(0, 0, {1, 2});
+  curve.fileName[0] = 'c';
+  empty.fileName[0] = 'e';
+  const std::tuple<PrnType&, PrnType&, const char*> cases[] = {
+      {curve, grid, ""},     {grid, curve, ""},     {empty, grid, ""},     {grid, empty, ""},
+      {empty, curve, "e+c"}, {curve, empty, "c+e"}, {empty, empty, "e+e"}, {xOnly, curve, "+c"},
+      {curve, xOnly, "c+"},  {noStep, curve, "+c"}};
+  for (const auto& [a, b, name] : cases) {
+    PrnType r = a + b;
+    r.MinMax();
+    CHECK((!r && r.zMax == 0 && Name(r) == name));
+  }
+  for (PrnType* none : {&empty, &xOnly}) CHECK((!(*none + 1) && !-*none && !(*none & curve) && !(curve & *none)));
+  CHECK((!(curve & grid) && !(curve & Curve(0, 1, {1})) && !(grid & PrnType(AllocZ, 3, 2))));
+  CHECK((!(curve / 0) && !(curve ^ 0)));
+}
+
+TEST_CASE("operators: counts that do not match what is stored, short right operands, long names") {
+  PrnType a = Curve(0, 1, {1, 2, 3, -4});
+  CHECK_SAME(ValuesOf(a & Curve(5, 3, {2, 2, 2, 2})), (Floats{2, 4, 6, -8}));  // axes do not matter
+  CHECK_BITS((a ^ 0.5f).yArray[3], 1);                                         // -4 to the power 0
+  PrnType signs = Curve(0, 1, {0, -0.0f, NAN});
+  CHECK(std::signbit((-signs).yArray[2]) != std::signbit(signs.yArray[2]));
+  CHECK_SAME(ValuesOf(-signs), (Floats{-0.0f, 0, NAN}));
+  a.nX = 3;
+  CHECK_SAME(ValuesOf(a + 10), (Floats{11, 12, 13, -4}));
+  CHECK_SAME(ValuesOf(a & a), (Floats{1, 4, 9, 16}));
+  PrnType wide = Curve({0, 1, 2}, {1, 2, 3});
+  wide.nX = 9;
+  CHECK_SAME(ValuesOf(wide + wide), (Floats{2, 4, 6}));
+  CHECK_SAME(ValuesOf(wide + Curve(0, 1, {5, 5, 5})), (Floats{6, 7, 8}));
+  PrnType shorter = Curve(0, 1, {10, 20});
+  shorter.xEnd = a.xEnd;  // the axes are defined alike, so nothing is resampled
+  CHECK_SAME(ValuesOf(a - shorter), (Floats{-9, -18, 3, -4}));
+  std::fill_n(a.fileName, kTextSize - 1, 'n');
+  CHECK(Name(a + a) == std::string(kTextSize - 1, 'n'));
+}

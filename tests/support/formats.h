@@ -1,0 +1,41 @@
+// What the tests of the exchange formats share: bytes to a record and a record to bytes.
+#pragma once
+
+#include <string>
+
+#include "support/records.h"
+
+namespace kem::test {
+
+// A file read by one of the readers.
+struct Read {
+  TempFolder folder;
+  PrnType record;
+  int result = 0;
+
+  Read(const std::string& bytes, int (PrnType::*reader)(std::ifstream&)) {
+    std::ifstream in(folder.Write("in", bytes), std::ios::binary);
+    result = (record.*reader)(in);
+  }
+};
+
+// A file written by one of the writers, empty when it was refused; lines of text end in line feeds.
+inline std::string Written(const PrnType& record, int (PrnType::*writer)(char*) const) {
+  const TempFolder folder;
+  std::string path = folder.Path("out");
+  std::string nowhere = folder.Path("no/such/folder");
+  const int result = (record.*writer)(path.data());
+  CHECK(result == static_cast<int>(std::filesystem::exists(path)));
+  CHECK((record.*writer)(nowhere.data()) == 0);
+  std::string bytes = ReadBytes(path);
+  if (bytes.substr(0, 2) != "[B") std::erase(bytes, '\r');
+  return bytes;
+}
+
+// The same text as made by hand under Windows.
+inline std::string WithCrLf(std::string text) {
+  for (auto at = text.find('\n'); at != text.npos; at = text.find('\n', at + 2)) text.insert(at, "\r");
+  return text;
+}
+
+}  // namespace kem::test

@@ -1,0 +1,325 @@
+// Runs the built command as a process.
+#include <cstdlib>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "support/support.h"
+
+using namespace kem::test;
+using Json = nlohmann::json;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Result {
+  int status = 0;
+  std::string out;
+  std::string err;
+};
+
+std::string Text(const std::string& path) {
+  std::string text = ReadBytes(path);
+  std::erase(text, '\r');
+  return text;
+}
+
+// Runs the command line behind a shell's `before`.
+Result Kem(const std::string& arguments, const std::string& before = "") {
+  const TempFolder folder;
+  const std::string out = folder.Path("out");
+  const std::string err = folder.Path("err");
+  const std::string program = fs::absolute(KEM_COMMAND).make_preferred().string();
+  std::string line = before + '"' + program + "\" " + arguments + " >\"" + out + "\" 2>\"" + err + '"';
+#ifdef _WIN32
+  line = '"' + line + '"';  // its shell takes the outermost quotes away
+  const int status = std::system(line.c_str());
+#else
+  const int status = WEXITSTATUS(std::system(line.c_str()));
+#endif
+  return {status, Text(out), Text(err)};
+}
+
+std::string Quoted(const std::string& path) { return '"' + path + "\" "; }
+
+std::string Example(const char* name) { return std::string(KEM_EXAMPLES) + '/' + name; }
+
+std::set<std::string> Names(const std::string& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
+  return names;
+}
+
+// A pair of files: a curve of three points, or a grid of 3 x 2.
+std::string WritePair(const TempFolder& folder, const std::string& name, bool grid, const std::string& more = "",
+                      float first = 1) {
+  Bytes values(std::endian::big);
+  for (const float v : {first, 2.5f, 1e-7f, 10.0f, 20.0f, 30.0f}) values.Put(v);
+  folder.Write(name + ".DTA", values);
+  return folder.Write(name + ".DSC",
+                      "#DESC\nBSEQ BIG\nIKKF REAL\nXTYP IDX\nYTYP " + std::string(grid ? "IDX" : "NODATA") +
+                          "\nZTYP NODATA\nIRFMT F\nXPTS 3\nXMIN 0.1\nXWID 0.2\nYPTS 2\nYMIN 5\nYWID 1\n"
+                          "XNAM 'Field, \"B\"'\nXUNI 'G'\nIRNAM 'I'\nIRUNI '\xB5V'\n" +
+                          more + "#SPL\nMWFQ 9.4e+09\n");
+}
+
+std::string WriteColumns(const TempFolder& folder, const std::string& name) {
+  return folder.Write(name, "NXY 3 nm\nred\ngreen\nblue\n\n\nset\n\n1 10 20 30\n2 11 21 31\n");
+}
+
+}  // namespace
+
+TEST_CASE("kem: a command line that cannot be understood has status 2 and one sentence") {
+  struct Case {
+    const char* arguments;
+    const char* err;
+  };
+  const Case cases[] = {
+      {"", "kem: a command is expected; kem --help lists the commands\n"},
+      {"melt x", "kem: there is no command melt; kem --help lists the commands\n"},
+      {"help melt", "kem: help: there is no command melt; kem --help lists the commands\n"},
+      {"info", "kem: info: FILE is required\n"},
+      {"info --level 9 x", "kem: info: --level: Value 9 not in range 1 to 5\n"},
+      {"info --item 0 x", "kem: info: --item: Value 0 not in range 1 to 1000000\n"},
+      {"convert x", "kem: convert: name a format by --to or by the extension of the output\n"},
+      {"convert x -o y.pdf", "kem: convert: name a format by --to or by the extension of the output\n"},
+      {"convert x y -o z.prn", "kem: convert: --output is for one file, --dir for several\n"},
+      {"convert x -o z.prn -d w", "kem: convert: --output excludes --dir\n"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.arguments);
+    const Result result = Kem(c.arguments);
+    CHECK(result.status == 2);
+    CHECK(result.err == c.err);
+    CHECK(result.out.empty());
+  }
+  CHECK(Kem("convert x --to pdf").err.starts_with("kem: convert: --to: no format pdf, but there are prn, "));
+}
+
+TEST_CASE("kem: help, manual page and completion come from one description") {
+  CHECK(Kem("--version").out == std::string("kem ") + KemVersion() + '\n');
+  CHECK(Kem("help").out == Kem("--help").out);
+  CHECK(Kem("help convert").out == Kem("convert -h").out);
+  const std::string manual = Kem("help --man").out;
+  const std::string completion = Kem("help --completion").out;
+  for (const std::string command : {"info", "items", "convert", "help"}) {
+    CHECK(Kem("--help").out.find("\n  " + command + ' ') != std::string::npos);
+    CHECK(manual.find("\n.SS kem " + command + ' ') != std::string::npos);
+    CHECK(completion.find("\n    " + command + ") words='-h --help ") != std::string::npos);
+  }
+  CHECK(manual.find("\n.B \\-o,\\-\\-output \\fIFILE\\fR\n") != std::string::npos);
+  CHECK(completion.find("-t|--to) ") != std::string::npos);
+}
+
+TEST_CASE("kem: a file that cannot be read is named with the reason, and stops no other") {
+  const TempFolder folder;
+  const std::string good = Example("raman.prn");
+  WritePair(folder, "alone", false);
+  fs::remove(folder.Path("alone.DTA"));
+  const std::pair<std::string, std::string> cases[] = {
+      {folder.Path("none.prn"), "no such file"},
+      {folder.Path("."), "is a folder"},
+      {folder.Write("odd.txt", "1 2 3\n"), "unknown format"},
+      {folder.Write("profile.prf", "x"), "recognised as HPDTA profile, but kem cannot read this layout"},
+      {folder.Path("alone.DSC"), "recognised as Bruker BES3T, but alone.DTA, which belongs to it, is missing"},
+      {WritePair(folder, "igd", false, "YTYP IGD\n"), "DATA: 3D Data not supported yet!"},
+      {folder.Write(std::string(140, 'n'), "XY\n"),
+       "its path has more than the 131 characters that kem can follow"},
+  };
+  std::string all = Quoted(good);
+  std::string err;
+  for (const auto& [file, reason] : cases) {
+    all += Quoted(file);
+    err.append("kem: ").append(file).append(": ").append(reason).append("\n");
+  }
+  const Result result = Kem("info --level 1 " + all + Quoted(good));
+  const std::string report = Printed([&good] { PrnType(good.c_str(), 0).PrintLog(1); });
+  CHECK(result.status == 1);
+  CHECK(result.err == err);
+  CHECK(result.out == report + '\n' + report);
+}
+
+TEST_CASE("kem info: JSON holds shape, axes, values, parameters and comment of every file") {
+  const TempFolder folder;
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const std::string curve = WritePair(folder, "curve", false, "", nan);
+  const Result result = Kem("info --json " + Quoted(curve) + Quoted(folder.Path("none")) +
+                            Quoted(WriteColumns(folder, "columns")) + "--item 2");
+  CHECK(result.status == 1);
+  const Json both = Json::parse(result.out);
+  REQUIRE(both.size() == 1);  // the curve has no second item
+  CHECK(both[0]["name"] == folder.Path("columns") + "_02");
+  CHECK(both[0]["item"] == 2);
+  CHECK(both[0]["more"] == true);
+  CHECK(both[0]["x"] == Json{{"title", " nm"}, {"points", 2}, {"stored", true}, {"start", 1}, {"end", 2}});
+  CHECK(both[0]["values"] == Json{{"title", "green"}, {"min", 20}, {"max", 21}});
+
+  const Json one = Json::parse(Kem("info -j " + Quoted(curve)).out)[0];
+  CHECK(one["format"] == "Bruker BES3T");
+  CHECK(one["fileType"] == 14);
+  CHECK(one["shape"] == "curve");
+  CHECK(one["x"]["start"] == 0.1);  // not 0.10000000149
+  CHECK(one["values"] == Json{{"title", "I (\u00b5V)"}, {"min", nullptr}, {"max", nullptr}});
+  CHECK(one["parameters"]["bes3tMwFrequency"] == 9.4e9);
+  CHECK(one["parameters"].size() == 14);
+  CHECK(one["comment"][1] == "Micro. Freq.= 9.4e+09");
+
+  const Json grid = Json::parse(Kem("info -j " + Quoted(WritePair(folder, "grid", true))).out)[0];
+  CHECK(grid["shape"] == "grid");
+  CHECK(grid["y"] ==
+        Json{{"title", "I (\u00b5V)"}, {"points", 2}, {"stored", false}, {"start", 5}, {"end", 6}, {"step", 1}});
+  CHECK(grid["values"]["max"] == 30);
+}
+
+TEST_CASE("kem convert: csv keeps every digit, quotes titles, and lists grids with X varying fastest") {
+  const TempFolder folder;
+  const std::string titles = "\"Field, \"\"B\"\" (G)\",I (\u00b5V)";
+  CHECK(Kem("convert --to csv " + Quoted(WritePair(folder, "curve", false))).status == 0);
+  CHECK(ReadBytes(folder.Path("curve.csv")) == titles + "\n0.1,1\n0.2,2.5\n0.3,1e-07\n");
+  CHECK(Kem("convert --to csv " + Quoted(WritePair(folder, "grid", true))).status == 0);
+  CHECK(ReadBytes(folder.Path("grid.csv")) ==
+        titles + ",Z\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
+}
+
+TEST_CASE("kem convert: what is written reads back, and the extension of the output chooses the format") {
+  const TempFolder folder;
+  const std::pair<const char*, const char*> cases[] = {
+      {"nitroxide.DSC", "prn"}, {"nitroxide.DSC", "cvt"}, {"nitroxide.DSC", "dx"}, {"nitroxide.DSC", "p2d"},
+      {"nitroxide.DSC", "b2d"}, {"streak.p3d", "p3d"},    {"streak.p3d", "b3d"},
+  };
+  for (const auto& [name, format] : cases) {
+    const std::string out = folder.Path(std::string("out.v2.") + format);
+    const Result result = Kem("convert " + Quoted(Example(name)) + "-o " + Quoted(out));
+    CAPTURE(out);
+    CHECK(result.status == 0);
+    CHECK((result.out + result.err).empty());
+    const PrnType before(Example(name).c_str(), 0);
+    const PrnType after(out.c_str(), 0);
+    REQUIRE(after.Is3D() == before.Is3D());
+    REQUIRE(after.nX == before.nX);
+    REQUIRE(after.nY == before.nY);
+    for (int k = 0; k < before.nY; ++k)
+      CHECK_BITS(before.Is3D() ? after.zArray[5][k] : after.yArray[k],
+                 before.Is3D() ? before.zArray[5][k] : before.yArray[k]);
+  }
+  CHECK(Names(folder.Path(".")).size() == std::size(cases));
+}
+
+TEST_CASE("kem convert: what must not or cannot be written leaves everything as it was") {
+  const TempFolder folder;
+  const std::string source = WritePair(folder, "grid", true);
+  const std::string curve = WritePair(folder, "curve", false);
+  const std::string out = folder.Write("old.csv", "precious");
+  std::string rows = "XY\n\n\n\n\n\n\n";
+  for (int k = 0; k < 32768; ++k) rows += "1 2\n";
+  const std::string endless = folder.Write("long.prn", rows);
+  const auto before = Names(folder.Path("."));
+  const std::pair<std::string, std::string> cases[] = {
+      {Quoted(source) + "--to prn", ": prn holds curves only, and this is a grid of 3 x 2 points\n"},
+      {Quoted(curve) + "--to b3d", ": b3d holds grids only, and this is a curve\n"},
+      {Quoted(endless) + "--to b2d", ": b2d holds at most 32767 points along an axis, and this has 32768\n"},
+      {Quoted(source) + "-o " + Quoted(out), ": " + out + " exists already; --force overwrites it\n"},
+      {Quoted(source) + "-f --to csv -o " + Quoted(folder.Path(".")), " is no ordinary file\n"},
+      {Quoted(source) + "-o " + Quoted(folder.Path("no/x.csv")), "x.csv cannot be created: "},
+      {Quoted(source) + "--item 2 --to csv", ": holds no item 2\n"},
+#ifndef _WIN32
+      {Quoted(source) + "--force -o /dev/null --to csv", ": /dev/null is no ordinary file\n"},
+#endif
+  };
+  for (const auto& [arguments, sentence] : cases) {
+    const Result result = Kem("convert " + arguments);
+    CAPTURE(result.err);
+    CHECK(result.status == 1);
+    CHECK(result.err.starts_with("kem: " + arguments.substr(1, arguments.find('"', 1) - 1) + ": "));
+    CHECK(result.err.find(sentence) != std::string::npos);
+    CHECK(Names(folder.Path(".")) == before);
+  }
+#ifndef _WIN32
+  const Result full =
+      Kem("convert -f -o " + Quoted(out) + Quoted(Example("raman.prn")), "trap '' XFSZ; ulimit -f 8; ");
+  CHECK(full.status == 1);
+  CHECK(full.err.find(" cannot be written completely\n") != std::string::npos);
+  CHECK(Names(folder.Path(".")) == before);
+#endif
+  CHECK(ReadBytes(out) == "precious");
+  CHECK(Kem("convert --force -o " + Quoted(out) + Quoted(source)).status == 0);
+  CHECK(ReadBytes(out).starts_with("\"Field"));
+}
+
+TEST_CASE("kem convert: several files, of which two would become one") {
+  const TempFolder folder;
+  const std::string pair = WritePair(folder, "pair", false);
+  const std::string other = folder.Path("pair.DTA");
+  const std::string none = folder.Path("none");
+  const std::string out = folder.Path("new/folder");
+  const Result result = Kem("convert --force --to csv --dir " + Quoted(out) + Quoted(pair) + Quoted(none) +
+                            Quoted(other) + Quoted(Example("raman.prn")));
+  CHECK(result.status == 1);
+  CHECK(result.out.empty());
+  CHECK(result.err.find("kem: " + none + ": no such file\n") == 0);
+  CHECK(result.err.find("pair.csv has just been made from " + pair + '\n') != std::string::npos);
+  CHECK(result.err.ends_with("kem: 2 of 4 files converted\n"));
+  CHECK(Names(out) == std::set<std::string>{"pair.csv", "raman.csv"});
+}
+
+TEST_CASE("kem items: each item is listed and converted under its number") {
+  const TempFolder folder;
+  fs::create_directory(folder.Path("run.d"));
+  const std::string source = WriteColumns(folder, "run.d/set.txt");
+  CHECK(Kem("items " + Quoted(source)).out ==
+        source + ": 3 items\n1\tcurve 2\tred\n2\tcurve 2\tgreen\n3\tcurve 2\tblue\n");
+  const Result first = Kem("convert --to csv " + Quoted(source));
+  CHECK(first.status == 0);
+  CHECK(first.err == "kem: " + source + ": holds further items; --all-items converts them too\n");
+  CHECK(Kem("convert --to csv --item 3 " + Quoted(source)).status == 0);
+  CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_03.csv"});
+  const Result all = Kem("convert --to csv --all-items " + Quoted(source));
+  CHECK(all.status == 1);
+  CHECK(all.err.find(": item 3: ") != std::string::npos);
+  CHECK(Kem("convert -a -o " + Quoted(folder.Path("run.d/x.y.csv")) + Quoted(source)).status == 0);
+  CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_01.csv", "set_02.csv",
+                                                             "set_03.csv", "x.y_01.csv", "x.y_02.csv",
+                                                             "x.y_03.csv"});
+  CHECK(ReadBytes(folder.Path("run.d/set_02.csv")) == "nm,green\n1,20\n2,21\n");
+  CHECK(Kem("convert -a --to prn " + Quoted(Example("raman.prn")) + "-d " + Quoted(folder.Path("one"))).status ==
+        0);
+  CHECK(Names(folder.Path("one")) == std::set<std::string>{"raman.prn"});
+}
+
+TEST_CASE("kem items: files that count from 0, and signals that alternate") {
+  const TempFolder folder;
+  Bytes curves;
+  curves.Text("\xFC\xFF\x04\x81").Put(std::int16_t{3}).Put(std::int16_t{1});
+  for (const char* title : {"first", "second", "third"}) {
+    Bytes header;
+    header.Text("nm").PadTo(29, ' ').Text(title).PadTo(213, ' ').Text(std::string(1, '\0') + '\1');
+    curves.Text(std::string(header)).Put(std::int16_t{1}).Put(7).Put(0).Put(0);
+  }
+  const std::string iccd = folder.Write("set.crv", curves);
+  CHECK(Kem("items " + Quoted(iccd)).out ==
+        iccd + ": 3 items\n1\tcurve 1\tfirst\n2\tcurve 1\tsecond\n3\tcurve 1\tthird\n");
+  CHECK(Kem("convert --to csv --item 3 " + Quoted(iccd)).status == 0);
+  CHECK(Kem("info --item 4 " + Quoted(iccd)).err == "kem: " + iccd + ": holds no item 4\n");
+  CHECK(Names(folder.Path(".")) == std::set<std::string>{"set.crv", "set_03.csv"});
+
+  const std::string scan =
+      folder.Write("scan.txt", "[DcDelay]\nStart= 0\nEnd= 1\nStep= 1\nNrPoints= 2:4\n1 1 3 1\n2 1 4 1\n\n\n");
+  CHECK(Kem("convert --to csv --all-items " + Quoted(scan)).status == 0);
+  CHECK(ReadBytes(folder.Path("scan_01.csv")) == "Delay Time (ps),Intensity\n0,1000\n1,2000\n");
+  CHECK(ReadBytes(folder.Path("scan_02.csv")) == "Delay Time (ps),Intensity\n0,3000\n1,4000\n");
+  CHECK(Kem("info --item 3 " + Quoted(scan)).err == "kem: " + scan + ": holds no item 3\n");
+}
+
+TEST_CASE("kem: real spectra") {
+  if (!HaveSamples()) return;
+  const TempFolder folder;
+  const std::string samples = SampleFolder() + "/bes3t/";
+  const Json strong = Json::parse(Kem("info --json " + Quoted(samples + "strong1.dsc")).out)[0];
+  CHECK(strong["x"]["end"] == 3425);
+  CHECK(strong["values"]["max"] == 15748);
+  CHECK(strong["parameters"]["bes3tGain"] == 47);
+  CHECK(Kem("items " + Quoted(samples + "calib_4col.DSC")).out.find(": 4 items\n") != std::string::npos);
+  CHECK(Kem("convert -a --to csv -d " + Quoted(folder.Path(".")) + Quoted(samples + "calib_4col.DSC")).status == 0);
+  CHECK(Names(folder.Path(".")).size() == 4);
+  CHECK(ReadBytes(folder.Path("calib_4col_04.csv")).ends_with("\n94400,-227\n"));
+}

@@ -1,0 +1,198 @@
+// kem info and kem items: what a file holds.
+#include <charconv>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "command.h"
+#include "input.h"
+#include "text.h"
+
+namespace kem::tool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct InfoOptions {
+  std::vector<std::string> files;
+  int item = 1;
+  int level = 3;
+  bool json = false;
+};
+
+struct Titles {
+  char x[kTextSize] = "X";
+  char y[kTextSize] = "Y";
+  char z[kTextSize] = "Z";
+
+  explicit Titles(const PrnType& record) { record.LabelAxes(x, y, z); }
+};
+
+// ------------------------------------------------------------ JSON
+
+// A float in as few digits as it needs; what is not finite becomes null when it is printed.
+Json Number(float value) {
+  std::string digits;
+  AppendShortest(digits, value);
+  double wide = value;
+  std::from_chars(digits.data(), digits.data() + digits.size(), wide);
+  return wide;
+}
+
+// A stored axis has no step.
+Json Axis(const char* title, bool stored, int points, float start, float end, float step) {
+  Json axis = {{"title", Utf8(title)},
+               {"points", points},
+               {"stored", stored},
+               {"start", Number(start)},
+               {"end", Number(end)}};
+  if (!stored) axis["step"] = Number(step);
+  return axis;
+}
+
+Json Values(const char* title, float least, float greatest) {
+  return {{"title", Utf8(title)}, {"min", Number(least)}, {"max", Number(greatest)}};
+}
+
+template <class T>
+T ValueAt(const void* values, int index) {
+  T value;
+  std::memcpy(&value, static_cast<const char*>(values) + static_cast<std::size_t>(index) * sizeof value,
+              sizeof value);
+  return value;
+}
+
+Json Value(const KemParameter& parameter, const void* values, int index) {
+  struct Text {
+    char text[kTextSize];
+  };
+  switch (parameter.kind) {
+    case KemParameterKind::Text:
+      return Utf8(ValueAt<Text>(values, index).text);
+    case KemParameterKind::Int:
+      return ValueAt<int>(values, index);
+    case KemParameterKind::Float:
+      return Number(ValueAt<float>(values, index));
+    case KemParameterKind::Bytes:
+      return ValueAt<unsigned char>(values, index);
+  }
+  return nullptr;
+}
+
+Json Parameters(const PrnType& record) {
+  Json parameters = Json::object();
+  for (const KemParameter& parameter : KemParameters(record.fileType)) {
+    const void* values = parameter.in(record);
+    Json& value = parameters[parameter.name];
+    if (parameter.count == 1) value = Value(parameter, values, 0);
+    for (int k = 0; parameter.count > 1 && k < parameter.count; ++k) value.push_back(Value(parameter, values, k));
+  }
+  return parameters;
+}
+
+Json CommentLines(const PrnType& record) {
+  std::string text(2 * sizeof record.headerArea, '\0');
+  record.CommentBlock(text.data(), static_cast<int>(text.size()));
+  text.resize(std::strlen(text.c_str()));
+  Json lines = Json::array();
+  for (std::size_t start = 0; start < text.size();) {
+    const auto end = std::min(text.find('\n', start), text.size());
+    lines.push_back(Utf8(std::string_view(text).substr(start, end - start)));
+    start = end + 1;
+  }
+  return lines;
+}
+
+Json Describe(const Input& input) {
+  const PrnType& r = *input.record;
+  const Titles titles(r);
+  const bool grid = r.Is3D() != 0;
+  const char* format = KemFormatName(input.file.c_str());
+  Json description = {{"file", Utf8(input.file)},
+                      {"item", input.item},
+                      {"more", input.more},
+                      {"name", Utf8(r.fileName)},
+                      {"format", format ? format : ""},
+                      {"fileType", r.fileType},
+                      {"allocType", r.allocType},
+                      {"shape", grid ? "grid" : "curve"}};
+  const int points = grid ? r.nX : r.nY;
+  description["x"] = Axis(titles.x, r.HasX() != 0, points, r.xStart, r.xEnd, r.xStep);
+  if (grid) description["y"] = Axis(titles.y, r.HasY() != 0, r.nY, r.yStart, r.yEnd, r.yStep);
+  description["values"] = grid ? Values(titles.z, r.zMin, r.zMax) : Values(titles.y, r.yStart, r.yEnd);
+  description["parameters"] = Parameters(r);
+  description["comment"] = CommentLines(r);
+  return description;
+}
+
+// ------------------------------------------------------------ commands
+
+int PrintReports(const InfoOptions& options) {
+  bool first = true;
+  return EachFile(options.files, "", [&](const std::string& file) {
+    const Input input = LoadItem(file, options.item);
+    if (!NoProblem(file, input.problem)) return false;
+    if (!first) std::cout << '\n';
+    first = false;
+    input.record->PrintLog(options.level);
+    return true;
+  });
+}
+
+int PrintJson(const InfoOptions& options) {
+  Json document = Json::array();
+  const int status = EachFile(options.files, "", [&](const std::string& file) {
+    const Input input = LoadItem(file, options.item);
+    if (!NoProblem(file, input.problem)) return false;
+    document.push_back(Describe(input));
+    return true;
+  });
+  std::cout << document.dump(2) << '\n';
+  return status;
+}
+
+// An ICCD curve has a title in its label, though none for its axes.
+std::string TitleOf(const PrnType& record) {
+  return record.fileType == FileIccdCurve ? record.yLabel : Titles(record).y;
+}
+
+std::string ShapeOf(const PrnType& record) {
+  if (record.Is3D()) return "grid " + std::to_string(record.nX) + " x " + std::to_string(record.nY);
+  return "curve " + std::to_string(record.nY);
+}
+
+bool PrintItems(const std::string& file) {
+  std::vector<std::string> lines;
+  const bool complete = EachItem(file, [&lines](const Input& input) {
+    lines.push_back(std::to_string(input.item) + '\t' + ShapeOf(*input.record) + '\t' + TitleOf(*input.record));
+    return true;
+  });
+  if (lines.empty()) return false;
+  std::cout << file << ": " << lines.size() << (lines.size() == 1 ? " item" : " items") << '\n';
+  for (const std::string& line : lines) std::cout << line << '\n';
+  return complete;
+}
+
+}  // namespace
+
+Run DefineInfo(CLI::App& app) {
+  auto options = std::make_shared<InfoOptions>();
+  AddFiles(app, options->files);
+  AddItem(app, options->item);
+  app.add_option("-l,--level", options->level,
+                 "How much to print: 1 shape, 2 also ranges, 3 also titles and parameters, 5 also all values "
+                 "(default 3)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 5).description(""));
+  app.add_flag("-j,--json", options->json, "Print one JSON document, a list with one record per file");
+  return [options] { return options->json ? PrintJson(*options) : PrintReports(*options); };
+}
+
+Run DefineItems(CLI::App& app) {
+  auto files = std::make_shared<std::vector<std::string>>();
+  AddFiles(app, *files);
+  return [files] { return EachFile(*files, "", PrintItems); };
+}
+
+}  // namespace kem::tool

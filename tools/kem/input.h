@@ -1,0 +1,30 @@
+// Loading files: what readers say, why a load failed, and the items of a file that holds several.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "each_file.h"
+#include "kem.h"
+
+namespace kem::tool {
+
+struct Input {
+  std::string file;
+  int item = 1;                     // counted from 1, whatever the format counts from
+  bool more = false;                // whether further items follow
+  std::unique_ptr<PrnType> record;  // null when there is a problem
+  Problem problem = {};
+
+  bool IsOneOfSeveral() const { return item > 1 || more; }
+};
+
+// Loads one item of a file.
+Input LoadItem(const std::string& file, int item);
+
+// Loads the items of a file one after the other and runs an action, which tells whether it succeeded, on each.
+// Returns whether all items were loaded and all actions succeeded.
+bool EachItem(const std::string& file, const std::function<bool(const Input&)>& action);
+
+}  // namespace kem::tool

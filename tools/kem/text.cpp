@@ -1,0 +1,41 @@
+#include "text.h"
+
+#include <charconv>
+#include <nlohmann/json.hpp>
+
+namespace kem::tool {
+namespace {
+
+bool IsUtf8(const std::string& text) {
+  try {
+    (void)nlohmann::json(text).dump();
+    return true;
+  } catch (const nlohmann::json::type_error&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+std::string Utf8(std::string_view text) {
+  std::string plain(text);
+  if (IsUtf8(plain)) return plain;
+  std::string utf8;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      utf8 += c;
+    } else {
+      utf8 += static_cast<char>(0xC0 | (byte >> 6));
+      utf8 += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+void AppendShortest(std::string& text, float value) {
+  char digits[32];
+  text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+}  // namespace kem::tool

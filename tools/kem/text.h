@@ -1,0 +1,15 @@
+// Text and numbers as other programs expect them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kem::tool {
+
+// Text of a data file as UTF-8; what is not UTF-8 yet is taken for Latin-1.
+std::string Utf8(std::string_view text);
+
+// Appends the shortest text that reads back as the same float.
+void AppendShortest(std::string& text, float value);
+
+}  // namespace kem::tool

@@ -140,6 +140,9 @@ TEST_CASE("columns: what is written is read back, with a running X of a defined 
   std::string none = folder.Path("none.prn");
   CHECK(empty.WriteXYPrn(none.data()) == 0);
   CHECK(PrnType(AllocZ, 2, 2).WriteXYPrn(none.data()) == 0);
+  PrnType named(AllocX);
+  named.nY = 3;  // a shape that stores nothing, whatever its counts say
+  CHECK(named.WriteXYPrn(none.data()) == 0);
   CHECK_FALSE(std::filesystem::exists(none));
   std::string nowhere = folder.Path("no/such/folder.prn");
   CHECK(curve.WriteXYPrn(nowhere.data()) == 0);

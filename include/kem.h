@@ -563,6 +563,11 @@ class KEM_API PrnType {
 
   /// \name Median filters and smoothing
   /// @{
+
+  PrnType& Median2D(int w) const;
+  PrnType& Median3D(int w) const;
+  PrnType& XSmooth(int w) const;
+  PrnType& YSmooth(int w) const;
   /// @}
 
   /// \name Differentiation and integration

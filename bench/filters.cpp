@@ -63,8 +63,8 @@ void Sorted(benchmark::State& state, const float* const* rows, int nX, int nY, i
   const int i = nX / 2;
   for (auto _ : state)
     for (int j = 0; j < kPart; ++j) benchmark::DoNotOptimize(median(i, nY / 2 + j));
-  state.counters["all_ms"] =
-      benchmark::Counter(1e-3 * kPart / nY / nX, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  state.counters["all_ms"] = benchmark::Counter(
+      1e-3 * kPart / nY / nX, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
 void SortedImage(benchmark::State& state) {
@@ -83,7 +83,8 @@ void YSmooth(benchmark::State& state) { Run(state, Image(), &PrnType::YSmooth); 
 
 BENCHMARK(Median3D)->Arg(3)->Arg(5)->Arg(9)->Arg(21)->Unit(benchmark::kMillisecond);
 BENCHMARK(SortedImage)->Arg(3)->Arg(5)->Arg(9)->Arg(21)->Unit(benchmark::kMillisecond);
-BENCHMARK(Median2D)->Arg(5)->Arg(7)->Arg(9)->Arg(11)->Arg(13)->Arg(15)->Arg(17)->Arg(51)->Arg(501)->Unit(benchmark::kMillisecond);
+BENCHMARK(Median2D)->Arg(5)->Arg(7)->Arg(9)->Arg(11)->Arg(13)->Arg(15)->Arg(17)->Arg(51)->Arg(501)->Unit(
+    benchmark::kMillisecond);
 BENCHMARK(SortedTrace)->Arg(5)->Arg(51)->Arg(501)->Unit(benchmark::kMillisecond);
 BENCHMARK(XSmooth)->Arg(5)->Arg(9)->Arg(21)->Unit(benchmark::kMillisecond);
 BENCHMARK(YSmooth)->Arg(5)->Arg(9)->Arg(21)->Unit(benchmark::kMillisecond);

@@ -564,9 +564,20 @@ class KEM_API PrnType {
   /// \name Median filters and smoothing
   /// @{
 
+  /// A curve with each value replaced by a median of the \p w samples around it, fewer at the ends. An even
+  /// width counts as the next odd one, one below 1 as 1. The last sample of a span is left out: of the 2h others
+  /// of a whole span the median is the one with h below it. Values that are not a number sort after all others,
+  /// -0 before 0. The time hardly depends on \p w.
   PrnType& Median2D(int w) const;
+  /// A grid with each value replaced by a median of the \p w by \p w samples around it, likewise; the value lies
+  /// one place higher than in a curve, and in a span of two or three samples is the last. The time grows with
+  /// \p w, not with its square.
   PrnType& Median3D(int w) const;
+  /// A curve or grid smoothed along X by fitting a parabola to each \p w samples (Savitzky and Golay, Analytical
+  /// Chemistry 36 (1964) 1627). Widths are 5, 7, 9, 13, 17 and 21; there must be more samples than that, and w/2
+  /// are lost at each end. The axes are put into ascending order first, see \ref SortAxes.
   PrnType& XSmooth(int w) const;
+  /// A grid smoothed along Y, likewise.
   PrnType& YSmooth(int w) const;
   /// @}
 

@@ -6,6 +6,7 @@
 
 #include "analysis/axis.h"
 #include "analysis/result.h"
+#include "analysis/sorted.h"
 #include "analysis/window.h"
 #include "arith/equal.h"
 #include "record/storage.h"
@@ -14,12 +15,6 @@ using namespace kem::analysis;
 using kem::record::OwnsArrays;
 
 namespace {
-
-PrnType Sorted(const PrnType& source) {
-  PrnType sorted(source);
-  sorted.SortAxes();
-  return sorted;
-}
 
 // ------------------------------------------------------------ derivatives
 
@@ -59,9 +54,9 @@ float Plus(float sum, double piece) { return static_cast<float>(static_cast<doub
 // first sample of the curve. Bounds between two samples give two pieces that overlap, one of negative width.
 template <class Piece>
 float IntegralOfCurve(const PrnType& source, float x1, float x2, Piece piece) {
-  const PrnType curve = Sorted(source);
-  const AxisValues x = SampledX(curve);
-  const float* y = curve.yArray;
+  const Sorted curve(source);
+  const AxisValues x = SampledX(*curve);
+  const float* y = curve->yArray;
   auto k = static_cast<std::size_t>(FirstFrom(x, x1));
   if (k == x.size()) return 0;
   float sum = 0;
@@ -93,12 +88,12 @@ Weights WeightsOf(const AxisValues& axis, float low, float high) {
 
 template <class Piece>
 float IntegralOfGrid(const PrnType& source, float x1, float x2, float y1, float y2, Piece piece) {
-  const PrnType grid = Sorted(source);
-  const Weights w = WeightsOf(XValues(grid), x1, x2);
-  const Weights v = WeightsOf(YValues(grid), y1, y2);
+  const Sorted grid(source);
+  const Weights w = WeightsOf(XValues(*grid), x1, x2);
+  const Weights v = WeightsOf(YValues(*grid), y1, y2);
   float sum = 0;
   for (std::size_t k = 0; k < w.of.size(); ++k) {
-    const float* row = grid.zArray[static_cast<std::size_t>(w.first) + k] + v.first;
+    const float* row = grid->zArray[static_cast<std::size_t>(w.first) + k] + v.first;
     for (std::size_t j = 0; j < v.of.size(); ++j) sum += piece(w.of[k] * v.of[j] * row[j]);
   }
   return sum;
@@ -137,15 +132,15 @@ PrnType& Finish(std::unique_ptr<PrnType> profile, const Band& band) {
 
 PrnType& PrnType::XDiff() const {
   if (!OwnsArrays(allocType) || KeptX(*this).count < kLeastSamples) return *new PrnType;
-  const PrnType sorted = Sorted(*this);
-  const KeptAxis x = Inner(KeptX(sorted), kReach);
+  const Sorted sorted(*this);
+  const KeptAxis x = Inner(KeptX(*sorted), kReach);
   auto result = NewResult(*this, allocType, x.count, nY);
-  result->CopyHeader(sorted);
+  result->CopyHeader(*sorted);
   if (Is3D()) {
-    for (int k = 0; k < x.count; ++k) SlopesAcross(sorted.zArray + k, result->zArray[k], nY);
-    SetY(*result, KeptY(sorted));
+    for (int k = 0; k < x.count; ++k) SlopesAcross(sorted->zArray + k, result->zArray[k], nY);
+    SetY(*result, KeptY(*sorted));
   } else {
-    SlopesAlong(sorted.yArray, result->yArray, x.count);
+    SlopesAlong(sorted->yArray, result->yArray, x.count);
   }
   SetX(*result, x);
   result->MinMax();
@@ -154,12 +149,12 @@ PrnType& PrnType::XDiff() const {
 
 PrnType& PrnType::YDiff() const {
   if (!OwnsArrays(allocType) || !Is3D() || nY < kLeastSamples) return *new PrnType;
-  const PrnType sorted = Sorted(*this);
+  const Sorted sorted(*this);
   auto result = NewResult(*this, allocType, nX, nY - 2 * kReach);
-  result->CopyHeader(sorted);
-  for (int i = 0; i < nX; ++i) SlopesAlong(sorted.zArray[i], result->zArray[i], result->nY);
-  SetX(*result, KeptX(sorted));
-  SetY(*result, Inner(KeptY(sorted), kReach));
+  result->CopyHeader(*sorted);
+  for (int i = 0; i < nX; ++i) SlopesAlong(sorted->zArray[i], result->zArray[i], result->nY);
+  SetX(*result, KeptX(*sorted));
+  SetY(*result, Inner(KeptY(*sorted), kReach));
   result->MinMax();
   return *result.release();
 }
@@ -174,13 +169,13 @@ float PrnType::AbsIntegral(float x1, float x2, float y1, float y2) const {
 
 PrnType& PrnType::IntegrateY(float y1, float y2) const {
   if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
-  const PrnType grid = Sorted(*this);
-  const AxisValues y = YValues(grid);
+  const Sorted grid(*this);
+  const AxisValues y = YValues(*grid);
   const Band band = BandOf(y, y1, y2);
   if (band.empty) return *new PrnType;
-  auto profile = NewProfile(*this, KeptX(grid));
+  auto profile = NewProfile(*this, KeptX(*grid));
   for (int i = 0; i < nX; ++i) {
-    const float* row = grid.zArray[i];
+    const float* row = grid->zArray[i];
     float sum = 0;
     for (auto j = static_cast<std::size_t>(band.first); j < static_cast<std::size_t>(band.last); ++j)
       sum = Plus(sum, Trapezoid(y[j + 1] - y[j], row[j], row[j + 1]));
@@ -191,16 +186,16 @@ PrnType& PrnType::IntegrateY(float y1, float y2) const {
 
 PrnType& PrnType::IntegrateX(float x1, float x2) const {
   if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
-  const PrnType grid = Sorted(*this);
-  const AxisValues x = XValues(grid);
+  const Sorted grid(*this);
+  const AxisValues x = XValues(*grid);
   const Band band = BandOf(x, x1, x2);
   if (band.empty) return *new PrnType;
-  auto profile = NewProfile(*this, KeptY(grid));
+  auto profile = NewProfile(*this, KeptY(*grid));
   float* sums = profile->yArray;
   std::fill_n(sums, nY, 0.0f);
   for (auto i = static_cast<std::size_t>(band.first); i < static_cast<std::size_t>(band.last); ++i)
     for (int j = 0; j < nY; ++j)
-      sums[j] = Plus(sums[j], Trapezoid(x[i + 1] - x[i], grid.zArray[i][j], grid.zArray[i + 1][j]));
+      sums[j] = Plus(sums[j], Trapezoid(x[i + 1] - x[i], grid->zArray[i][j], grid->zArray[i + 1][j]));
   return Finish(std::move(profile), band);
 }
 

@@ -1,8 +1,9 @@
-// Sliding medians of curves and grids. A span is never sorted for the sake of one value: narrow spans are
-// selected from for many values at once, wide ones are kept as a set of ranks that moves along.
+// Sliding medians of curves and grids. No span is sorted for the sake of one value: from narrow spans the values
+// of many neighbours are selected side by side, wide spans are sets of ranks that move along.
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <numeric>
@@ -16,24 +17,14 @@ using namespace kem::record;
 
 namespace {
 
-// Orders floats as integers: -0 comes before 0, what is not a number after all others, its sign dropped.
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-
-std::int32_t KeyOf(float value) {
-  const auto bits = std::bit_cast<std::int32_t>(value);
-  const std::int32_t magnitude = bits & kMost;
-  const std::int32_t ordered = bits < 0 ? bits ^ kMost : bits;
-  return magnitude > std::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity()) ? magnitude : ordered;
-}
-
-float ValueOf(std::int32_t key) { return std::bit_cast<float>(key < 0 ? key ^ kMost : key); }
+using Index = std::ptrdiff_t;  // products of widths and counts fit in it
 
 // Samples from <= k < to of one axis.
 struct Span {
-  int from;
-  int to;
+  Index from;
+  Index to;
 
-  int Count() const { return std::max(to - from, 0); }
+  Index Count() const { return std::max<Index>(to - from, 0); }
 };
 
 // A rectangle of samples: rows along X, columns along Y.
@@ -41,41 +32,50 @@ struct Area {
   Span x;
   Span y;
 
-  std::size_t Count() const { return static_cast<std::size_t>(x.Count()) * static_cast<std::size_t>(y.Count()); }
+  Index Count() const { return x.Count() * y.Count(); }
 };
 
-// The values of a grid, or of a curve as its only row, and how far a median looks around.
+// The values of a grid, or of a curve as a grid of one row, and the medians asked for.
 struct Field {
   const float* const* rows;
-  int nX;
-  int nY;
-  int halfX;
-  int halfY;
-  int above;  // 0 or 1: how many places above the middle the value is taken
+  Index nX;
+  Index nY;
+  Index halfX;  // how far a span reaches to either side
+  Index halfY;
+  Index above;  // how many places above the middle the value is taken
 
-  Span AroundX(int i) const { return Around(i, halfX, nX); }
-  Span AroundY(int j) const { return Around(j, halfY, nY); }
+  Span AroundX(Index i) const { return {std::max<Index>(0, i - halfX), std::min(nX, i + halfX + 1)}; }
+  Span AroundY(Index j) const { return {std::max<Index>(0, j - halfY), std::min(nY, j + halfY + 1)}; }
 
-  // Where the value stands once all collected values but the last are sorted.
-  std::size_t Place(std::size_t collected) const {
-    return (collected - 1) / 2 + static_cast<std::size_t>(above);
-  }
-
- private:
-  static Span Around(int k, int half, int count) {
-    const int to = std::min(count, k + half + 1);
-    return {std::min(std::max(0, k - half), to), to};
-  }
+  // A span is collected column by column and all but its last value sorted; this is where its median then is.
+  // In a grid's spans of two or three values that is the last value itself.
+  Index Place(Index collected) const { return std::min((collected - 1) / 2 + above, collected - 1); }
 };
+
+// Floats as integers of the same order. -0 comes before 0; what is not a number comes after all others and loses
+// its sign.
+constexpr std::int32_t kMagnitude = 0x7fffffff;
+constexpr auto kInfinity = std::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity());
+
+std::int32_t KeyOf(float value) {
+  const auto bits = std::bit_cast<std::int32_t>(value);
+  const std::int32_t magnitude = bits & kMagnitude;
+  const std::int32_t ordered = bits < 0 ? bits ^ kMagnitude : bits;
+  return magnitude > kInfinity ? magnitude : ordered;
+}
+
+float ValueOf(std::int32_t key) { return std::bit_cast<float>(key < 0 ? key ^ kMagnitude : key); }
 
 // ------------------------------------------------------------ narrow spans
 
-constexpr int kMostSelected = 14;
-constexpr int kLanes = 64;
-using Lanes = std::array<std::int32_t, kLanes>;
+// From about here on ranks are faster.
+constexpr int kMostSorted = 14;
 
-void Exchange(Lanes& low, Lanes& high) {
-  for (int k = 0; k < kLanes; ++k) {
+// The same value of the spans of neighbouring samples.
+using Lanes = std::array<std::int32_t, 64>;
+
+void Order(Lanes& low, Lanes& high) {
+  for (std::size_t k = 0; k < low.size(); ++k) {
     const std::int32_t a = low[k];
     const std::int32_t b = high[k];
     low[k] = a < b ? a : b;
@@ -83,37 +83,38 @@ void Exchange(Lanes& low, Lanes& high) {
   }
 }
 
-// For spans of up to kMostSelected + 1 values: a partial bubble sort, which takes the same steps for whatever
-// values, so that it runs side by side for many neighbours along a row. `inner` has whole spans only.
-void SelectSideBySide(const Field& field, const Area& inner, float* const* result) {
-  std::array<Lanes, kMostSelected> sorted = {};
-  const int collected = (2 * field.halfX + 1) * (2 * field.halfY + 1);
-  const int place = static_cast<int>(field.Place(static_cast<std::size_t>(collected)));
-  for (int i = inner.x.from; i < inner.x.to; ++i)
-    for (int j = inner.y.from; j < inner.y.to; j += kLanes) {
-      const int lanes = std::min(kLanes, inner.y.to - j);
-      for (int k = 0; k < collected - 1; ++k) {
-        const int side = 2 * field.halfX + 1;
-        const float* values = field.rows[i - field.halfX + k % side] + j - field.halfY + k / side;
-        for (int lane = 0; lane < lanes; ++lane) sorted[k][lane] = KeyOf(values[lane]);
+// For whole spans of two to kMostSorted values and a last one. Largest values are moved to the top until the place
+// of the median is reached: steps that do not depend on the values and so are taken for all lanes at once.
+void SelectSideBySide(const Field& field, const Area& area, float* const* result) {
+  const Index height = 2 * field.halfX + 1;
+  const Index sorted = height * (2 * field.halfY + 1) - 1;
+  const Index place = field.Place(sorted + 1);
+  std::array<Lanes, kMostSorted> span = {};
+  for (Index i = area.x.from; i < area.x.to; ++i)
+    for (Index j = area.y.from; j < area.y.to; j += std::ssize(span[0])) {
+      const Index lanes = std::min(std::ssize(span[0]), area.y.to - j);
+      for (Index k = 0; k < sorted; ++k) {
+        const float* values = field.rows[i - field.halfX + k % height] + j - field.halfY + k / height;
+        std::transform(values, values + lanes, span[k].begin(), KeyOf);
       }
-      for (int top = collected - 2; top >= place; --top)
-        for (int k = 0; k < top; ++k) Exchange(sorted[k], sorted[top]);
-      for (int lane = 0; lane < lanes; ++lane) result[i][j + lane] = ValueOf(sorted[place][lane]);
+      for (Index top = sorted - 1; top >= place; --top)
+        for (Index k = 0; k < top; ++k) Order(span[k], span[top]);
+      std::transform(span[place].begin(), span[place].begin() + lanes, result[i] + j, ValueOf);
     }
 }
 
 // ------------------------------------------------------------ wide spans
 
-int CountBits(std::uint64_t bits) {
+// In place of std::popcount, which is a call where the processor is not known to count.
+std::size_t CountBits(std::uint64_t bits) {
   bits -= bits >> 1 & 0x5555555555555555;
   bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
   bits = (bits + (bits >> 4)) & 0x0f0f0f0f0f0f0f0f;
-  return static_cast<int>(bits * 0x0101010101010101 >> 56);
+  return bits * 0x0101010101010101 >> 56;
 }
 
-// A set of ranks, one bit each, that remembers how many lie below the word where it was last searched. The next
-// search starts there, and medians of spans that overlap are close to each other.
+// A set of ranks, one bit each. It knows how many members lie below the word where it was last searched, and
+// starts the next search there: medians of spans that overlap are close to each other.
 class RankSet {
  public:
   void Clear(std::size_t size) {
@@ -129,13 +130,13 @@ class RankSet {
     words_[rank / 64] &= ~(std::uint64_t{1} << rank % 64);
     below_ -= rank / 64 < word_;
   }
-  // The member that has `place` members below it.
-  std::uint32_t At(std::size_t place) {
+  // The member with `place` members below it.
+  std::size_t At(std::size_t place) {
     while (below_ > place) below_ -= CountBits(words_[--word_]);
     for (std::size_t here; below_ + (here = CountBits(words_[word_])) <= place; ++word_) below_ += here;
     std::uint64_t bits = words_[word_];
     for (std::size_t k = below_; k < place; ++k) bits &= bits - 1;
-    return static_cast<std::uint32_t>(word_ * 64) + static_cast<std::uint32_t>(std::countr_zero(bits));
+    return word_ * 64 + static_cast<std::size_t>(std::countr_zero(bits));
   }
 
  private:
@@ -144,149 +145,147 @@ class RankSet {
   std::size_t below_ = 0;
 };
 
-// Moves a span, line by line.
-template <class Add, class Remove>
-void Slide(Span& span, const Span& target, Add add, Remove remove) {
-  while (span.to < target.to) add(span.to++);
-  while (span.from > target.from) add(--span.from);
-  while (span.from < target.from) remove(span.from++);
-  while (span.to > target.to) remove(--span.to);
-}
-
-// Medians of a tile of the result. All values that its spans reach are ranked once; a span is then a set of
-// ranks, and from one sample to the next only the values at two of its edges enter and leave.
+// Medians of a tile of the result, for spans of any size. All values that its spans reach are ranked once; then a
+// span is a set of ranks, and from one sample to the next only the values at two of its edges enter and leave.
 class RankedTile {
  public:
-  void Run(const Field& field, const Area& tile, float* const* result) {
-    reach_ = {{field.AroundX(tile.x.from).from, field.AroundX(tile.x.to - 1).to},
-              {field.AroundY(tile.y.from).from, field.AroundY(tile.y.to - 1).to}};
-    Rank(field.rows);
+  explicit RankedTile(const Field& field) : field_(field) {}
+
+  void Run(const Area& tile, float* const* result) {
+    reach_ = {{field_.AroundX(tile.x.from).from, field_.AroundX(tile.x.to - 1).to},
+              {field_.AroundY(tile.y.from).from, field_.AroundY(tile.y.to - 1).to}};
+    Rank();
     set_.Clear(keys_.size());
     span_ = {{reach_.x.from, reach_.x.from}, {reach_.y.from, reach_.y.from}};
-    for (int i = tile.x.from; i < tile.x.to; ++i) {
-      MoveX(field.AroundX(i));
+    for (Index i = tile.x.from; i < tile.x.to; ++i) {
+      MoveX(field_.AroundX(i));
       const bool back = (i - tile.x.from) % 2 != 0;  // to and fro, so that the set is never filled anew
-      for (int k = 0; k < tile.y.Count(); ++k) {
-        const int j = back ? tile.y.to - 1 - k : tile.y.from + k;
-        MoveY(field.AroundY(j));
-        result[i][j] = Take(field, field.rows[i][j]);
+      for (Index k = 0; k < tile.y.Count(); ++k) {
+        const Index j = back ? tile.y.to - 1 - k : tile.y.from + k;
+        MoveY(field_.AroundY(j));
+        result[i][j] = Median();
       }
     }
   }
 
  private:
   // By columns, so that what enters and leaves along a row lies side by side.
-  std::size_t IndexOf(int i, int j) const {
-    return static_cast<std::size_t>(j - reach_.y.from) * static_cast<std::size_t>(reach_.x.Count()) +
-           static_cast<std::size_t>(i - reach_.x.from);
-  }
+  Index At(Index i, Index j) const { return (j - reach_.y.from) * reach_.x.Count() + i - reach_.x.from; }
 
-  void Rank(const float* const* rows) {
-    keys_.resize(reach_.Count());
-    order_.resize(keys_.size());
-    ranks_.resize(keys_.size());
-    for (int i = reach_.x.from; i < reach_.x.to; ++i)
-      for (int j = reach_.y.from; j < reach_.y.to; ++j) keys_[IndexOf(i, j)] = KeyOf(rows[i][j]);
+  void Rank() {
+    const auto size = static_cast<std::size_t>(reach_.Count());
+    keys_.resize(size);
+    order_.resize(size);
+    ranks_.resize(size);
+    for (Index i = reach_.x.from; i < reach_.x.to; ++i)
+      for (Index j = reach_.y.from; j < reach_.y.to; ++j) keys_[At(i, j)] = KeyOf(field_.rows[i][j]);
     std::iota(order_.begin(), order_.end(), 0u);
-    for (int byte = 0; byte < 4; ++byte) {
-      SortByByte(byte);
-      order_.swap(ranks_);
-    }
-    for (std::size_t rank = 0; rank < order_.size(); ++rank) ranks_[order_[rank]] = static_cast<std::uint32_t>(rank);
+    for (const int byte : {0, 1, 2, 3}) SortByByte(byte);
+    for (std::uint32_t rank = 0; rank < size; ++rank) ranks_[order_[rank]] = rank;
   }
 
-  // One pass of a radix sort, from order_ to ranks_.
+  // One pass of a radix sort of the order; equal digits keep theirs.
   void SortByByte(int byte) {
     const auto digit = [byte](std::int32_t key) {
-      return (static_cast<std::uint32_t>(key) ^ 0x80000000) >> (8 * byte) & 0xff;
+      return (static_cast<std::uint32_t>(key) ^ 0x80000000) >> 8 * byte & 0xff;
     };
     std::array<std::uint32_t, 257> start = {};
     for (const std::int32_t key : keys_) ++start[digit(key) + 1];
     std::partial_sum(start.begin(), start.end(), start.begin());
     for (const std::uint32_t index : order_) ranks_[start[digit(keys_[index])]++] = index;
+    order_.swap(ranks_);
   }
 
   void MoveX(const Span& x) {
-    const auto each = [this](int i, auto change) {
-      for (int j = span_.y.from; j < span_.y.to; ++j) change(ranks_[IndexOf(i, j)]);
-    };
-    Slide(
-        span_.x, x, [&](int i) { each(i, [this](std::uint32_t rank) { set_.Add(rank); }); },
-        [&](int i) { each(i, [this](std::uint32_t rank) { set_.Remove(rank); }); });
+    Slide(span_.x, x, [this](Index i, auto change) {
+      for (Index j = span_.y.from; j < span_.y.to; ++j) change(ranks_[At(i, j)]);
+    });
   }
 
   void MoveY(const Span& y) {
-    const auto each = [this](int j, auto change) {
-      const std::uint32_t* column = &ranks_[IndexOf(span_.x.from, j)];
-      for (int k = 0; k < span_.x.Count(); ++k) change(column[k]);
-    };
-    Slide(
-        span_.y, y, [&](int j) { each(j, [this](std::uint32_t rank) { set_.Add(rank); }); },
-        [&](int j) { each(j, [this](std::uint32_t rank) { set_.Remove(rank); }); });
+    Slide(span_.y, y, [this](Index j, auto change) {
+      for (Index i = span_.x.from; i < span_.x.to; ++i) change(ranks_[At(i, j)]);
+    });
   }
 
-  float Take(const Field& field, float centre) {
-    const std::size_t collected = span_.Count();
-    if (collected == 0) return centre;
-    const std::uint32_t last = ranks_[IndexOf(span_.x.to - 1, span_.y.to - 1)];
-    const std::size_t place = field.Place(collected);
-    if (place >= collected - 1) return ValueOf(keys_[order_[last]]);
+  // `visit(k, change)` changes the set by all ranks of line k.
+  template <class Visit>
+  void Slide(Span& span, const Span& target, Visit visit) {
+    const auto add = [this](std::uint32_t rank) { set_.Add(rank); };
+    const auto remove = [this](std::uint32_t rank) { set_.Remove(rank); };
+    while (span.to < target.to) visit(span.to++, add);
+    while (span.from > target.from) visit(--span.from, add);
+    while (span.from < target.from) visit(span.from++, remove);
+    while (span.to > target.to) visit(--span.to, remove);
+  }
+
+  float Median() {
+    const Index collected = span_.Count();
+    const Index place = field_.Place(collected);
+    const std::uint32_t last = ranks_[At(span_.x.to - 1, span_.y.to - 1)];
+    if (place == collected - 1) return ValueOf(keys_[order_[last]]);
     set_.Remove(last);
-    const std::uint32_t rank = set_.At(place);
+    const std::size_t rank = set_.At(static_cast<std::size_t>(place));
     set_.Add(last);
     return ValueOf(keys_[order_[rank]]);
   }
 
+  Field field_;
   Area reach_ = {};
   Area span_ = {};
   std::vector<std::int32_t> keys_;
-  std::vector<std::uint32_t> order_;
-  std::vector<std::uint32_t> ranks_;
+  std::vector<std::uint32_t> order_;  // index of the value of each rank
+  std::vector<std::uint32_t> ranks_;  // rank of each value
   RankSet set_;
 };
 
+// Tiles are several spans wide, so that few values are ranked twice, and else small enough for the fastest memory.
 void SelectByRank(const Field& field, const Area& area, float* const* result) {
-  constexpr int kLeast = 32;
-  constexpr int kTile = 2048;
-  RankedTile tile;
-  const int height = std::min(std::max(kLeast, 4 * field.halfX), field.nX);
-  const int width = std::max({kLeast, 4 * field.halfY, kTile / height});
-  for (int i = area.x.from; i < area.x.to; i += height)
-    for (int j = area.y.from; j < area.y.to; j += width)
-      tile.Run(field, {{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
+  constexpr Index kLeastSide = 32;
+  constexpr Index kLeastSize = 2048;
+  const Index height = std::min(std::max(kLeastSide, 4 * field.halfX), field.nX);
+  const Index width = std::max({kLeastSide, 4 * field.halfY, kLeastSize / std::max<Index>(height, 1)});
+  RankedTile tile(field);
+  for (Index i = area.x.from; i < area.x.to; i += height)
+    for (Index j = area.y.from; j < area.y.to; j += width)
+      tile.Run({{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
 }
 
 // ------------------------------------------------------------ both
 
-void Median(const Field& field, int columns, float* const* result) {
-  const Area all = {{0, field.nX}, {0, columns}};
-  const Area inner = {{field.halfX, field.nX - field.halfX}, {field.halfY, field.nY - field.halfY}};
-  const int largest = kMostSelected + 1;
-  if (inner.Count() == 0 || 2 * field.halfY >= largest || (2 * field.halfX + 1) * (2 * field.halfY + 1) > largest)
-    return SelectByRank(field, all, result);
-  if (field.halfY > 0) SelectSideBySide(field, inner, result);
-  SelectByRank(field, {all.x, {0, inner.y.from}}, result);
-  SelectByRank(field, {all.x, {inner.y.to, columns}}, result);
-  SelectByRank(field, {{0, inner.x.from}, inner.y}, result);
-  SelectByRank(field, {{inner.x.to, field.nX}, inner.y}, result);
+void Medians(const Field& field, float* const* result) {
+  const Area all = {{0, field.nX}, {0, field.nY}};
+  const Area whole = {{field.halfX, field.nX - field.halfX}, {field.halfY, field.nY - field.halfY}};
+  if (field.halfY == 0) {
+    for (Index i = 0; i < field.nX; ++i) std::copy_n(field.rows[i], field.nY, result[i]);
+    return;
+  }
+  const bool narrow = (2 * field.halfX + 1) * (2 * field.halfY + 1) <= kMostSorted + 1;
+  if (!narrow || whole.Count() == 0) return SelectByRank(field, all, result);
+  SelectSideBySide(field, whole, result);
+  SelectByRank(field, {{0, whole.x.from}, all.y}, result);
+  SelectByRank(field, {{whole.x.to, field.nX}, all.y}, result);
+  SelectByRank(field, {whole.x, {0, whole.y.from}}, result);
+  SelectByRank(field, {whole.x, {whole.y.to, field.nY}}, result);
 }
 
-int HalfOf(int width) { return std::max(width, 0) / 2; }
+// An even width counts as the next odd one, a negative one as 1.
+Index HalfOf(int width) { return std::max(width, 0) / 2; }
 
 }  // namespace
 
 PrnType& PrnType::Median2D(int w) const {
   if (!OwnsArrays(allocType) || Is3D()) return *new PrnType;
-  auto result = NewResult(*this, allocType, nY);
-  if (HasX()) std::copy_n(xArray, nY, result->xArray);
+  const KeptAxis x = KeptX(*this);
+  auto result = NewResult(*this, allocType, x.count);
+  SetX(*result, x);
+  result->CopyHeader(*this);
   result->xStart = xStart;
   result->xEnd = xEnd;
   result->xStep = xStep;
   result->yStart = yStart;
   result->yEnd = yEnd;
-  result->CopyHeader(*this);
-  const int half = std::min(HalfOf(w), std::max(nY, 0));
-  Median({&yArray, 1, std::min(nX, nY), 0, half, 0}, nY, &result->yArray);
+  Medians({&yArray, 1, x.count, 0, HalfOf(w), 0}, &result->yArray);
   return *result.release();
 }
 
@@ -295,6 +294,7 @@ PrnType& PrnType::Median3D(int w) const {
   auto result = NewResult(*this, allocType, nX, nY);
   SetX(*result, KeptX(*this));
   SetY(*result, KeptY(*this));
+  result->CopyHeader(*this);
   result->xStep = xStep;
   result->xStart = xStart;
   result->xEnd = xEnd;
@@ -303,8 +303,6 @@ PrnType& PrnType::Median3D(int w) const {
   result->yEnd = yEnd;
   result->zMin = zMin;
   result->zMax = zMax;
-  result->CopyHeader(*this);
-  const int half = std::min(HalfOf(w), std::max(nX, nY));
-  Median({zArray, nX, nY, half, half, 1}, nY, result->zArray);
+  Medians({zArray, nX, nY, HalfOf(w), HalfOf(w), 1}, result->zArray);
   return *result.release();
 }

@@ -2,10 +2,9 @@
 // surroundings, Analytical Chemistry 36 (1964) 1627.
 #include <algorithm>
 #include <array>
-#include <span>
-#include <vector>
 
 #include "analysis/result.h"
+#include "analysis/sorted.h"
 #include "record/storage.h"
 
 using namespace kem::analysis;
@@ -15,7 +14,7 @@ namespace {
 
 struct Filter {
   int width;
-  double sum;                       // of the weights of all samples
+  double sum;                      // of the weights of all samples
   std::array<double, 11> weights;  // from the centre outwards
 
   int Margin() const { return width / 2; }
@@ -35,50 +34,58 @@ const Filter* FilterOf(int width) {
   return filter == std::end(kFilters) ? nullptr : filter;
 }
 
-// One run of smoothed values. `samples(k)` is the run of values k samples from the centre.
+// Values smoothed side by side, few enough that sums and samples stay in the fastest memory.
+constexpr int kLanes = 256;
+
+// A run of up to kLanes smoothed values. `samples(k)` is the run k samples away from the centre.
 template <class Samples>
-void Smooth(const Filter& filter, Samples samples, float* result, int count) {
-  constexpr int kLanes = 256;
+void Smooth(const Filter& filter, Samples samples, float* result, int lanes) {
   std::array<double, kLanes> sum;
+  const float* centre = samples(0);
+  for (int k = 0; k < lanes; ++k) sum[k] = filter.weights[0] * static_cast<double>(centre[k]);
+  for (int i = 1; i <= filter.Margin(); ++i) {
+    const float* before = samples(-i);
+    const float* after = samples(i);
+    const double weight = filter.weights[i];
+    for (int k = 0; k < lanes; ++k) sum[k] += weight * static_cast<double>(before[k] + after[k]);
+  }
+  for (int k = 0; k < lanes; ++k) result[k] = static_cast<float>(sum[k] / filter.sum);
+}
+
+// Smooths a sequence.
+void SmoothAlong(const Filter& filter, const float* values, float* result, int count) {
   for (int at = 0; at < count; at += kLanes) {
-    const int lanes = std::min(kLanes, count - at);
-    const float* centre = samples(0) + at;
-    for (int k = 0; k < lanes; ++k) sum[k] = filter.weights[0] * static_cast<double>(centre[k]);
-    for (int i = 1; i <= filter.Margin(); ++i) {
-      const float* before = samples(-i) + at;
-      const float* after = samples(i) + at;
-      const double weight = filter.weights[static_cast<std::size_t>(i)];
-      for (int k = 0; k < lanes; ++k) sum[k] += weight * static_cast<double>(before[k] + after[k]);
-    }
-    for (int k = 0; k < lanes; ++k) result[at + k] = static_cast<float>(sum[k] / filter.sum);
+    const float* centre = values + filter.Margin() + at;
+    Smooth(
+        filter, [centre](int k) { return centre + k; }, result + at, std::min(kLanes, count - at));
   }
 }
 
-void SmoothAlong(const Filter& filter, const float* values, float* result, int count) {
-  const float* centre = values + filter.Margin();
-  Smooth(filter, [centre](int k) { return centre + k; }, result, count);
+// Smooths each column, strip by strip: the rows of a strip are read again for the next values while they are near.
+void SmoothAcross(const Filter& filter, const float* const* rows, float* const* result, int count, int columns) {
+  for (int j = 0; j < columns; j += kLanes)
+    for (int i = 0; i < count; ++i) {
+      const float* const* centre = rows + filter.Margin() + i;
+      Smooth(
+          filter, [centre, j](int k) { return centre[k] + j; }, result[i] + j, std::min(kLanes, columns - j));
+    }
 }
 
 }  // namespace
 
 PrnType& PrnType::XSmooth(int w) const {
   const Filter* filter = FilterOf(w);
-  const int count = Is3D() ? nX : nY;
-  if (!filter || !OwnsArrays(allocType) || count <= w) return *new PrnType;
-  PrnType source(*this);
-  source.SortAxes();
-  const int margin = filter->Margin();
-  auto result = NewResult(source, allocType, count - 2 * margin, nY);
-  result->CopyHeader(source);
-  KeptAxis x = KeptX(source);
-  x.count = count;
-  SetX(*result, Inner(x, margin));
+  if (!filter || !OwnsArrays(allocType) || KeptX(*this).count <= w) return *new PrnType;
+  const Sorted source(*this);
+  const KeptAxis x = Inner(KeptX(*source), filter->Margin());
+  auto result = NewResult(*this, allocType, x.count, nY);
+  result->CopyHeader(*source);
+  SetX(*result, x);
   if (Is3D()) {
-    SetY(*result, KeptY(source));
-    for (int i = 0; i < result->nX; ++i)
-      Smooth(*filter, [&](int k) { return source.zArray[i + margin + k]; }, result->zArray[i], nY);
+    SetY(*result, KeptY(*source));
+    SmoothAcross(*filter, source->zArray, result->zArray, x.count, nY);
   } else {
-    SmoothAlong(*filter, source.yArray, result->yArray, result->nY);
+    SmoothAlong(*filter, source->yArray, result->yArray, x.count);
   }
   result->MinMax();
   return *result.release();
@@ -87,14 +94,13 @@ PrnType& PrnType::XSmooth(int w) const {
 PrnType& PrnType::YSmooth(int w) const {
   const Filter* filter = FilterOf(w);
   if (!filter || !OwnsArrays(allocType) || !Is3D() || nY <= w) return *new PrnType;
-  PrnType source(*this);
-  source.SortAxes();
-  const int margin = filter->Margin();
-  auto result = NewResult(source, allocType, nX, nY - 2 * margin);
-  result->CopyHeader(source);
-  SetX(*result, KeptX(source));
-  SetY(*result, Inner(KeptY(source), margin));
-  for (int i = 0; i < nX; ++i) SmoothAlong(*filter, source.zArray[i], result->zArray[i], result->nY);
+  const Sorted source(*this);
+  const KeptAxis y = Inner(KeptY(*source), filter->Margin());
+  auto result = NewResult(*this, allocType, nX, y.count);
+  result->CopyHeader(*source);
+  SetX(*result, KeptX(*source));
+  SetY(*result, y);
+  for (int i = 0; i < nX; ++i) SmoothAlong(*filter, source->zArray[i], result->zArray[i], y.count);
   result->MinMax();
   return *result.release();
 }

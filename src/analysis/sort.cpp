@@ -6,13 +6,20 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/result.h"
+#include "analysis/sorted.h"
 #include "record/storage.h"
+
+using namespace kem::analysis;
+using kem::record::OwnsArrays;
 
 namespace {
 
-// Whether each entry is strictly greater than the one before.
-bool IsOrdered(std::span<const float> axis) {
-  return std::ranges::adjacent_find(axis, [](float a, float b) { return !(b > a); }) == axis.end();
+// Whether each coordinate is strictly greater than the one before.
+bool Ascends(const KeptAxis& axis) {
+  if (!axis.stored) return !(axis.step < 0);
+  const float* end = axis.stored + std::max(axis.count, 0);
+  return std::adjacent_find(axis.stored, end, [](float a, float b) { return !(b > a); }) == end;
 }
 
 // The indices that put an axis into ascending order. Equal coordinates keep their order, and those that are not
@@ -35,25 +42,22 @@ void Reorder(T* elements, const std::vector<int>& order, std::vector<T>& scratch
   std::ranges::transform(order, elements, [&scratch](int from) { return scratch[static_cast<std::size_t>(from)]; });
 }
 
-// Turns a descending defined axis round; returns whether it was one.
-bool TurnAxis(float& start, float& end, float& step) {
-  if (!(step < 0)) return false;
+void TurnAxis(float& start, float& end, float& step) {
   std::swap(start, end);
   step = -step;
-  return true;
 }
 
 std::span<float> Axis(float* values, int count) { return {values, static_cast<std::size_t>(std::max(count, 0))}; }
 
 // The rows move, their values stay where they are.
 void SortRows(PrnType& grid) {
+  if (Ascends(KeptX(grid))) return;
   if (!grid.HasX()) {
-    if (TurnAxis(grid.xStart, grid.xEnd, grid.xStep)) std::reverse(grid.zArray, grid.zArray + grid.nX);
+    TurnAxis(grid.xStart, grid.xEnd, grid.xStep);
+    std::reverse(grid.zArray, grid.zArray + grid.nX);
     return;
   }
-  const auto axis = Axis(grid.xArray, grid.nX);
-  if (IsOrdered(axis)) return;
-  const auto order = AscendingOrder(axis);
+  const auto order = AscendingOrder(Axis(grid.xArray, grid.nX));
   std::vector<float> scratch;
   std::vector<float*> rows;
   rows.reserve(order.size());
@@ -62,27 +66,26 @@ void SortRows(PrnType& grid) {
 }
 
 void SortColumns(PrnType& grid) {
+  if (Ascends(KeptY(grid))) return;
   if (!grid.HasY()) {
-    if (TurnAxis(grid.yStart, grid.yEnd, grid.yStep))
-      for (int i = 0; i < grid.nX; ++i) std::reverse(grid.zArray[i], grid.zArray[i] + grid.nY);
+    TurnAxis(grid.yStart, grid.yEnd, grid.yStep);
+    for (int i = 0; i < grid.nX; ++i) std::reverse(grid.zArray[i], grid.zArray[i] + grid.nY);
     return;
   }
-  const auto axis = Axis(grid.yArray, grid.nY);
-  if (IsOrdered(axis)) return;
-  const auto order = AscendingOrder(axis);
+  const auto order = AscendingOrder(Axis(grid.yArray, grid.nY));
   std::vector<float> scratch;
   Reorder(grid.yArray, order, scratch);
   for (int i = 0; i < grid.nX; ++i) Reorder(grid.zArray[i], order, scratch);
 }
 
 void SortCurve(PrnType& curve) {
+  if (Ascends(KeptX(curve))) return;
   if (!curve.HasX()) {
-    if (TurnAxis(curve.xStart, curve.xEnd, curve.xStep)) std::ranges::reverse(Axis(curve.yArray, curve.nY));
+    TurnAxis(curve.xStart, curve.xEnd, curve.xStep);
+    std::ranges::reverse(Axis(curve.yArray, curve.nY));
     return;
   }
-  const auto axis = Axis(curve.xArray, std::min(curve.nX, curve.nY));
-  if (IsOrdered(axis)) return;
-  const auto order = AscendingOrder(axis);
+  const auto order = AscendingOrder(Axis(curve.xArray, KeptX(curve).count));
   std::vector<float> scratch;
   Reorder(curve.xArray, order, scratch);
   Reorder(curve.yArray, order, scratch);
@@ -90,8 +93,12 @@ void SortCurve(PrnType& curve) {
 
 }  // namespace
 
+bool kem::analysis::AxesAscend(const PrnType& r) {
+  return !OwnsArrays(r.allocType) || (Ascends(KeptX(r)) && (!r.Is3D() || Ascends(KeptY(r))));
+}
+
 void PrnType::SortAxes() {
-  if (!kem::record::OwnsArrays(allocType)) return;
+  if (!OwnsArrays(allocType)) return;
   if (!Is3D()) return SortCurve(*this);
   SortRows(*this);
   SortColumns(*this);

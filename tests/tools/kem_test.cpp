@@ -118,7 +118,7 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
   fs::remove(folder.Path("alone.DTA"));
   const std::pair<std::string, std::string> cases[] = {
       {folder.Path("none.prn"), "no such file"},
-      {folder.Path(""), "is a folder"},
+      {folder.Path("."), "is a folder"},
       {folder.Write("odd.txt", "1 2 3\n"), "unknown format"},
       {folder.Write("profile.prf", "x"), "recognised as HPDTA profile, but kem cannot read this layout"},
       {folder.Path("alone.DSC"), "recognised as Bruker BES3T, but alone.DTA, which belongs to it, is missing"},
@@ -181,18 +181,28 @@ TEST_CASE("kem convert: csv keeps every digit, quotes titles, and lists grids wi
         titles + ",Z\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
 }
 
-TEST_CASE("kem convert: prn reads back, and the extension of the output chooses the format") {
+TEST_CASE("kem convert: what is written reads back, and the extension of the output chooses the format") {
   const TempFolder folder;
-  const std::string out = folder.Path("spectrum.v2.PRN");
-  const Result result = Kem("convert " + Quoted(Example("nitroxide.DSC")) + "-o " + Quoted(out));
-  CHECK(result.status == 0);
-  CHECK(result.out.empty());
-  CHECK(result.err.empty());
-  CHECK(Names(folder.Path("")) == std::set<std::string>{"spectrum.v2.PRN"});
-  const PrnType before(Example("nitroxide.DSC").c_str(), 0);
-  const PrnType after(out.c_str(), 0);
-  REQUIRE(after.nY == 1024);
-  for (int k = 0; k < 1024; ++k) CHECK_BITS(after.yArray[k], before.yArray[k]);
+  const std::pair<const char*, const char*> cases[] = {
+      {"nitroxide.DSC", "prn"}, {"nitroxide.DSC", "cvt"}, {"nitroxide.DSC", "dx"}, {"nitroxide.DSC", "p2d"},
+      {"nitroxide.DSC", "b2d"}, {"streak.p3d", "p3d"},    {"streak.p3d", "b3d"},
+  };
+  for (const auto& [name, format] : cases) {
+    const std::string out = folder.Path(std::string("out.v2.") + format);
+    const Result result = Kem("convert " + Quoted(Example(name)) + "-o " + Quoted(out));
+    CAPTURE(out);
+    CHECK(result.status == 0);
+    CHECK((result.out + result.err).empty());
+    const PrnType before(Example(name).c_str(), 0);
+    const PrnType after(out.c_str(), 0);
+    REQUIRE(after.Is3D() == before.Is3D());
+    REQUIRE(after.nX == before.nX);
+    REQUIRE(after.nY == before.nY);
+    for (int k = 0; k < before.nY; ++k)
+      CHECK_BITS(before.Is3D() ? after.zArray[5][k] : after.yArray[k],
+                 before.Is3D() ? before.zArray[5][k] : before.yArray[k]);
+  }
+  CHECK(Names(folder.Path(".")).size() == std::size(cases));
 }
 
 TEST_CASE("kem convert: what must not or cannot be written leaves everything as it was") {
@@ -200,12 +210,17 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
   const std::string source = WritePair(folder, "grid", true);
   const std::string curve = WritePair(folder, "curve", false);
   const std::string out = folder.Write("old.csv", "precious");
-  const auto before = Names(folder.Path(""));
+  std::string rows = "XY\n\n\n\n\n\n\n";
+  for (int k = 0; k < 32768; ++k) rows += "1 2\n";
+  const std::string endless = folder.Write("long.prn", rows);
+  const auto before = Names(folder.Path("."));
   const std::pair<std::string, std::string> cases[] = {
       {Quoted(source) + "--to prn", ": prn holds curves only, and this is a grid of 3 x 2 points\n"},
+      {Quoted(curve) + "--to b3d", ": b3d holds grids only, and this is a curve\n"},
+      {Quoted(endless) + "--to b2d", ": b2d holds at most 32767 points along an axis, and this has 32768\n"},
       {Quoted(source) + "-o " + Quoted(out), ": " + out + " exists already; --force overwrites it\n"},
-      {Quoted(source) + "-f --to csv -o " + Quoted(folder.Path("")), " is no ordinary file\n"},
-      {Quoted(source) + "-o " + Quoted(folder.Path("no/x.csv")), "/x.csv cannot be created: "},
+      {Quoted(source) + "-f --to csv -o " + Quoted(folder.Path(".")), " is no ordinary file\n"},
+      {Quoted(source) + "-o " + Quoted(folder.Path("no/x.csv")), "x.csv cannot be created: "},
       {Quoted(source) + "--item 2 --to csv", ": holds no item 2\n"},
 #ifndef _WIN32
       {Quoted(source) + "--force -o /dev/null --to csv", ": /dev/null is no ordinary file\n"},
@@ -215,16 +230,16 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
     const Result result = Kem("convert " + arguments);
     CAPTURE(result.err);
     CHECK(result.status == 1);
-    CHECK(result.err.starts_with("kem: " + source + ": "));
+    CHECK(result.err.starts_with("kem: " + arguments.substr(1, arguments.find('"', 1) - 1) + ": "));
     CHECK(result.err.find(sentence) != std::string::npos);
-    CHECK(Names(folder.Path("")) == before);
+    CHECK(Names(folder.Path(".")) == before);
   }
 #ifndef _WIN32
   const Result full =
       Kem("convert -f -o " + Quoted(out) + Quoted(Example("raman.prn")), "trap '' XFSZ; ulimit -f 8; ");
   CHECK(full.status == 1);
   CHECK(full.err.find(" cannot be written completely\n") != std::string::npos);
-  CHECK(Names(folder.Path("")) == before);
+  CHECK(Names(folder.Path(".")) == before);
 #endif
   CHECK(ReadBytes(out) == "precious");
   CHECK(Kem("convert --force -o " + Quoted(out) + Quoted(source)).status == 0);
@@ -285,7 +300,7 @@ TEST_CASE("kem items: files that count from 0, and signals that alternate") {
         iccd + ": 3 items\n1\tcurve 1\tfirst\n2\tcurve 1\tsecond\n3\tcurve 1\tthird\n");
   CHECK(Kem("convert --to csv --item 3 " + Quoted(iccd)).status == 0);
   CHECK(Kem("info --item 4 " + Quoted(iccd)).err == "kem: " + iccd + ": holds no item 4\n");
-  CHECK(Names(folder.Path("")) == std::set<std::string>{"set.crv", "set_03.csv"});
+  CHECK(Names(folder.Path(".")) == std::set<std::string>{"set.crv", "set_03.csv"});
 
   const std::string scan =
       folder.Write("scan.txt", "[DcDelay]\nStart= 0\nEnd= 1\nStep= 1\nNrPoints= 2:4\n1 1 3 1\n2 1 4 1\n\n\n");
@@ -304,7 +319,7 @@ TEST_CASE("kem: real spectra") {
   CHECK(strong["values"]["max"] == 15748);
   CHECK(strong["parameters"]["bes3tGain"] == 47);
   CHECK(Kem("items " + Quoted(samples + "calib_4col.DSC")).out.find(": 4 items\n") != std::string::npos);
-  CHECK(Kem("convert -a --to csv -d " + Quoted(folder.Path("")) + Quoted(samples + "calib_4col.DSC")).status == 0);
-  CHECK(Names(folder.Path("")).size() == 4);
+  CHECK(Kem("convert -a --to csv -d " + Quoted(folder.Path(".")) + Quoted(samples + "calib_4col.DSC")).status == 0);
+  CHECK(Names(folder.Path(".")).size() == 4);
   CHECK(ReadBytes(folder.Path("calib_4col_04.csv")).ends_with("\n94400,-227\n"));
 }

@@ -26,9 +26,18 @@ bool Write(const PrnType& record, char* const name) {
   return (record.*Member)(name) != 0 && WriteFailedFlag == 0;
 }
 
+// Counts of the binary formats are signed 16-bit numbers.
+constexpr int kMostBinaryPoints = 32767;
+
 constexpr Format kFormats[] = {
     {"prn", "XY columns of text", true, false, 0, Write<&PrnType::WriteXYPrn>},
     {"csv", "comma-separated values", true, true, 0, WriteCsv},
+    {"cvt", "text with a defined or stored X axis", true, false, 0, Write<&PrnType::WriteCvt>},
+    {"dx", "JCAMP-DX", true, false, 0, Write<&PrnType::WriteDX>},
+    {"p2d", "text with comment lines", true, false, 0, Write<&PrnType::WriteP2D>},
+    {"p3d", "text with comment lines", false, true, 0, Write<&PrnType::WriteP3D>},
+    {"b2d", "binary", true, false, kMostBinaryPoints, Write<&PrnType::WriteB2D>},
+    {"b3d", "binary", false, true, kMostBinaryPoints, Write<&PrnType::WriteB3D>},
 };
 
 const Format* FormatNamed(std::string name) {

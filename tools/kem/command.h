@@ -30,7 +30,8 @@ inline constexpr const char* kSeeHelp = "; kem --help lists the commands";
 void AddFiles(CLI::App& app, std::vector<std::string>& files);
 CLI::Option* AddItem(CLI::App& app, int& item);
 
-// Makes one of two options required, and refuses both together.
+// Make one of two options required; the second refuses both together.
+void RequireAny(CLI::App& app, const CLI::Option* first, const CLI::Option* second);
 void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second);
 
 Run DefineInfo(CLI::App& app);

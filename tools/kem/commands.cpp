@@ -43,8 +43,9 @@ samples; a grid goes on along its last lines.)",
      R"--(An expression has the operators + - * / ^ and &, parentheses, and the functions
 Exp, Log (to base 10), Ln, Sin, Cos, Tan, ASin, ACos, ATan, SinH, CosH, TanH,
 ASinH, ACosH, ATanH, Inv and Set(FILE, NUMBER), which makes every value that
-number. A name with a blank or one of + - * / ^ & ( ) , in it, a path with
-folders say, stands in quotes of either kind.
+number. A name with a blank or one of + - * ^ & ( ) , in it, or one that begins
+like a number, stands in quotes of either kind. A / in the middle of a name is part
+of it: a / b divides, a/b is the file b in the folder a.
 
 ^ binds before a sign and groups from the right: -a^2 is -(a^2). Then come * / &
 and then + and -, from the left. An expression that begins with a sign stands in

@@ -1,5 +1,6 @@
 // kem median, smooth, diff, baseline and slant: other values on the same axes.
 #include "bounds.h"
+#include "shape.h"
 #include "text.h"
 #include "transform.h"
 
@@ -28,31 +29,23 @@ struct FilterOptions {
 };
 
 Problem Smooth(Record& record, const FilterOptions& options) {
-  if (options.AlongY() && !record->Is3D()) return "is a curve, and --along y is for grids";
+  if (options.AlongY() && !record->Is3D()) return kForGrids;
   const int width = options.width;
   return Become(record, options.AlongY() ? record->YSmooth(width) : record->XSmooth(width), kTooShort);
 }
 
 Problem Differentiate(Record& record, const FilterOptions& options) {
-  if (options.AlongY() && !record->Is3D()) return "is a curve, and --along y is for grids";
+  if (options.AlongY() && !record->Is3D()) return kForGrids;
   return Become(record, options.AlongY() ? record->YDiff() : record->XDiff(), kTooShort);
 }
 
 // ------------------------------------------------------------ linear corrections
 
 // Why the library would leave a record as it is.
-Problem CannotSpan(char axis, float start, float end, float first, float second) {
-  const std::string name = std::string("its ") + axis + " axis ";
-  if (start > end) return name + "descends; kem sort turns it round";
-  if (first == second) return "the two coordinates are the same";
-  for (const float at : {first, second})
-    if (!(start <= at && at <= end))
-      return name + "goes from " + Shortest(start) + " to " + Shortest(end) + " and does not reach " + Shortest(at);
-  return {};
-}
-
-Problem CannotSpanX(const PrnType& r, float first, float second) {
-  return CannotSpan('X', r.xStart, r.xEnd, first, second);
+Problem CannotSpan(char axis, const Bounds& range, const Bounds& at) {
+  if (range.from > range.to) return std::string("its ") + axis + " axis descends; kem sort turns it round";
+  if (at.from == at.to) return "the two coordinates are the same";
+  return CannotReach(axis, range, at);
 }
 
 struct BaselineOptions {
@@ -61,15 +54,13 @@ struct BaselineOptions {
 };
 
 Problem SubtractBaseline(Record& record, const BaselineOptions& options) {
-  const auto [xFirst, xSecond] = options.x.at;
-  const auto [yFirst, ySecond] = options.y.at;
+  PrnType& r = *record;
   const bool alongX = options.x.Given();
-  if (!alongX && !record->Is3D()) return "is a curve, and --y is for grids";
-  Problem problem = alongX ? CannotSpanX(*record, xFirst, xSecond)
-                           : CannotSpan('Y', record->yStart, record->yEnd, yFirst, ySecond);
-  if (!problem.empty()) return problem;
-  alongX ? record->SubLinBackX(xFirst, xSecond) : record->SubLinBackY(yFirst, ySecond);
-  return {};
+  if (!alongX && !r.Is3D()) return kForGrids;
+  const auto [from, to] = (alongX ? options.x : options.y).at;
+  const Problem problem = alongX ? CannotSpan('X', XRange(r), {from, to}) : CannotSpan('Y', YRange(r), {from, to});
+  if (problem.empty()) alongX ? r.SubLinBackX(from, to) : r.SubLinBackY(from, to);
+  return problem;
 }
 
 using Targets = std::array<float, 4>;  // X1 VALUE1 X2 VALUE2
@@ -77,7 +68,7 @@ using Targets = std::array<float, 4>;  // X1 VALUE1 X2 VALUE2
 Problem Slant(Record& record, const Targets& targets) {
   const auto [x1, target1, x2, target2] = targets;
   if (record->Is3D()) return "is a grid, and only curves are slanted";
-  if (Problem problem = CannotSpanX(*record, x1, x2); !problem.empty()) return problem;
+  if (Problem problem = CannotSpan('X', XRange(*record), {x1, x2}); !problem.empty()) return problem;
   for (const float x : {x1, x2})
     if (record->At(x, 0) == 0) return "is 0 at " + Shortest(x) + ", which no factor changes";
   record->Slant(x1, target1, x2, target2);

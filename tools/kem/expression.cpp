@@ -65,7 +65,7 @@ class Parser {
     if (next != '\0' && kQuotes.find(next) != kQuotes.npos) return QuotedName();
     if ((next >= '0' && next <= '9') || next == '.')
       if (const std::size_t length = NumberLength()) return Number(length);
-    const std::size_t length = std::min(text_.find_first_of(kEndsOfName, at_), text_.size()) - at_;
+    const std::size_t length = NameLength();
     if (length == 0) return Fail("a file, a number, a function or ( is expected");
     Expression name = Take(Kind::File, length);
     return Next() == '(' ? Function(std::move(name)) : name;
@@ -86,14 +86,24 @@ class Parser {
     return name;
   }
 
+  char CharAt(std::size_t k) const { return k < text_.size() ? text_[k] : '\0'; }
+
+  bool NamesAt(std::size_t k) const { return k < text_.size() && kEndsOfName.find(text_[k]) == kEndsOfName.npos; }
+
+  // A / in front of a character of a name is part of it, so that paths need no quotes.
+  std::size_t NameLength() const {
+    std::size_t end = at_;
+    while (NamesAt(end) || (CharAt(end) == '/' && NamesAt(end + 1))) ++end;
+    return end - at_;
+  }
+
   // Length of a number that no name continues; 0 if there is none.
   std::size_t NumberLength() const {
     float number = 0;
-    const char* const end = text_.data() + text_.size();
-    const char* const stop = std::from_chars(text_.data() + at_, end, number).ptr;
-    return stop == end || kEndsOfName.find(*stop) != kEndsOfName.npos
-               ? static_cast<std::size_t>(stop - text_.data()) - at_
-               : 0;
+    const char* const from = text_.data() + at_;
+    const auto length =
+        static_cast<std::size_t>(std::from_chars(from, text_.data() + text_.size(), number).ptr - from);
+    return NamesAt(at_ + length) ? 0 : length;
   }
 
   Expression Number(std::size_t length) {
@@ -130,7 +140,7 @@ class Parser {
   // The next character that is no blank; NUL at the end.
   char Next() {
     at_ = std::min(text_.find_first_not_of(kBlanks, at_), text_.size());
-    return at_ < text_.size() ? text_[at_] : '\0';
+    return CharAt(at_);
   }
 
   Expression Take(Kind kind, std::size_t length) {

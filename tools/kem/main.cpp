@@ -13,7 +13,8 @@
 namespace kem::tool {
 namespace {
 
-constexpr const char* kDescription = "Shows and converts the data files of laboratory spectrometers and cameras";
+constexpr const char* kDescription =
+    "Shows, converts and analyses the data files of laboratory spectrometers and cameras";
 
 constexpr const char* kDetails =
     R"(A file is recognised by its name, then by its first bytes. Messages go to
@@ -80,12 +81,16 @@ int Main(int argc, char** argv) {
 
 }  // namespace
 
-void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
-  first->excludes(second);
+void RequireAny(CLI::App& app, const CLI::Option* first, const CLI::Option* second) {
   app.parse_complete_callback([first, second] {
     if (first->count() + second->count() == 0)
       throw CLI::RequiredError(first->get_name() + " or " + second->get_name());
   });
+}
+
+void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
+  first->excludes(second);
+  RequireAny(app, first, second);
 }
 
 void AddFiles(CLI::App& app, std::vector<std::string>& files) {

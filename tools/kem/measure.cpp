@@ -15,9 +15,6 @@ std::string NameOf(const Input& input) {
   return input.file + (input.IsOneOfSeveral() ? " item " + std::to_string(input.item) : "");
 }
 
-Bounds XRange(const PrnType& r) { return {r.xStart, r.xEnd}; }
-Bounds YRange(const PrnType& r) { return {r.yStart, r.yEnd}; }
-
 std::string Text(const Bounds& range) { return Shortest(range.from) + " to " + Shortest(range.to); }
 
 // ------------------------------------------------------------ integrate
@@ -28,24 +25,31 @@ struct IntegrateOptions {
   bool absolute = false;
 };
 
-float Integral(const PrnType& r, const IntegrateOptions& options) {
+float IntegralOf(const PrnType& r, const IntegrateOptions& options) {
   const Bounds x = options.x.Or(XRange(r));
   const Bounds y = options.y.Or(YRange(r));
   return options.absolute ? r.AbsIntegral(x.from, x.to, y.from, y.to) : r.Integral(x.from, x.to, y.from, y.to);
 }
 
+// Outside the data the library would count triangles.
+Problem CannotIntegrate(const PrnType& r, const IntegrateOptions& options) {
+  if (!r.Is3D() && options.y.Given()) return kForGrids;
+  Problem problem = CannotReach('X', XRange(r), options.x.Or(XRange(r)));
+  if (problem.empty() && r.Is3D()) problem = CannotReach('Y', YRange(r), options.y.Or(YRange(r)));
+  return problem;
+}
+
 int PrintIntegrals(const Selection& selection, const IntegrateOptions& options) {
   const bool named = selection.allItems || selection.files.size() > 1;
   return EachSelected(selection, "", [&](const Input& input) {
-    if (options.y.Given() && !input.record->Is3D()) return NoProblem(input, "is a curve, and --y is for grids");
+    if (!NoProblem(input, CannotIntegrate(*input.record, options))) return false;
     if (named) std::cout << NameOf(input) << '\t';
-    std::cout << Shortest(Integral(*input.record, options)) << '\n';
+    std::cout << Shortest(IntegralOf(*input.record, options)) << '\n';
     return true;
   });
 }
 
 Problem Integrate(Record& record, const IntegrateOptions& options) {
-  constexpr const char* kEmptyBand = "has no samples within the bounds";
   const bool bounds = options.x.Given() || options.y.Given();
   if (!record->Is3D())
     return bounds ? "is a curve, whose running integral takes no bounds; kem cut does"
@@ -55,7 +59,7 @@ Problem Integrate(Record& record, const IntegrateOptions& options) {
   const Titles titles(*record);
   PrnType& profile = options.x.Given() ? record->IntegrateX(from, to) : record->IntegrateY(from, to);
   SetTitles(profile, options.x.Given() ? titles.y : titles.x, titles.z);
-  return Become(record, profile, kEmptyBand);
+  return Become(record, profile, "has no samples within the bounds");
 }
 
 // ------------------------------------------------------------ stats
@@ -72,7 +76,7 @@ struct Statistics {
   float noise;
   float integral;
 
-  explicit Statistics(const PrnType& r) : noise(r.NoiseLevel()), integral(Integral(r)) {
+  explicit Statistics(const PrnType& r) : noise(r.NoiseLevel()), integral(IntegralOf(r, {})) {
     const Bounds all;
     if (r.Is3D())
       r.MinMaxZ(all.from, all.to, all.from, all.to, least.value, greatest.value, least.x, least.y, greatest.x,
@@ -80,8 +84,6 @@ struct Statistics {
     else
       r.MinMaxY(all.from, all.to, least.value, greatest.value, least.x, greatest.x);
   }
-
-  static float Integral(const PrnType& r) { return r.Integral(r.xStart, r.xEnd, r.yStart, r.yEnd); }
 };
 
 Json RangeJson(const Bounds& range) { return {{"start", Number(range.from)}, {"end", Number(range.to)}}; }
@@ -168,7 +170,7 @@ Run DefineIntegrate(CLI::App& app) {
   auto options = std::make_shared<IntegrateOptions>();
   AddBounds(app, 'x', options->x, "Integrate over this part of X (default all)");
   AddBounds(app, 'y', options->y, "Integrate over this part of Y, for grids (default all)");
-  CLI::Option* absolute = app.add_flag("-A,--absolute", options->absolute, "Add areas below 0 too");
+  CLI::Option* absolute = app.add_flag("--absolute", options->absolute, "Add areas below 0 too");
   auto task = AddTask(app);
   for (const char* output : {"--output", "--dir", "--to"}) absolute->excludes(app.get_option(output));
   return [&app, task, options] {

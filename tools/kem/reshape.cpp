@@ -9,8 +9,6 @@
 namespace kem::tool {
 namespace {
 
-constexpr const char* kForGrids = "is a curve, and --y is for grids";
-
 // ------------------------------------------------------------ slice
 
 struct SliceOptions {
@@ -80,10 +78,11 @@ Problem BecomeResampled(Record& record, PrnType& result) {
 }
 
 Problem ResampleEvenly(Record& record, const EvenAxis& x, const EvenAxis& y) {
-  if (!record->Is3D() && y.option->count() > 0) return kForGrids;
-  if (!record->Is3D()) return BecomeResampled(record, record->InterpolateY(x.From(), x.To(), x.Step()));
-  if (y.option->count() == 0) return "is a grid, and needs --y too";
-  return BecomeResampled(record, record->InterpolateZ(x.From(), x.To(), x.Step(), y.From(), y.To(), y.Step()));
+  const bool grid = record->Is3D() != 0;
+  if (grid != (y.option->count() > 0)) return grid ? "is a grid, and needs --y too" : kForGrids;
+  if (x.Step() == 0 || (grid && y.Step() == 0)) return "cannot be resampled in steps of 0";
+  return BecomeResampled(record, grid ? record->InterpolateZ(x.From(), x.To(), x.Step(), y.From(), y.To(), y.Step())
+                                      : record->InterpolateY(x.From(), x.To(), x.Step()));
 }
 
 Problem ResampleLike(Record& record, const PrnType& other) {
@@ -124,6 +123,7 @@ Run DefineCut(CLI::App& app) {
   auto options = std::make_shared<CutOptions>();
   AddBounds(app, 'x', options->x, "Keep this part of X (default all)");
   AddBounds(app, 'y', options->y, "Keep this part of Y, for grids (default all)");
+  RequireAny(app, options->x.option, options->y.option);
   return DefineTransform(app, [options](Record& record) { return Cut(record, *options); });
 }
 

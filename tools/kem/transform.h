@@ -19,6 +19,9 @@ using Operation = std::function<Problem(Record&)>;
 // Puts a result of the library in the record's place; when it holds no samples, `why` is the problem.
 Problem Become(Record& record, PrnType& result, std::string_view why);
 
+// What is wrong with a curve when Y is asked for.
+inline constexpr const char* kForGrids = "is a curve; only grids have a Y axis";
+
 // Where the records come from and go to.
 struct Task {
   Selection selection;

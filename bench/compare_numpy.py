@@ -4,7 +4,10 @@
     bench/compare_numpy.py build/release/arithmetic_bench
 
 kem's operators also find the range of the result, so numpy is timed without and with its min and max. All times
-are processor time in microseconds, the best of several rounds."""
+are processor time in microseconds, the best of several rounds.
+
+Most of the time of the largest grids goes into fresh pages from the system. numpy asks for huge ones; on Linux
+kem gets them too with GLIBC_TUNABLES=glibc.malloc.hugetlb=1."""
 
 import json
 import subprocess

@@ -154,25 +154,38 @@ std::string NitroxideValues() {
   return bytes;
 }
 
+std::string RamanHeader(const std::string& sample) {
+  return "XY\nRaman shift (1/cm)\nIntensity (counts)\n\"Start : \"400\n\"Stop  : \"3200\n" + sample + "\n\n";
+}
+
+double Background(int shift) { return 450 - 0.06 * shift; }
+
 // Bands of liquid cyclohexane on a sloping background.
 std::string Raman() {
-  std::string text =
-      "XY\nRaman shift (1/cm)\nIntensity (counts)\n\"Start : \"400\n\"Stop  : \"3200\ncyclohexane\n\n";
+  std::string text = RamanHeader("cyclohexane");
   Noise noise(2);
   for (int shift = 400; shift <= 3200; shift += 2) {
-    const double counts = 450 - 0.06 * shift +
-                          Sum({{427, 4, 300},
-                               {801, 3.5, 5200},
-                               {1028, 5, 1900},
-                               {1157, 5, 700},
-                               {1266, 6, 1900},
-                               {1444, 7, 1700},
-                               {2852, 9, 5600},
-                               {2923, 11, 4700},
-                               {2938, 10, 5000}},
-                              shift, Lorentzian);
+    const double counts = Background(shift) + Sum({{427, 4, 300},
+                                                   {801, 3.5, 5200},
+                                                   {1028, 5, 1900},
+                                                   {1157, 5, 700},
+                                                   {1266, 6, 1900},
+                                                   {1444, 7, 1700},
+                                                   {2852, 9, 5600},
+                                                   {2923, 11, 4700},
+                                                   {2938, 10, 5000}},
+                                                  shift, Lorentzian);
     text += std::to_string(shift) + "   " + Whole(counts + 12 * noise.Next()) + '\n';
   }
+  return text;
+}
+
+// The empty cell, in wider steps.
+std::string EmptyCell() {
+  std::string text = RamanHeader("empty cell");
+  Noise noise(5);
+  for (int shift = 400; shift <= 3200; shift += 5)
+    text += std::to_string(shift) + "   " + Whole(Background(shift) + 4 * noise.Next()) + '\n';
   return text;
 }
 
@@ -226,11 +239,8 @@ struct File {
 };
 
 constexpr File kFiles[] = {
-    {"nitroxide.DSC", NitroxideDescriptor},
-    {"nitroxide.DTA", NitroxideValues},
-    {"raman.prn", Raman},
-    {"columns.nxy", Quenching},
-    {"streak.p3d", Streak},
+    {"nitroxide.DSC", NitroxideDescriptor}, {"nitroxide.DTA", NitroxideValues}, {"raman.prn", Raman},
+    {"raman_background.prn", EmptyCell},    {"columns.nxy", Quenching},         {"streak.p3d", Streak},
 };
 
 bool Write(const std::string& path, const std::string& bytes) {

@@ -414,6 +414,36 @@ class KEM_API PrnType {
   /// Bruker BES3T. \p name is either file of the pair; \p columns receives the number of value columns per
   /// point, \p which picks one (0 means 1). Messages about unsupported layouts go to standard output.
   int ReadBES3T(const char* name, int& columns, int which);
+
+  /// Bruker ESR. \p par is the parameter file, \p spc the value file; \p which 1 picks the second spectrum of a
+  /// file that holds two, any other value the first. Sets \ref ReadNextFlag for such files only.
+  int ReadBruker(std::ifstream& par, std::ifstream& spc, int which);
+
+  /// Hamamatsu raw image: 640 wavelengths (nm) by 480 times (ns). Refuses unknown sweep ranges.
+  int ReadHama(std::ifstream& in);
+
+  /// Cary DSW spectrum. Also returns 0 when memory runs out.
+  int ReadCaryDSWFile(std::ifstream& in);
+  /// One text of a DSW file from where the stream stands, with runs of blanks as one blank, into a buffer of
+  /// 132 bytes.
+  void ReadCaryDSWParameter(std::ifstream& in, char* const text) const;
+
+  /// HPDTA (HiPic) image of 8, 16 or 32-bit values. Axes are linear or come from tables in the file. The record
+  /// is not `active`.
+  int ReadHPDTA(std::ifstream& in);
+  /// Fills \p block from the status text of an HPDTA image, which lists its fields by position or, when it
+  /// begins with "[", by name. Numbers that it does not hold keep their value.
+  void ParseHPDTAStatus(char* const text, HPDTAHeaderType* block) const;
+  /// Days from a date to that of the acquisition, negative when it came earlier. 0 for other records, for an
+  /// invalid date, and for an acquisition date that is not written "12-05-2016" (day, month, year).
+  int HPDTATime(int day, int month, int year) const;
+
+  /// HPDTA profile. Returns 0: the format is recognised, but its layout is not published.
+  int ReadHPDTAProfile(std::ifstream& in);
+  /// Cary absorption prn. Returns 0: the format is recognised, but its layout is not published.
+  int ReadCaryPrn(std::ifstream& in);
+  /// Cary 45, header and data file. Returns 0: the format is recognised, but its layout is not published.
+  int ReadCary45(std::ifstream& header, std::ifstream& data);
   /// Dilor Raman spectrometer, text with one spectrum.
   int ReadDilorSingle(std::ifstream& in);
   /// Dilor Raman series. \p count receives the number of spectra, \p which picks one (0 means 1). Returns 1
@@ -648,7 +678,7 @@ extern KEM_API int ReadNextFlag;
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
 /// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
-/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// ("XFACTOR", "YFACTOR"), which are not applied: a record holds the numbers as they stand in the file. 1 for
 /// a file without factors and for every other format; of several blocks, the last factor that is not 1.
 extern KEM_API float ReadXFactor;
 extern KEM_API float ReadYFactor;

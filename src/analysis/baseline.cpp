@@ -62,8 +62,8 @@ void SubtractFromColumns(PrnType& grid, const AxisValues& xs, float x1, float x2
   ColumnReader second(grid, xs, ys, x2);
   std::vector<std::size_t> read = {first.Rows().first, first.Rows().second, second.Rows().first,
                                    second.Rows().second};
-  std::ranges::sort(read);
-  read.erase(std::ranges::unique(read).begin(), read.end());
+  std::sort(read.begin(), read.end());
+  read.erase(std::unique(read.begin(), read.end()), read.end());
 
   std::vector<Straight> lines;
   lines.reserve(ys.size());
@@ -72,7 +72,7 @@ void SubtractFromColumns(PrnType& grid, const AxisValues& xs, float x1, float x2
     for (const std::size_t i : read) grid.zArray[i][j] -= lines[j].At(xs[i]);
   }
   for (std::size_t i = 0; i < xs.size(); ++i) {
-    if (std::ranges::binary_search(read, i)) continue;
+    if (std::binary_search(read.begin(), read.end(), i)) continue;
     for (std::size_t j = 0; j < ys.size(); ++j) grid.zArray[i][j] -= lines[j].At(xs[i]);
   }
 }

@@ -35,7 +35,7 @@ const Filter* FilterOf(int width) {
 }
 
 // Values smoothed side by side, few enough that sums and samples stay in the fastest memory.
-constexpr int kLanes = 256;
+constexpr int kLanes = 1024;
 
 // A run of up to kLanes smoothed values. `samples(k)` is the run k samples away from the centre.
 template <class Samples>

@@ -103,7 +103,7 @@ void ReadLabels(PrnType& record, std::istream& in, std::initializer_list<Text*> 
 }  // namespace
 
 int PrnType::WriteB3D(char* const name) const {
-  if (allocType == AllocNone || !Is3D()) return 0;
+  if (!OwnsArrays(allocType) || !Is3D()) return 0;
   OutputFile out(name, std::ios::binary);
   if (!out.IsOpen()) return 0;
   const Header header = HeaderOf(*this, "[B3D]\n", yStep);
@@ -117,7 +117,7 @@ int PrnType::WriteB3D(char* const name) const {
 
 // Steps along Y mean nothing to a curve and are stored as 0.
 int PrnType::WriteB2D(char* const name) const {
-  if (allocType == AllocNone || Is3D()) return 0;
+  if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, std::ios::binary);
   if (!out.IsOpen()) return 0;
   const Header header = HeaderOf(*this, "[B2D]\n", 0);

@@ -65,7 +65,7 @@ int ReadStored(PrnType& record, std::ifstream& in, const Text& points) {
 }  // namespace
 
 int PrnType::WriteCvt(char* const name) const {
-  if (allocType == AllocNone || Is3D()) return 0;
+  if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
   const bool stored = allocType == AllocXY;

@@ -153,7 +153,7 @@ std::unique_ptr<float[]> Padded(const std::vector<float>& values, int count) {
 }  // namespace
 
 int PrnType::WriteDX(char* const name) const {
-  if (allocType == AllocNone || Is3D()) return 0;
+  if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
   Text xTitle = {};

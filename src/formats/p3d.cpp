@@ -108,7 +108,7 @@ void ScanGrid(std::istream& in, float* const* rows, int nX, int nY) {
 }  // namespace
 
 int PrnType::WriteP3D(char* const name) const {
-  if (allocType == AllocNone || !Is3D()) return 0;
+  if (!OwnsArrays(allocType) || !Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
   out << "[P3D]\n";
@@ -124,7 +124,7 @@ int PrnType::WriteP3D(char* const name) const {
 }
 
 int PrnType::WriteP2D(char* const name) const {
-  if (allocType == AllocNone || Is3D()) return 0;
+  if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
   out << "[P2D]\n";

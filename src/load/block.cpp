@@ -1,6 +1,7 @@
 #include "load/block.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -21,6 +22,17 @@ Stored Load(const unsigned char* bytes) {
   for (std::size_t k = 0; k < size; ++k)
     bits |= std::uint64_t{bytes[order == Order::Little ? k : size - 1 - k]} << (8 * k);
   return std::bit_cast<Stored>(static_cast<Bits<Stored>>(bits));
+}
+
+template <class Stored, Order order>
+float ValueOf(Bits<Stored> bits) {
+  if constexpr ((order == Order::Big) == (std::endian::native == std::endian::little)) {
+    Bits<Stored> swapped = 0;
+    for (std::size_t k = 0; k < sizeof bits; ++k)
+      swapped = static_cast<Bits<Stored>>(swapped | ((bits >> (8 * k)) & 0xff) << (8 * (sizeof bits - 1 - k)));
+    bits = swapped;
+  }
+  return static_cast<float>(std::bit_cast<Stored>(bits));
 }
 
 // Calls a generic function with a value of the type that a wire type stands for.
@@ -59,6 +71,48 @@ std::size_t ReadBytes(std::istream& in, unsigned char* to, std::size_t size) {
   const auto count = static_cast<std::size_t>(in.gcount());
   if (!in.bad()) in.clear();
   return count;
+}
+
+constexpr std::size_t kBand = 16;
+
+// Stores a band of lines into the rows of a grid from column j on. Values change places as they are in the file,
+// a few columns at a time, and become floats on their way to their row: both loops run in vectors.
+template <class Stored, Order order>
+void StoreBand(const Bits<Stored>* lines, std::size_t width, std::size_t step, float* const* rows, std::size_t j,
+               std::size_t count) {
+  constexpr std::size_t kColumns = 64;
+  std::array<Bits<Stored>, kColumns * kBand> turned;
+  for (std::size_t first = 0; first < width; first += kColumns) {
+    const std::size_t columns = std::min(kColumns, width - first);
+    const Bits<Stored>* from = lines + first * step;
+    for (std::size_t i = 0; i < columns; ++i)
+      for (std::size_t k = 0; k < kBand; ++k) turned[i * kBand + k] = from[k * width * step + i * step];
+    for (std::size_t i = 0; i < columns; ++i) {
+      float* row = rows[first + i] + j;
+      const Bits<Stored>* values = turned.data() + i * kBand;
+      if (count == kBand)
+        for (std::size_t k = 0; k < kBand; ++k) row[k] = ValueOf<Stored, order>(values[k]);
+      else
+        for (std::size_t k = 0; k < count; ++k) row[k] = ValueOf<Stored, order>(values[k]);
+    }
+  }
+}
+
+template <class Stored, Order order>
+void ReadLinesAs(std::istream& in, float* const* rows, std::size_t width, std::size_t height, std::size_t step) {
+  constexpr std::size_t kChunk = std::size_t{1} << 17;
+  const std::size_t lineLength = width * step;
+  const std::size_t bands = std::max<std::size_t>(1, kChunk / (lineLength * kBand * sizeof(Stored)));
+  const std::size_t most = std::min(bands, (height + kBand - 1) / kBand) * kBand;
+  std::vector<Bits<Stored>> lines(lineLength * most);
+  for (std::size_t j = 0; j < height; j += most) {
+    const std::size_t count = std::min(most, height - j);
+    auto* bytes = reinterpret_cast<unsigned char*>(lines.data());
+    const std::size_t held = ReadBytes(in, bytes, count * lineLength * sizeof(Stored)) / sizeof(Stored);
+    std::fill(lines.begin() + static_cast<std::ptrdiff_t>(held), lines.end(), Bits<Stored>{0});
+    for (std::size_t k = 0; k < count; k += kBand)
+      StoreBand<Stored, order>(lines.data() + k * lineLength, width, step, rows, j + k, std::min(kBand, count - k));
+  }
 }
 
 }  // namespace
@@ -126,25 +180,17 @@ void ReadValues(std::istream& in, Wire wire, Order order, std::span<float> value
   }
 }
 
-// A band of lines is decoded at a time, so that each row of the grid receives a run of neighbours.
 void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int nX, int nY, std::size_t step) {
   if (nX <= 0 || nY <= 0) return;
-  constexpr int kBand = 16;
   const auto width = static_cast<std::size_t>(nX);
-  const std::size_t lineBytes = width * step * SizeOf(wire);
-  std::vector<unsigned char> bytes(std::min(lineBytes * kBand, BytesLeft(in)));
-  std::vector<float> line(width * kBand);
-  for (int j = 0; j < nY; j += kBand) {
-    const int lines = std::min(kBand, nY - j);
-    const auto count = static_cast<std::size_t>(lines) * width;
-    const std::size_t held =
-        ReadBytes(in, bytes.data(), std::min(bytes.size(), lineBytes * static_cast<std::size_t>(lines)));
-    std::fill(line.begin(), line.end(), 0.0f);
-    Decode(wire, order, std::span(bytes).first(held), std::span(line).first(count), step);
-    for (std::size_t i = 0; i < width; ++i)
-      for (int k = 0; k < lines; ++k) rows[i][j + k] = line[static_cast<std::size_t>(k) * width + i];
-    if (held == 0) return;
-  }
+  const auto height = static_cast<std::size_t>(nY);
+  WithType(wire, [&](auto stored) {
+    using Stored = decltype(stored);
+    if (order == Order::Little)
+      ReadLinesAs<Stored, Order::Little>(in, rows, width, height, step);
+    else
+      ReadLinesAs<Stored, Order::Big>(in, rows, width, height, step);
+  });
 }
 
 std::size_t BytesLeft(std::istream& in) {

@@ -75,8 +75,8 @@ void Decode(Wire wire, Order order, std::span<const unsigned char> bytes, std::s
 // Reads values from where the stream stands; values that the file does not hold leave their target alone.
 void ReadValues(std::istream& in, Wire wire, Order order, std::span<float> values);
 
-// Reads an image stored line by line, X running fastest: value number j * nX + i becomes rows[i][j]. Each value
-// of the image is one of `step` values in the file.
+// Reads an image stored line by line, X running fastest: value number j * nX + i becomes rows[i][j], and 0 when
+// the file does not hold it. Each value of the image is one of `step` values in the file.
 void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int nX, int nY, std::size_t step = 1);
 
 // Number of bytes from where the stream stands to its end.

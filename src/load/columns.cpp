@@ -176,7 +176,7 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
 }
 
 int PrnType::WriteXYPrn(char* const name) const {
-  if (allocType == AllocNone || Is3D()) return 0;
+  if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
   Text xTitle;

@@ -1,5 +1,7 @@
 #include "load/detect.h"
 
+#include "load/text.h"
+
 namespace kem::load {
 namespace {
 
@@ -16,16 +18,29 @@ constexpr Format kB3D{"B3D binary grid", FromMain<&PrnType::ReadB3D>};
 constexpr Format kB2D{"B2D binary curve", FromMain<&PrnType::ReadB2D>};
 constexpr Format kP2D{"P2D text curve", FromMain<&PrnType::ReadP2D>};
 constexpr Format kCvt{"CVT curve", FromMain<&PrnType::ReadCvt>};
-constexpr Format kCaryDSW{"Cary DSW", nullptr};
-constexpr Format kBruker{"Bruker ESR spc/par", nullptr, Pairing::Bruker};
+constexpr Format kCaryDSW{"Cary DSW", FromMain<&PrnType::ReadCaryDSWFile>};
+constexpr Format kBruker{"Bruker ESR spc/par",
+                         [](PrnType& record, LoadState& state) {
+                           if (state.pairRole == 0)
+                             return record.ReadBruker(state.main, state.partner, state.index);
+                           return record.ReadBruker(state.partner, state.main, state.index);
+                         },
+                         Pairing::Bruker};
 constexpr Format kDilor{"Dilor Raman", [](PrnType& record, LoadState& state) {
                           if (state.multi3D) return record.ReadDilorM3D(state.main, state.count, state.index);
                           return record.ReadDilorSingle(state.main);
                         }};
-constexpr Format kImage{"ICCD or HPDTA image",
-                        [](PrnType& record, LoadState& state) { return record.ReadIccdImg(state.main); }};
-constexpr Format kHPDTAProfile{"HPDTA profile", nullptr};
-constexpr Format kCary45{"Cary 45", nullptr, Pairing::Cary45};
+constexpr Format kImage{"ICCD or HPDTA image", [](PrnType& record, LoadState& state) {
+                          if (record.ReadIccdImg(state.main) != 0) return 1;
+                          return record.ReadHPDTA(state.main);
+                        }};
+constexpr Format kHPDTAProfile{"HPDTA profile", FromMain<&PrnType::ReadHPDTAProfile>};
+constexpr Format kCary45{"Cary 45",
+                         [](PrnType& record, LoadState& state) {
+                           if (Contains(state.name, ".dhd")) return record.ReadCary45(state.main, state.partner);
+                           return record.ReadCary45(state.partner, state.main);
+                         },
+                         Pairing::Cary45};
 constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
                           state.main.close();
                           return record.ReadBES3T(state.name, state.count, state.index);
@@ -34,8 +49,8 @@ constexpr Format kIccdCurve{"ICCD curve", [](PrnType& record, LoadState& state) 
                               return record.ReadIccdCrv(state.main, state.count, state.index);
                             }};
 constexpr Format kNPico{"NPico scan", FromMain<&PrnType::ReadNPico>};
-constexpr Format kHama{"Hamamatsu raw image", nullptr};
-constexpr Format kCaryPrn{"Cary absorption prn", nullptr};
+constexpr Format kHama{"Hamamatsu raw image", FromMain<&PrnType::ReadHama>};
+constexpr Format kCaryPrn{"Cary absorption prn", FromMain<&PrnType::ReadCaryPrn>};
 constexpr Format kAT1{"AT1 image", FromMain<&PrnType::ReadAT1>};
 constexpr Format kOMA{"EG&G OMA", [](PrnType& record, LoadState& state) {
                         return record.ReadOMA(state.main, state.count, state.index);

@@ -26,22 +26,23 @@ Sign SignOf(std::string_view text) {
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Power of ten of the first significant digit; decides whether a number out of range is huge or tiny.
-long MagnitudeOf(std::string_view digits) {
-  long exponent = 0;
+long long MagnitudeOf(std::string_view digits) {
+  constexpr long long kMost = std::numeric_limits<int>::max();
+  long long exponent = 0;
   const auto e = digits.find_first_of("eE");
   if (e != digits.npos) {
     std::string_view tail = digits.substr(e + 1);
     const Sign sign = SignOf(tail);
     tail.remove_prefix(sign.length);
     const auto parsed = std::from_chars(tail.data(), tail.data() + tail.size(), exponent);
-    if (parsed.ec == std::errc::result_out_of_range) exponent = std::numeric_limits<int>::max();
+    exponent = parsed.ec == std::errc::result_out_of_range ? kMost : std::min(exponent, kMost);
     if (sign.negative) exponent = -exponent;
     digits = digits.substr(0, e);
   }
   const auto point = std::min(digits.find('.'), digits.size());
   const auto first = digits.find_first_of("123456789");
   if (first == digits.npos) return 0;
-  return exponent + static_cast<long>(point) - static_cast<long>(first);
+  return exponent + static_cast<long long>(point) - static_cast<long long>(first);
 }
 
 // What from_chars refuses as out of range, without sign.

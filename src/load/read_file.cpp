@@ -36,15 +36,22 @@ std::string UpperCase(std::string text) {
   return text;
 }
 
+// Opens a file for reading. A folder opens too, but cannot be read.
+bool Open(std::ifstream& in, const std::string& name) {
+  in.clear();
+  in.open(name, kBinary);
+  in.peek();
+  if (in.is_open() && !in.bad()) return true;
+  in.close();
+  return false;
+}
+
 // The partner has the extension of its kind, or the whole name is spelled in capitals, or any case will do.
 bool OpenPartner(LoadState& state, Pairing pairing) {
   const std::string partner = std::string(BaseOf(state.name)) + PartnerExtension(state, pairing);
   if (partner.size() >= kTextSize) return false;
-  for (const std::string& spelling : {partner, UpperCase(partner), AnyCase(partner)}) {
-    state.partner.clear();
-    state.partner.open(spelling, kBinary);
-    if (state.partner.is_open()) return true;
-  }
+  for (const std::string& spelling : {partner, UpperCase(partner), AnyCase(partner)})
+    if (Open(state.partner, spelling)) return true;
   return false;
 }
 
@@ -73,12 +80,8 @@ Outcome TryByContent(PrnType& record, LoadState& state) {
   return Try(record, state, FirstHit(ContentTests(), SearchableStart(state.main, start)));
 }
 
-// Opens the file; a folder opens too, but cannot be read.
 bool OpenMain(LoadState& state) {
-  if (std::string_view(state.name).size() >= kTextSize) return false;
-  state.main.open(state.name, kBinary);
-  state.main.peek();
-  return state.main.is_open() && !state.main.bad();
+  return std::string_view(state.name).size() < kTextSize && Open(state.main, state.name);
 }
 
 bool Load(PrnType& record, LoadState& state) {

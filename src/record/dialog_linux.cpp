@@ -21,39 +21,44 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-// "*.spc;*.DSC;\t\t*.*" as the list of patterns "*.[sS][pP][cC] *.[dD][sS][cC] *": under Windows neither does
-// case matter nor does "*.*" ask for a dot.
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t";
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+// Under Windows neither case matters nor does "*.*" ask for a dot.
+std::string Widened(std::string_view pattern) {
+  std::string wide;
+  for (const char c : pattern == "*.*" ? "*" : pattern) {
+    const auto letter = static_cast<unsigned char>(c);
+    if (std::isalpha(letter)) {
+      wide += {'[', static_cast<char>(std::tolower(letter)), static_cast<char>(std::toupper(letter)), ']'};
+    } else {
+      wide += c;
+    }
+  }
+  return wide;
+}
+
+// "*.spc;\t\t*.b3d" becomes "*.[sS][pP][cC] *.[bB]3[dD]".
 std::string Patterns(std::string_view list) {
   std::string patterns;
   while (!list.empty()) {
     const auto end = std::min(list.find(';'), list.size());
-    std::string_view pattern = list.substr(0, end);
-    list.remove_prefix(std::min(end + 1, list.size()));
-    pattern.remove_prefix(std::min(pattern.find_first_not_of(" \t"), pattern.size()));
-    pattern = pattern.substr(0, pattern.find_last_not_of(" \t") + 1);
     if (!patterns.empty()) patterns += ' ';
-    for (const char c : pattern == "*.*" ? "*" : pattern) {
-      const auto letter = static_cast<unsigned char>(c);
-      if (std::isalpha(letter)) {
-        patterns += {'[', static_cast<char>(std::tolower(letter)), static_cast<char>(std::toupper(letter)), ']'};
-      } else {
-        patterns += c;
-      }
-    }
+    patterns += Widened(Trim(list.substr(0, end)));
+    list.remove_prefix(std::min(end + 1, list.size()));
   }
   return patterns;
 }
 
-std::string_view Description(const DialogFilter& filter) {
-  std::string_view text = filter.description;
-  text.remove_prefix(text.find_first_not_of('\t'));
-  return text;
-}
+std::string Description(const DialogFilter& filter) { return std::string(Trim(filter.description)); }
 
 Arguments Zenity() {
   Arguments arguments = {"zenity", "--file-selection", std::string("--title=") + kDialogTitle};
   for (const DialogFilter& filter : kDialogFilters) {
-    arguments.push_back("--file-filter=" + std::string(Description(filter)) + " | " + Patterns(filter.patterns));
+    arguments.push_back("--file-filter=" + Description(filter) + " | " + Patterns(filter.patterns));
   }
   return arguments;
 }
@@ -62,7 +67,7 @@ Arguments KDialog() {
   std::string filters;
   for (const DialogFilter& filter : kDialogFilters) {
     if (!filters.empty()) filters += " | ";
-    filters += std::string(Description(filter)) + " (" + Patterns(filter.patterns) + ")";
+    filters += Description(filter) + " (" + Patterns(filter.patterns) + ")";
   }
   return {"kdialog", "--title", kDialogTitle, "--getopenfilename", ".", filters};
 }

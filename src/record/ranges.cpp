@@ -1,6 +1,7 @@
 // Smallest and largest values of axes, curves and grids.
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "kem.h"
 
@@ -47,37 +48,51 @@ class Lanes {
 };
 
 // Zeros of both signs are equal, so which of them a range holds depends on the order of the visit: it is the
-// first. `at(k)` gives the values in that order; the result tells whether there was a zero.
-template <class At>
-bool SettleZeros(Range& range, int count, At at) {
-  for (int k = 0; k < count; ++k) {
-    const float v = at(k);
-    if (v != 0) continue;
-    if (range.low == 0) range.low = v;
-    if (range.high == 0) range.high = v;
-    return true;
-  }
-  return false;
+// first.
+void SettleZeros(Range& range, float zero) {
+  if (range.low == 0) range.low = zero;
+  if (range.high == 0) range.high = zero;
 }
+
+// The first zero of a row, or its end. Whole vectors are asked first, because zeros may be rare.
+const float* FindZero(const float* first, const float* last) {
+  constexpr std::ptrdiff_t kLanes = 32;
+  for (; last - first >= kLanes; first += kLanes) {
+    unsigned found = 0;
+    for (std::ptrdiff_t lane = 0; lane < kLanes; ++lane) found |= first[lane] == 0 ? 1U : 0U;
+    if (found) break;
+  }
+  return std::find(first, last, 0.0f);
+}
+
+bool EndsAtZero(const Range& range) { return range.low == 0 || range.high == 0; }
 
 Range RangeOf(const float* values, int count) {
   if (!values || count <= 0) return {};
   Lanes lanes(values[0]);
   lanes.Extend(values, count);
   Range range = lanes.Reduced();
-  if (range.low == 0 || range.high == 0) SettleZeros(range, count, [values](int k) { return values[k]; });
+  if (EndsAtZero(range)) SettleZeros(range, *FindZero(values, values + count));
   return range;
 }
 
-// A grid counts as visited column by column.
+// A grid counts as visited column by column, so its first zero is that of the first column that has one. A row
+// need not be searched behind the best column so far.
 Range RangeOf(float* const* rows, int nX, int nY) {
   if (!rows || nX <= 0 || nY <= 0) return {};
   Lanes lanes(rows[0][0]);
   for (int i = 0; i < nX; ++i) lanes.Extend(rows[i], nY);
   Range range = lanes.Reduced();
-  if (range.low == 0 || range.high == 0)
-    for (int j = 0; j < nY; ++j)
-      if (SettleZeros(range, nX, [rows, j](int i) { return rows[i][j]; })) break;
+  if (!EndsAtZero(range)) return range;
+  const float* zero = nullptr;
+  std::ptrdiff_t columns = nY;
+  for (int i = 0; i < nX; ++i) {
+    const float* found = FindZero(rows[i], rows[i] + columns);
+    if (found == rows[i] + columns) continue;
+    zero = found;
+    columns = found - rows[i];
+  }
+  SettleZeros(range, *zero);
   return range;
 }
 

@@ -3,22 +3,25 @@
 using namespace kem::test;
 
 TEST_CASE("axes: coordinates are equal within a relative 1e-5, never with their own negative") {
-  const std::tuple<float, float, int> cases[] = {{1, 1.000015f, 1}, {1, 1.00003f, 0}, {0, -0.0f, 1},
-                                                 {0, 1e-30f, 0},    {1, -1, 0},       {-5, -5, 1},
-                                                 {NAN, NAN, 0},     {3e38f, 2e38f, 1}};  // the last sum overflows
-  for (auto [a, b, same] : cases) {
-    CAPTURE(a);
-    CAPTURE(b);
-    const PrnType stored = Curve(Floats{a}, {0});
-    CHECK(stored.SameAxes(Curve(Floats{b}, {1})) == same);
-    CHECK(stored.XAxisEqArray(&b, 1) == same);
+  struct Case {
+    float a, b;
+    int same;
+  } const cases[] = {{1, 1.000015f, 1}, {1, 1.00003f, 0}, {0, -0.0f, 1},    {0, 1e-30f, 0}, {1, -1, 0},
+                     {-5, -5, 1},       {NAN, NAN, 0},    {3e38f, 2e38f, 1}};  // the last sum overflows
+  for (const Case& c : cases) {
+    CAPTURE(c.a);
+    CAPTURE(c.b);
+    float given = c.b;
+    const PrnType stored = Curve(Floats{c.a}, {0});
+    CHECK(stored.SameAxes(Curve(Floats{c.b}, {1})) == c.same);
+    CHECK(stored.XAxisEqArray(&given, 1) == c.same);
     PrnType defined(AllocZ, 1, 1);
     defined.zArray[0][0] = 0;
     PrnType other = defined;
-    defined.yStart = a;
-    other.yStart = b;
-    CHECK(defined.SameAxes(other) == same);
-    CHECK(defined.YAxisEqArray(&b, 1) == same);
+    defined.yStart = c.a;
+    other.yStart = c.b;
+    CHECK(defined.SameAxes(other) == c.same);
+    CHECK(defined.YAxisEqArray(&given, 1) == c.same);
   }
 }
 

@@ -91,21 +91,28 @@ TEST_CASE("axis operations: numbers, defined and stored axes, illegal operands")
   grid.yStep = 0.5f;
   const Floats x = {0, 1, 2};
   const Floats y = {5, 5.5f};
-  const std::tuple<char, std::string, float, int, Floats, Floats, int> cases[] = {
-      {'x', "+", 10, AllocZ, {10, 11, 12}, y, 0},   {'y', "-", 10, AllocZ, x, {-5, -4.5f}, 0},
-      {'x', "s", 0, AllocZ, {-0.0f, -1, -2}, y, 0}, {'y', "s", 0, AllocZ, x, {-5, -5.5f}, 0},
-      {'x', "*", 2, AllocXZ, {0, 2, 4}, y, 0},      {'y', "/", 2, AllocYZ, x, {2.5f, 2.75f}, 0},
-      {'y', "/", 0, AllocYZ, x, {0, 0}, 0},         {'x', "^", 0.5f, AllocXZ, {0, 1, sqrtf(2)}, y, 0},
-      {'x', "LOG", 0, AllocXZ, x, y, 1 + 3},        {'q', "+", 1, AllocYZ, x, {6, 6.5f}, 1},
-      {'Y', "", 0, AllocYZ, x, y, 1 + 1 + 2},
+  struct Case {
+    char axis;
+    int type;  // of the result
+    std::string operation;
+    float value;
+    int complaints;
+    Floats x, y;
+  } const cases[] = {
+      {'x', AllocZ, "+", 10, 0, {10, 11, 12}, y},   {'y', AllocZ, "-", 10, 0, x, {-5, -4.5f}},
+      {'x', AllocZ, "s", 0, 0, {-0.0f, -1, -2}, y}, {'y', AllocZ, "s", 0, 0, x, {-5, -5.5f}},
+      {'x', AllocXZ, "*", 2, 0, {0, 2, 4}, y},      {'y', AllocYZ, "/", 2, 0, x, {2.5f, 2.75f}},
+      {'y', AllocYZ, "/", 0, 0, x, {0, 0}},         {'x', AllocXZ, "^", 0.5f, 0, {0, 1, sqrtf(2)}, y},
+      {'x', AllocXZ, "LOG", 0, 1 + 3, x, y},        {'q', AllocYZ, "+", 1, 1, x, {6, 6.5f}},
+      {'Y', AllocYZ, "", 0, 1 + 1 + 2, x, y},
   };
-  for (const auto& [axis, operation, value, type, xAfter, yAfter, complaints] : cases) {
-    CAPTURE(operation);
-    const auto [r, counted] = AxisOp(grid, axis, operation, value);
-    CHECK((r.allocType == type && counted == complaints));
-    CHECK_SAME(XOf(r), xAfter);
-    CHECK_SAME(YOf(r), yAfter);
-    CHECK_SAME((Floats{r.xEnd, r.yEnd}), (Floats{xAfter.back(), yAfter.back()}));
+  for (const Case& c : cases) {
+    CAPTURE(c.operation);
+    const auto [r, complaints] = AxisOp(grid, c.axis, c.operation, c.value);
+    CHECK((r.allocType == c.type && complaints == c.complaints));
+    CHECK_SAME(XOf(r), c.x);
+    CHECK_SAME(YOf(r), c.y);
+    CHECK_SAME((Floats{r.xEnd, r.yEnd}), (Floats{c.x.back(), c.y.back()}));
   }
   PrnType curve = Curve({1, -4}, {3, 4});
   CHECK_SAME(XOf(AxisOp(curve, 'x', "^", 2.5f).first), (Floats{1, 16}));

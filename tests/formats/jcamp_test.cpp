@@ -52,13 +52,13 @@ TEST_CASE("jcamp: blocks, point counts and what ends a header") {
   };
   const std::string two = Block("5 50\n6 60\n4 40\n", 3) + Block("2,20; 1,10; 3;30\n", 3);
   const std::string part = Block("1 2\n", 1);
-  const std::string longText(300, 'x');
+  const std::string longLine = "##ANY=" + std::string(300, 'x') + "\n";
   for (const Case& c : {Case{"##TITLE=t\n##NBLOCKS=2\n" + two, {1, 2, 3, 4, 5, 6}, {10, 20, 30, 40, 50, 60}},
                         {"##BLOCKS= 1\n" + two, {4, 5, 6}, {40, 50, 60}},
                         {"##BLOCKS=3\n" + part, {0, 0, 1}, {0, 0, 2}},        // two blocks never come
                         {"##NPOINTS\n##XYDATA=\n1 2\n", {}, {}},              // no count, but an end
                         {"##BLOCKS=1\n##ANY=1\n1 2\n##NPOINTS=1\n", {}, {}},  // a line without "##" ends the header
-                        {"##ANY=" + longText + "\n##BLOCKS=1\n##ANY=" + longText + "\n" + part, {1}, {2}},
+                        {longLine + "##BLOCKS=1\n" + std::string(longLine).append(part), {1}, {2}},
                         {"##BLOCKS=1\n" + Block("1 2\n", -4), {}, {}},
                         {"##BLOCKS=1\n" + Block("3 x 5 6\n", 2), {0, 3}, {0, 0}},
                         {"", {}, {}}}) {

@@ -128,7 +128,7 @@ TEST_CASE("columns: what is written is read back, with a running X of a defined 
   for (int k = 0; k < 4; ++k) curve.yArray[k] = static_cast<float>(k) * 1e7f;
   REQUIRE(curve.WriteXYPrn(path.data()) == 1);
   CHECK(WriteFailedFlag == 0);
-  CHECK(ReadBytes(path).substr(0, 63) ==
+  CHECK(ReadLines(path).substr(0, 63) ==
         "XY\nX\nY\n\"Start : \"400\n\"Stop  : \"400.3\nsource\n\n400   0\n400.1   1e");
   const PrnType back(path.c_str(), -1);
   REQUIRE(back.nY == 4);
@@ -140,6 +140,9 @@ TEST_CASE("columns: what is written is read back, with a running X of a defined 
   std::string none = folder.Path("none.prn");
   CHECK(empty.WriteXYPrn(none.data()) == 0);
   CHECK(PrnType(AllocZ, 2, 2).WriteXYPrn(none.data()) == 0);
+  PrnType named(AllocX);
+  named.nY = 3;  // a shape that stores nothing, whatever its counts say
+  CHECK(named.WriteXYPrn(none.data()) == 0);
   CHECK_FALSE(std::filesystem::exists(none));
   std::string nowhere = folder.Path("no/such/folder.prn");
   CHECK(curve.WriteXYPrn(nowhere.data()) == 0);

@@ -92,6 +92,7 @@ TEST_CASE("number scanner: takes what a stream takes and stops where it stops") 
                            "1e-400 ",
                            "1e999999999999 1",
                            "1e-99999999999 1",
+                           "11.e9223372036854775807 1",
                            "\v\f\r\n\t4 x",
                            "12abc",
                            "e5",

@@ -66,8 +66,8 @@ TEST_CASE("loading: a reader that is chosen by name and refuses leaves the conte
   CHECK(PrnType(folder.Write("a.crv", "nothing").c_str(), 0).allocType == AllocNone);
   // a missing partner file ends the load at once
   CHECK(!PrnType(folder.Write("lonely.par", kXYFile).c_str(), 0));
-  folder.Write("pair.spc", "");
-  CHECK(PrnType(folder.Write("pair.par", kXYFile).c_str(), 0).fileType == FileXY);
+  folder.Write("pair.dat", "");
+  CHECK(PrnType(folder.Write("pair.dhd", kXYFile).c_str(), 0).fileType == FileXY);
 }
 
 TEST_CASE("loading: what is no file, or has no room for its name, is a failed load") {

@@ -77,7 +77,7 @@ inline PrnType RandomRecord(Rng& rng, int type) {
   return RandomRecord(rng, type, 1 + static_cast<int>(rng() % 40), 1 + static_cast<int>(rng() % 40));
 }
 
-// Runs a case over random records of every shape from `first` on: AllocY for all, AllocZ for grids.
+// Runs a case over random records of every shape from `first` on: AllocY for all, AllocZ for grids only.
 template <class Case>
 void ForRandomRecords(int first, Case run) {
   CAPTURE(kSeed);
@@ -116,6 +116,13 @@ inline PrnType Swapped(PrnType r) {
   return r;
 }
 
+// A curve over the X axis of a record.
+inline PrnType CurveOver(const PrnType& r, const Floats& values) {
+  PrnType curve = r.HasX() ? Curve(XOf(r), values) : Curve(r.xStart, r.xStep, values);
+  curve.xEnd = r.xEnd;
+  return curve;
+}
+
 // That two records hold the same data on the same axes.
 inline bool SameData(const PrnType& a, const PrnType& b) {
   const auto same = [](const Floats& x, const Floats& y) { return std::ranges::equal(x, y, SameBits); };
@@ -124,12 +131,20 @@ inline bool SameData(const PrnType& a, const PrnType& b) {
          same({a.xStart, a.xEnd, a.yStart, a.yEnd, a.zMin}, {b.xStart, b.xEnd, b.yStart, b.yEnd, b.zMin});
 }
 
+// That an operation on a record made this.
+inline void CheckResult(const PrnType& result, const PrnType& expected, const PrnType& source, int fileType) {
+  CHECK(SameData(result, expected));
+  CHECK(result.fileType == fileType);
+  CHECK(result.active == 1);
+  CHECK(std::string(result.fileName) == source.fileName);
+}
+
 }  // namespace kem::test
 
 // Compares two sequences of floats bit for bit.
 #define CHECK_SAME(a, b)                                                             \
   do {                                                                               \
-    const kem::test::Floats sameA = (a);                                             \
-    const kem::test::Floats sameB = (b);                                             \
+    const kem::test::Floats& sameA = (a);                                            \
+    const kem::test::Floats& sameB = (b);                                            \
     CHECK_MESSAGE(std::ranges::equal(sameA, sameB, kem::test::SameBits), #a "/" #b); \
   } while (false)

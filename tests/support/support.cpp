@@ -31,6 +31,11 @@ std::string ReadBytes(const std::string& path) {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
+std::string ReadLines(const std::string& path) {
+  std::ifstream in(path);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
 std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense) {
   constexpr std::size_t kStride = 97;
   constexpr std::size_t kTail = 12;

@@ -68,6 +68,8 @@ class TempFolder {
 };
 
 std::string ReadBytes(const std::string& path);
+// The same of a text file, whose lines end with CR LF under Windows.
+std::string ReadLines(const std::string& path);
 
 // The lengths at which a file is cut for tests of short input: all up to `dense`, then every 97th, then those
 // near the end.

@@ -38,6 +38,7 @@ void Define(CLI::App& app, int& status) {
   app.get_formatter()->label("Positionals", "Arguments");
   app.get_formatter()->label("REQUIRED", "");
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.allow_windows_style_options(false);  // a file may be named /data/x there too
   app.require_subcommand(1);
   for (const Command& command : Commands()) {
     CLI::App& one = *app.add_subcommand(command.name, command.summary)->group("Commands");

@@ -1,0 +1,132 @@
+// Cary DSW: a UV-VIS-NIR spectrum as pairs of little-endian floats, with texts behind it.
+//
+//   "\x11Varian UV-VIS-NIR" ...
+//   93     X of the pair that ends the spectrum, then a float that is not kept
+//   1113   X, Y, X, Y ...
+//   then   26 texts: length in one byte, three bytes, characters
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "kem.h"
+#include "load/block.h"
+#include "load/text.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+constexpr std::streamoff kStopValueAt = 93;
+constexpr std::streamoff kPairsAt = 1113;
+
+// Where the texts behind the spectrum go; null: not kept.
+constexpr Text CaryDSWHeaderType::*kTexts[] = {
+    &CaryDSWHeaderType::dswXTitle,
+    &CaryDSWHeaderType::dswYTitle,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    &CaryDSWHeaderType::dswText10,
+    &CaryDSWHeaderType::dswText11,
+    nullptr,
+    &CaryDSWHeaderType::dswText13,
+    &CaryDSWHeaderType::dswText14,
+    &CaryDSWHeaderType::dswText15,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    &CaryDSWHeaderType::dswText26,
+};
+static_assert(std::size(kTexts) == 26);
+
+struct Pairs {
+  std::vector<float> x;
+  std::vector<float> y;
+};
+
+// The pairs in front of the one whose X is the stop value, or all that there are. The stream stands behind it.
+Pairs ReadPairs(std::istream& in, float stop) {
+  constexpr std::size_t kPairSize = 2 * sizeof(float);
+  constexpr std::size_t kChunk = 1024;
+  std::array<float, 2 * kChunk> values;
+  Pairs pairs;
+  std::size_t held = kChunk;
+  for (std::streamoff at = kPairsAt; held == kChunk; at += kChunk * kPairSize) {
+    const Block block(in, at, kChunk * kPairSize);
+    Decode(Wire::F32, Order::Little, block.Bytes(), values);
+    held = block.Size() / kPairSize;
+    for (std::size_t k = 0; k < held; ++k) {
+      if (values[2 * k] == stop) {
+        in.seekg(at + static_cast<std::streamoff>((k + 1) * kPairSize));
+        return pairs;
+      }
+      pairs.x.push_back(values[2 * k]);
+      pairs.y.push_back(values[2 * k + 1]);
+    }
+  }
+  return pairs;
+}
+
+std::unique_ptr<float[]> ArrayOf(const std::vector<float>& values) {
+  auto array = NewArray(static_cast<int>(values.size()));
+  std::copy(values.begin(), values.end(), array.get());
+  return array;
+}
+
+}  // namespace
+
+int PrnType::ReadCaryDSWFile(std::ifstream& in) try {
+  if (!in) return 0;
+  float stop = 0;
+  Block(in, kStopValueAt, sizeof stop).Get(0, Wire::F32, stop);
+  const Pairs pairs = ReadPairs(in, stop);
+  auto x = ArrayOf(pairs.x);
+  auto y = ArrayOf(pairs.y);
+  CaryDSWHeaderType texts = {};
+  Text discarded;
+  for (const auto text : kTexts) ReadCaryDSWParameter(in, text ? texts.*text : discarded);
+
+  Reset(*this);
+  Own(xArray, std::move(x));
+  Own(yArray, std::move(y));
+  fileType = FileCaryDSW;
+  allocType = AllocXY;
+  nX = nY = static_cast<int>(pairs.x.size());
+  dsw = texts;
+  MinMax();
+  active = 1;
+  return 1;
+} catch (const std::bad_alloc&) {
+  return 0;
+}
+
+void PrnType::ReadCaryDSWParameter(std::ifstream& in, char* const text) const {
+  constexpr std::size_t kLengthSize = 4;
+  int length = 0;
+  Block(in, kLengthSize).Get(0, Wire::U8, length);
+  const Block block(in, static_cast<std::size_t>(length));
+  const auto held = block.Text(0, kTextSize - 1);
+  std::string kept(held.substr(0, held.find('\0')));
+  // Fields are padded with blanks; of a run one stays.
+  kept.erase(std::unique(kept.begin(), kept.end(), [](char a, char b) { return a == ' ' && b == ' '; }),
+             kept.end());
+  CopyText(text, kept);
+}

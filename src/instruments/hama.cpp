@@ -1,0 +1,61 @@
+// Hamamatsu streak camera, raw image: 640 wavelengths by 480 times behind a header of 256 bytes.
+#include <cstdint>
+#include <fstream>
+
+#include "kem.h"
+#include "load/block.h"
+#include "record/parameters.h"
+#include "record/storage.h"
+
+using namespace kem::load;
+using namespace kem::record;
+
+namespace {
+
+constexpr int kWavelengths = 640;
+constexpr int kTimes = 480;
+constexpr std::size_t kHeaderSize = 32;  // the rest is not known
+constexpr std::streamoff kValuesAt = 256;
+
+constexpr BinaryField<HamaHeaderType> kHeader[] = {
+    {8, Wire::S32, &HamaHeaderType::hamaIntegrationTime},    // behind "HPK8TMAP"
+    {12, Wire::S32, &HamaHeaderType::hamaSweepCondition},    //
+    {16, Wire::S32, &HamaHeaderType::hamaSweepRange},        //
+    {20, Wire::F32, &HamaHeaderType::hamaCenterWavelength},  //
+    {24, Wire::F32, &HamaHeaderType::hamaDispersion},        //
+    {28, Wire::S32, &HamaHeaderType::hamaCcdCenter},
+};
+
+}  // namespace
+
+int PrnType::ReadHama(std::ifstream& in) {
+  if (!in) return 0;
+  HamaHeaderType header = {};
+  Fill<HamaHeaderType>(header, Block(in, 0, kHeaderSize, Order::Big), kHeader);
+  const float span = SweepSpan(header.hamaSweepRange);
+  if (span == 0) return 0;
+
+  Reset(*this);
+  Grid grid = NewGrid(kWavelengths, kTimes);
+  in.seekg(kValuesAt);
+  ReadLines(in, Wire::U16, Order::Big, grid.get(), kWavelengths, kTimes);
+  Own(zArray, std::move(grid));
+  fileType = FileHama;
+  allocType = AllocZ;
+  nX = kWavelengths;
+  nY = kTimes;
+  hama = header;
+
+  // The image ends one pixel further from the centre than it starts.
+  const auto before = static_cast<float>(header.hamaCcdCenter);
+  const auto behind = static_cast<float>(std::int64_t{header.hamaCcdCenter} + 1);
+  xStep = header.hamaDispersion;
+  xStart = header.hamaCenterWavelength - before * header.hamaDispersion;
+  xEnd = behind * header.hamaDispersion + header.hamaCenterWavelength;
+  yStart = 0;
+  yEnd = span;
+  yStep = static_cast<float>(double{span} / (kTimes - 1));
+  active = 1;
+  MinMax();
+  return 1;
+}

@@ -1,54 +1,12 @@
-// Runs the built command as a process.
-#include <cstdlib>
 #include <limits>
 #include <nlohmann/json.hpp>
-#include <set>
 
-#include "support/support.h"
+#include "support/command.h"
 
 using namespace kem::test;
 using Json = nlohmann::json;
-namespace fs = std::filesystem;
 
 namespace {
-
-struct Result {
-  int status = 0;
-  std::string out;
-  std::string err;
-};
-
-std::string Text(const std::string& path) {
-  std::string text = ReadBytes(path);
-  std::erase(text, '\r');
-  return text;
-}
-
-// Runs the command line behind a shell's `before`.
-Result Kem(const std::string& arguments, const std::string& before = "") {
-  const TempFolder folder;
-  const std::string out = folder.Path("out");
-  const std::string err = folder.Path("err");
-  const std::string program = fs::absolute(KEM_COMMAND).make_preferred().string();
-  std::string line = before + '"' + program + "\" " + arguments + " >\"" + out + "\" 2>\"" + err + '"';
-#ifdef _WIN32
-  line = '"' + line + '"';  // its shell takes the outermost quotes away
-  const int status = std::system(line.c_str());
-#else
-  const int status = WEXITSTATUS(std::system(line.c_str()));
-#endif
-  return {status, Text(out), Text(err)};
-}
-
-std::string Quoted(const std::string& path) { return '"' + path + "\" "; }
-
-std::string Example(const char* name) { return std::string(KEM_EXAMPLES) + '/' + name; }
-
-std::set<std::string> Names(const std::string& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
-  return names;
-}
 
 // A pair of files: a curve of three points, or a grid of 3 x 2.
 std::string WritePair(const TempFolder& folder, const std::string& name, bool grid, const std::string& more = "",
@@ -258,7 +216,7 @@ TEST_CASE("kem convert: several files, of which two would become one") {
   CHECK(result.out.empty());
   CHECK(result.err.find("kem: " + none + ": no such file\n") == 0);
   CHECK(result.err.find("pair.csv has just been made from " + pair + '\n') != std::string::npos);
-  CHECK(result.err.ends_with("kem: 2 of 4 files converted\n"));
+  CHECK(result.err.ends_with("kem: 2 of 4 files written\n"));
   CHECK(Names(out) == std::set<std::string>{"pair.csv", "raman.csv"});
 }
 
@@ -270,7 +228,7 @@ TEST_CASE("kem items: each item is listed and converted under its number") {
         source + ": 3 items\n1\tcurve 2\tred\n2\tcurve 2\tgreen\n3\tcurve 2\tblue\n");
   const Result first = Kem("convert --to csv " + Quoted(source));
   CHECK(first.status == 0);
-  CHECK(first.err == "kem: " + source + ": holds further items; --all-items converts them too\n");
+  CHECK(first.err == "kem: " + source + ": holds further items; --all-items takes them too\n");
   CHECK(Kem("convert --to csv --item 3 " + Quoted(source)).status == 0);
   CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_03.csv"});
   const Result all = Kem("convert --to csv --all-items " + Quoted(source));

@@ -1,8 +1,9 @@
-// A command of kem is one row of the table in main.cpp, and one function that declares its options.
+// A command of kem is one row of the table in commands.cpp, and one function that declares its options.
 #pragma once
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,9 +30,31 @@ inline constexpr const char* kSeeHelp = "; kem --help lists the commands";
 void AddFiles(CLI::App& app, std::vector<std::string>& files);
 CLI::Option* AddItem(CLI::App& app, int& item);
 
+// Make one of two options required; the second refuses both together.
+void RequireAny(CLI::App& app, const CLI::Option* first, const CLI::Option* second);
+void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second);
+
 Run DefineInfo(CLI::App& app);
 Run DefineItems(CLI::App& app);
 Run DefineConvert(CLI::App& app);
+Run DefineSlice(CLI::App& app);
+Run DefineCut(CLI::App& app);
+Run DefineReduce(CLI::App& app);
+Run DefineResample(CLI::App& app);
+Run DefineSwap(CLI::App& app);
+Run DefineSort(CLI::App& app);
+Run DefineCalc(CLI::App& app);
+Run DefineMedian(CLI::App& app);
+Run DefineSmooth(CLI::App& app);
+Run DefineDiff(CLI::App& app);
+Run DefineBaseline(CLI::App& app);
+Run DefineSlant(CLI::App& app);
+Run DefineIntegrate(CLI::App& app);
+Run DefineStats(CLI::App& app);
+Run DefineHistogram(CLI::App& app);
 Run DefineHelp(CLI::App& app);
+
+// All commands, in the order in which the help lists them.
+std::span<const Command> Commands();
 
 }  // namespace kem::tool

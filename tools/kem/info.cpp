@@ -1,18 +1,16 @@
 // kem info and kem items: what a file holds.
-#include <charconv>
 #include <cstring>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "command.h"
 #include "input.h"
+#include "json.h"
+#include "shape.h"
 #include "text.h"
 
 namespace kem::tool {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 struct InfoOptions {
   std::vector<std::string> files;
@@ -21,24 +19,7 @@ struct InfoOptions {
   bool json = false;
 };
 
-struct Titles {
-  char x[kTextSize] = "X";
-  char y[kTextSize] = "Y";
-  char z[kTextSize] = "Z";
-
-  explicit Titles(const PrnType& record) { record.LabelAxes(x, y, z); }
-};
-
 // ------------------------------------------------------------ JSON
-
-// A float in as few digits as it needs; what is not finite becomes null when it is printed.
-Json Number(float value) {
-  std::string digits;
-  AppendShortest(digits, value);
-  double wide = value;
-  std::from_chars(digits.data(), digits.data() + digits.size(), wide);
-  return wide;
-}
 
 // A stored axis has no step.
 Json Axis(const char* title, bool stored, int points, float start, float end, float step) {
@@ -157,11 +138,6 @@ std::string TitleOf(const PrnType& record) {
   const Titles titles(record);
   if (record.fileType == FileIccdCurve) return record.yLabel;
   return record.Is3D() ? titles.z : titles.y;
-}
-
-std::string ShapeOf(const PrnType& record) {
-  if (record.Is3D()) return "grid " + std::to_string(record.nX) + " x " + std::to_string(record.nY);
-  return "curve " + std::to_string(record.nY);
 }
 
 bool PrintItems(const std::string& file) {

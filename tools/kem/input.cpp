@@ -9,6 +9,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "text.h"
+
 namespace kem::tool {
 namespace {
 
@@ -100,6 +102,13 @@ Problem WhyNotLoaded(const std::string& file, const std::string& messages) {
 
 // ------------------------------------------------------------ items
 
+// JCAMP-DX files may name factors.
+void WarnOfFactors(const std::string& file) {
+  if (ReadXFactor == 1 && ReadYFactor == 1) return;
+  Complain(file + ": XFACTOR " + Shortest(ReadXFactor) + " and YFACTOR " + Shortest(ReadYFactor) +
+           " are not applied; the numbers are those in the file");
+}
+
 Input Load(const std::string& file, int item, int index) {
   Input input{.file = file, .item = item, .record = nullptr};
   std::string messages;
@@ -112,6 +121,8 @@ Input Load(const std::string& file, int item, int index) {
   if (!*input.record) {
     input.record = nullptr;
     input.problem = WhyNotLoaded(file, messages);
+  } else {
+    WarnOfFactors(file);
   }
   return input;
 }
@@ -149,7 +160,7 @@ Input LoadItem(const std::string& file, int item) {
   return {.file = file, .item = item, .record = nullptr, .problem = "holds no item " + std::to_string(item)};
 }
 
-bool EachItem(const std::string& file, const std::function<bool(const Input&)>& action) {
+bool EachItem(const std::string& file, const std::function<bool(Input&)>& action) {
   bool succeeded = true;
   int index = 0;
   for (Input input = LoadFirst(file);; input = Load(file, input.item + 1, index)) {

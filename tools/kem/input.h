@@ -25,6 +25,6 @@ Input LoadItem(const std::string& file, int item);
 
 // Loads the items of a file one after the other and runs an action, which tells whether it succeeded, on each.
 // Returns whether all items were loaded and all actions succeeded.
-bool EachItem(const std::string& file, const std::function<bool(const Input&)>& action);
+bool EachItem(const std::string& file, const std::function<bool(Input&)>& action);
 
 }  // namespace kem::tool

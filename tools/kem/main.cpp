@@ -1,7 +1,6 @@
-// The kem command: the table of commands, and how a command line reaches one of them.
+// The kem command: how a command line reaches one of the commands.
 #include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <new>
 #include <string>
 #include <string_view>
@@ -14,31 +13,8 @@
 namespace kem::tool {
 namespace {
 
-constexpr Command kCommands[] = {
-    {"info", "Show what files hold: shape, axes, titles and acquisition parameters",
-     R"(The item, if a file holds several, counts from 1. A number in the JSON document
-is null where a file holds none that is finite. Texts that are no UTF-8 are
-taken for Latin-1.)",
-     DefineInfo},
-    {"items", "List the items of files that hold several",
-     R"(Prints for each item its number, its shape and the title of its values, with a
-tab in between.)",
-     DefineItems},
-    {"convert", "Write files in another format",
-     R"(Results go beside their sources, with the extension of the format, unless
---output or --dir say otherwise. Existing files are left alone without --force,
-and a file appears only when it is complete. Of several items the first is
-converted; another one is picked by --item, and _NN put behind its name.
-
-A csv table begins with the axis titles. A curve has a line X,Y for each point, a
-grid a line X,Y,Z for each point with X varying fastest, as plotting programs,
-spreadsheets and data frames load it. Its numbers read back without loss, those
-of the other text formats have six digits.)",
-     DefineConvert},
-    {"help", "Explain a command", "", DefineHelp},
-};
-
-constexpr const char* kDescription = "Shows and converts the data files of laboratory spectrometers and cameras";
+constexpr const char* kDescription =
+    "Shows, converts and analyses the data files of laboratory spectrometers and cameras";
 
 constexpr const char* kDetails =
     R"(A file is recognised by its name, then by its first bytes. Messages go to
@@ -49,7 +25,10 @@ Examples:
   kem info scan.DSC
   kem info --json *.DSC | jq '.[].parameters.bes3tMwFrequency'
   kem convert scan.DSC -o scan.prn
-  kem convert --to csv --all-items --dir tables *.par)";
+  kem convert --to csv --all-items --dir tables *.par
+  kem smooth -w 9 --to b2d --dir smooth *.prn
+  kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn
+  kem stats --json *.DSC)";
 
 void Define(CLI::App& app, int& status) {
   app.set_help_flag("-h,--help", "Show this help");
@@ -61,7 +40,7 @@ void Define(CLI::App& app, int& status) {
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.allow_windows_style_options(false);  // a file may be named /data/x there too
   app.require_subcommand(1);
-  for (const Command& command : kCommands) {
+  for (const Command& command : Commands()) {
     CLI::App& one = *app.add_subcommand(command.name, command.summary)->group("Commands");
     one.footer(command.details);
     one.callback([run = command.define(one), &status] { status = run(); });
@@ -69,8 +48,7 @@ void Define(CLI::App& app, int& status) {
 }
 
 bool IsCommand(std::string_view name) {
-  return std::any_of(std::begin(kCommands), std::end(kCommands),
-                     [name](const Command& c) { return name == c.name; });
+  return std::ranges::any_of(Commands(), [name](const Command& c) { return name == c.name; });
 }
 
 int Parse(CLI::App& app, int argc, char** argv) {
@@ -103,6 +81,18 @@ int Main(int argc, char** argv) {
 }
 
 }  // namespace
+
+void RequireAny(CLI::App& app, const CLI::Option* first, const CLI::Option* second) {
+  app.parse_complete_callback([first, second] {
+    if (first->count() + second->count() == 0)
+      throw CLI::RequiredError(first->get_name() + " or " + second->get_name());
+  });
+}
+
+void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
+  first->excludes(second);
+  RequireAny(app, first, second);
+}
 
 void AddFiles(CLI::App& app, std::vector<std::string>& files) {
   app.add_option("FILE", files, "Files of any format that kem knows")->type_name("")->required();

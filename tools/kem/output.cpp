@@ -159,23 +159,30 @@ Problem CannotReplace(const fs::path& target, const Output& output) {
 
 std::span<const Format> Formats() { return kFormats; }
 
-void AddOutput(CLI::App& app, Output& output) {
+CLI::Option* AddOutputFile(CLI::App& app, Output& output) {
   CLI::Option* file = app.add_option("-o,--output", output.file, "Write to this file")->type_name("FILE");
-  app.add_option("-d,--dir", output.folder, "Write into this folder, which is made if need be")
-      ->type_name("DIR")
-      ->excludes(file);
   app.add_option("-t,--to", output.format, "Format, if the extension of the output does not tell: " + FormatNames())
       ->type_name("FORMAT")
       ->check([](const std::string& name) {
         return FormatNamed(name) ? "" : "no format " + name + ", but there are " + FormatNames();
       });
   app.add_flag("-f,--force", output.force, "Overwrite existing files");
+  return file;
 }
 
-const Format* FormatOf(const Output& output) {
-  if (!output.format.empty()) return FormatNamed(output.format);
+void AddOutput(CLI::App& app, Output& output) {
+  CLI::Option* file = AddOutputFile(app, output);
+  app.add_option("-d,--dir", output.folder, "Write into this folder, which is made if need be")
+      ->type_name("DIR")
+      ->excludes(file);
+}
+
+const Format* FormatOf(const CLI::App& app, const Output& output) {
   const std::string extension = fs::path(output.file).extension().string();
-  return extension.empty() ? nullptr : FormatNamed(extension.substr(1));
+  const std::string name = !output.format.empty() ? output.format : extension.substr(extension.empty() ? 0 : 1);
+  const Format* format = FormatNamed(name);
+  if (!format) Complain(app.get_name() + ": name a format by --to or by the extension of the output");
+  return format;
 }
 
 Problem Save(const PrnType& record, const std::string& source, int number, const Format& format, Output& output) {

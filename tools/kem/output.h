@@ -30,12 +30,17 @@ struct Output {
   std::string format;  // --to
   bool force = false;
   std::map<std::filesystem::path, std::string> written = {};  // files of this run, and what they came from
+
+  bool IsAsked() const { return !(file.empty() && folder.empty() && format.empty()); }
 };
 
+// The options of one file, and those of a file or a folder.
+CLI::Option* AddOutputFile(CLI::App& app, Output& output);
 void AddOutput(CLI::App& app, Output& output);
 
-// The format asked for, by name or by the extension of the output file; null when neither tells.
-const Format* FormatOf(const Output& output);
+// The format asked for, by name or by the extension of the output file; null and a sentence on standard error
+// when neither tells.
+const Format* FormatOf(const CLI::App& app, const Output& output);
 
 // Writes a record that came from a file: to the file that was asked for, else beside its source or in the folder
 // asked for. `number` is put behind the name; 0 for none.

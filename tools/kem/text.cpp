@@ -33,9 +33,22 @@ std::string Utf8(std::string_view text) {
   return utf8;
 }
 
+std::string CsvText(std::string_view text) {
+  if (text.find_first_of(",\"\r\n") == text.npos) return std::string(text);
+  std::string quoted = "\"";
+  for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
+  return quoted + '"';
+}
+
 void AppendShortest(std::string& text, float value) {
   char digits[32];
   text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+std::string Shortest(float value) {
+  std::string text;
+  AppendShortest(text, value);
+  return text;
 }
 
 }  // namespace kem::tool

@@ -9,7 +9,11 @@ namespace kem::tool {
 // Text of a data file as UTF-8; what is not UTF-8 yet is taken for Latin-1.
 std::string Utf8(std::string_view text);
 
+// Text as a field of comma-separated values: quoted if it holds a separator, quotes in it doubled.
+std::string CsvText(std::string_view text);
+
 // Appends the shortest text that reads back as the same float.
 void AppendShortest(std::string& text, float value);
+std::string Shortest(float value);
 
 }  // namespace kem::tool

@@ -1,0 +1,249 @@
+// The commands that calculate: their results are those of the library's members.
+#include <nlohmann/json.hpp>
+
+#include "support/command.h"
+#include "support/records.h"
+
+using namespace kem::test;
+using Json = nlohmann::json;
+
+namespace {
+
+using Record = std::unique_ptr<PrnType>;
+
+Record Copy(const PrnType& record) { return std::make_unique<PrnType>(record); }
+
+// Runs a command that writes, with the output in front of its arguments, and loads what it wrote without loss.
+Record Written(const std::string& command, const std::string& arguments, const PrnType& expected) {
+  const TempFolder folder;
+  const std::string out = folder.Path(expected.Is3D() ? "out.b3d" : "out.b2d");
+  const Result result = Kem(command + " -o " + Quoted(out) + arguments);
+  CHECK(result.err.empty());
+  CHECK(result.status == 0);
+  return std::make_unique<PrnType>(out.c_str(), 0);
+}
+
+// Files on the command line are those of the examples, without their folder.
+void InExamples() { fs::current_path(KEM_EXAMPLES); }
+
+}  // namespace
+
+TEST_CASE("kem: operations write what the members return") {
+  InExamples();
+  const PrnType curve("raman.prn", 0);
+  const PrnType grid("streak.p3d", 0);
+  const auto changed = [](const PrnType& source, auto change) {
+    Record record = Copy(source);
+    change(*record);
+    return record;
+  };
+  const PrnType esr("nitroxide.DSC", 0);
+  const auto xs = XOf(esr);
+  const std::pair<std::string, Record> cases[] = {
+      {"slice streak.p3d --y 1 2", Take(grid.XSlice(1, 2, 0))},
+      {"slice streak.p3d --x 460 430 --mean", Take(grid.YSlice(460, 430, 1))},
+      {"cut raman.prn --x 500 600", Take(curve.Cut(500, 600, 0, 0))},
+      {"cut streak.p3d --y 1 2", Take(grid.Cut(430, 619, 1, 2))},
+      {"reduce raman.prn --x 3", Take(curve.Reduce(3, 1))},
+      {"reduce streak.p3d -x 2 -y 3", Take(grid.Reduce(2, 3))},
+      {"resample raman.prn --x 600 500 2.5", Take(curve.InterpolateY(600, 500, -2.5f))},
+      {"resample streak.p3d --x 440 450 1 --y 0 3 .5", Take(grid.InterpolateZ(440, 450, 1, 0, 3, 0.5f))},
+      {"resample raman.prn --like nitroxide.DSC",
+       Take(curve.InterpolateXY(const_cast<float*>(xs.data()), static_cast<int>(xs.size())))},
+      {"swap streak.p3d", changed(grid, [](PrnType& r) { r.SwapXY(); })},
+      {"sort raman.prn", changed(curve, [](PrnType& r) { r.SortAxes(); })},
+      {"median raman.prn -w 4", Take(curve.Median2D(5))},
+      {"median streak.p3d -w 3", Take(grid.Median3D(3))},
+      {"smooth raman.prn -w 9", Take(curve.XSmooth(9))},
+      {"smooth streak.p3d -w 5 --along y", Take(grid.YSmooth(5))},
+      {"diff streak.p3d", Take(grid.XDiff())},
+      {"diff streak.p3d -l y", Take(grid.YDiff())},
+      {"baseline raman.prn --x 450 3000", changed(curve, [](PrnType& r) { r.SubLinBackX(450, 3000); })},
+      {"baseline streak.p3d --y 1 2", changed(grid, [](PrnType& r) { r.SubLinBackY(1, 2); })},
+      {"slant raman.prn --points 450 1 3000 2", changed(curve, [](PrnType& r) { r.Slant(450, 1, 3000, 2); })},
+      {"integrate raman.prn", Take(curve.RunningIntegral())},
+      {"integrate streak.p3d --x 440 450", Take(grid.IntegrateX(440, 450))},
+      {"integrate streak.p3d --y 1 2", Take(grid.IntegrateY(1, 2))},
+  };
+  for (const auto& [arguments, expected] : cases) {
+    CAPTURE(arguments);
+    REQUIRE(expected->nY > 0);
+    expected->MinMax();  // as loading does; medians keep the ranges of their source
+    const auto end = arguments.find(' ');
+    CHECK(SameData(*Written(arguments.substr(0, end), arguments.substr(end), *expected), *expected));
+  }
+}
+
+TEST_CASE("kem calc: expressions are calculated with the library's operators") {
+  InExamples();
+  PrnType a("raman.prn", 0);
+  PrnType b("nitroxide.DSC", 0);
+  PrnType grid("streak.p3d", 0);
+  PrnType half = a * 0.5f;
+  PrnType two = a.Set(2);
+  PrnType square = a ^ 2.0f;
+  PrnType rest = a - half;
+  const std::pair<std::string, PrnType> cases[] = {
+      {"raman.prn - 0.5*raman.prn", rest},
+      {"raman.prn+nitroxide.DSC", a + b},
+      {"streak.p3d & 'streak.p3d'", grid & grid},
+      {"3 & raman.prn", a * 3.0f},
+      {"2 - raman.prn", two - a},
+      {"2/raman.prn", two / a},
+      {"./raman.prn / -1e-2", a / -1e-2f},
+      {"(-raman.prn^2)", -square},
+      {"raman.prn * 2^-1^2", half},
+      {"raman.prn ^ (8 / 2 / 2)", square},
+      {"Log((((raman.prn))))", a.Log()},
+      {"ATan( ASinH(raman.prn) )", a.ASinH().ATan()},
+      {"raman.prn * Exp(0) / Inv(.5)", a / 2.0f},
+      {"Set(raman.prn, 1 + 1)", two},
+      {"-'raman.prn' - 1", (-a) - 1.0f},
+  };
+  for (const auto& [expression, expected] : cases) {
+    CAPTURE(expression);
+    REQUIRE(!!expected);
+    CHECK(SameData(*Written("calc", "-- " + Quoted(expression), expected), expected));
+  }
+}
+
+TEST_CASE("kem calc: a faulty expression has status 2, one that cannot be calculated 1") {
+  InExamples();
+  struct Case {
+    std::string expression;
+    int status;
+    const char* sentence;
+  };
+  const Case cases[] = {
+      {" ", 2, "position 2: a file, a number, a function or ( is expected"},
+      {"raman.prn - ", 2, "position 13: a file, a number, a function or ( is expected"},
+      {"(raman.prn", 2, "position 11: ) is expected"},
+      {"raman.prn)", 2, "position 10: an operator is expected"},
+      {"'raman.prn", 2, "position 1: this quote is not closed"},
+      {"1 + Foo(2)", 2, "position 5: there is no function Foo"},
+      {"Sin(1, 2)", 2, "position 1: Sin takes 1 operand"},
+      {"Set(raman.prn)", 2, "position 1: Set takes 2 operands, a file and a number"},
+      {"2 * 1e99", 2, "position 5: this number is beyond single precision"},
+      {std::string(5000, '('), 2, "position 1001: the expression is too long"},
+      {"2 * 3", 2, "the expression names no file"},
+      {"Set(raman.prn, raman.prn)", 1, "position 16: Set takes a number here"},
+      {"raman.prn / (1 - 1)", 1,
+       "position 11: raman.prn (curve 1401) / 1-1: a division by 0 and the power 0 are not defined"},
+      {"-streak.p3d + raman.prn", 1,
+       "position 13: _streak.p3d (grid 64 x 100) + raman.prn (curve 1401): a curve and a grid do not go together"},
+      {"raman.prn & nitroxide.DSC", 1,
+       "position 11: raman.prn (curve 1401) & nitroxide.DSC (curve 1024): their counts of points differ"},
+  };
+  const TempFolder folder;
+  for (const Case& c : cases) {
+    CAPTURE(c.expression);
+    const Result result = Kem("calc -o " + Quoted(folder.Path("out.csv")) + "-- " + Quoted(c.expression));
+    CHECK(result.status == c.status);
+    CHECK(result.err == "kem: calc: " + std::string(c.sentence) + '\n');
+  }
+  CHECK(Kem("calc none.prn*2 -o " + Quoted(folder.Path("out.csv"))).err == "kem: none.prn: no such file\n");
+  CHECK(Names(folder.Path(".")).empty());
+}
+
+TEST_CASE("kem: an operation that does not suit a file is refused with the reason") {
+  InExamples();
+  struct Case {
+    std::string arguments;
+    int status;
+    const char* sentence;
+  };
+  const Case cases[] = {
+      {"slice streak.p3d", 2, "slice: --x or --y is required"},
+      {"baseline streak.p3d --x 1 2 --y 1 2", 2, "baseline: --x excludes --y"},
+      {"smooth raman.prn -w 6", 2, "smooth: --width: 6 not in {5,7,9,13,17,21}"},
+      {"slant raman.prn", 2, "slant: --points is required"},
+      {"slice raman.prn --x 1 2", 1, "raman.prn: is a curve, and only grids have slices"},
+      {"slice streak.p3d --y -2 -1", 1, "streak.p3d: has no samples within the bounds"},
+      {"cut streak.p3d --x 430.5 431", 1, "streak.p3d: has no samples within the bounds"},
+      {"cut raman.prn --y 1 2", 1, "raman.prn: is a curve; only grids have a Y axis"},
+      {"reduce streak.p3d -x 65", 1, "streak.p3d: has fewer samples than become one"},
+      {"resample raman.prn --x 1 2 0", 1, "raman.prn: cannot be resampled in steps of 0"},
+      {"resample streak.p3d --x 1 2 1", 1, "streak.p3d: is a grid, and needs --y too"},
+      {"resample streak.p3d --like raman.prn", 1, "streak.p3d: is a grid 64 x 100, unlike raman.prn, a curve 1401"},
+      {"smooth raman.prn -w 5 -l y", 1, "raman.prn: is a curve; only grids have a Y axis"},
+      {"baseline raman.prn --x 450 100", 1, "raman.prn: its X axis goes from 400 to 3200 and does not reach 100"},
+      {"slant raman.prn -p 450 1 450 2", 1, "raman.prn: the two coordinates are the same"},
+      {"integrate streak.p3d", 1, "streak.p3d: is a grid, which is integrated along either --x or --y"},
+  };
+  const TempFolder folder;
+  for (const Case& c : cases) {
+    CAPTURE(c.arguments);
+    const Result result = Kem(c.arguments + (" -o " + Quoted(folder.Path("out.csv"))));
+    CHECK(result.status == c.status);
+    CHECK(result.err == "kem: " + std::string(c.sentence) + '\n');
+    CHECK(Names(folder.Path(".")).empty());
+  }
+}
+
+TEST_CASE("kem: slices are named after the axes, and several files go into a folder") {
+  InExamples();
+  const TempFolder folder;
+  const std::string out = Quoted(folder.Path("."));
+  CHECK(Kem("slice streak.p3d --x 442 445 --to csv -d " + out).status == 0);
+  CHECK(ReadBytes(folder.Path("streak.csv")).starts_with("Time (ns),Intensity (counts)\n0,38\n"));
+  const Result several = Kem("diff --to b2d -d " + out + "raman.prn streak.p3d nitroxide.DSC");
+  CHECK(several.status == 1);
+  CHECK(
+      several.err ==
+      "kem: streak.p3d: b2d holds curves only, and this is a grid of 50 x 100 points\nkem: 2 of 3 files written\n");
+  CHECK(Kem("reduce -x 2 --to csv -a columns.nxy -d " + out).status == 0);
+  CHECK(Names(folder.Path(".")) == std::set<std::string>{"streak.csv", "raman.b2d", "nitroxide.b2d",
+                                                         "columns_01.csv", "columns_02.csv", "columns_03.csv"});
+}
+
+TEST_CASE("kem integrate, stats and histogram print what the members return") {
+  InExamples();
+  const PrnType curve("raman.prn", 0);
+  const PrnType grid("streak.p3d", 0);
+  const auto integral = [](const std::string& arguments) { return std::stof(Kem("integrate " + arguments).out); };
+  CHECK_BITS(integral("raman.prn"), curve.Integral(400, 3200, 0, 0));
+  CHECK_BITS(integral("raman.prn --x 500 600.5"), curve.Integral(500, 600.5f, 0, 0));
+  CHECK_BITS(integral("streak.p3d --x 440 450 --y 1 2"), grid.Integral(440, 450, 1, 2));
+  CHECK_BITS(integral("nitroxide.DSC --absolute"), PrnType("nitroxide.DSC", 0).AbsIntegral(3308.7f, 3408.7f, 0, 0));
+  CHECK(Kem("integrate raman.prn --x 0 500").err ==
+        "kem: raman.prn: its X axis goes from 400 to 3200 and does not reach 0\n");
+
+  const Json stats = Json::parse(Kem("stats --json raman.prn streak.p3d").out);
+  REQUIRE(stats.size() == 2);
+  float low = 0, high = 0, x = 0, y = 0, other = 0;
+  grid.MinMaxZ(430, 619, 0, 20, low, high, other, other, x, y);
+  const Json& of = stats[1];
+  CHECK(of["shape"] == "grid");
+  CHECK(of["points"] == Json{64, 100});
+  CHECK(of["x"] == Json{{"start", 430}, {"end", 619}});
+  CHECK(of["max"] == Json{{"value", high}, {"x", x}, {"y", 2.8}});
+  CHECK_BITS(of["min"]["value"].get<float>(), low);
+  CHECK_BITS(of["noise"].get<float>(), grid.NoiseLevel());
+  CHECK_BITS(of["integral"].get<float>(), grid.Integral(430, 619, 0, 19.8f));
+  CHECK(stats[0]["max"].size() == 2);
+
+  const TempFolder folder;
+  const std::string line = folder.Write("a,b.prn", "XY\n\n\n\n\n\n\n1 0\n2 4\n3 1\n4 4\n");
+  CHECK(Kem("stats " + Quoted(line)).out ==
+        line +
+            ": curve 4\n  X         1 to 4\n  least     0 at 1\n  greatest  4 at 2\n  noise     0.75\n"
+            "  integral  7\n");
+  CHECK(Kem("histogram -b 2 " + Quoted(line)).out == line + ": 0 to 4\n0\t2\t2\n2\t4\t2\n");
+  CHECK(Kem("histogram -b 4 --csv " + Quoted(line))
+            .out.ends_with(",b.prn\",0,1,1\n\"" + line + "\",1,2,1\n\"" + line + "\",2,3,0\n\"" + line +
+                           "\",3,4,2\n"));
+}
+
+TEST_CASE("kem: factors of JCAMP-DX files are pointed out, because they are not applied") {
+  const TempFolder folder;
+  const std::string file = folder.Write(
+      "f.dx",
+      "##TITLE=t\n##JCAMP-DX=4.24\n##XFACTOR=1\n##YFACTOR=0.5\n##NPOINTS=2\n##XYDATA=(XY..XY)\n1 2\n3 4\n##END=\n");
+  const std::string warning =
+      "kem: " + file + ": XFACTOR 1 and YFACTOR 0.5 are not applied; the numbers are those in the file\n";
+  CHECK(Kem("info " + Quoted(file) + Quoted(Example("raman.prn"))).err == warning);
+  const Result converted = Kem("convert --to csv " + Quoted(file));
+  CHECK(converted.status == 0);
+  CHECK(converted.err == warning);
+  CHECK(ReadBytes(folder.Path("f.csv")).ends_with("\n1,2\n3,4\n"));
+}

@@ -1,0 +1,192 @@
+// kem calc: arithmetic between files and numbers.
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <memory>
+
+#include "expression.h"
+#include "shape.h"
+#include "text.h"
+#include "transform.h"
+
+namespace kem::tool {
+namespace {
+
+// ------------------------------------------------------------ operators and functions of the library
+
+struct Operator {
+  char sign;
+  PrnType (PrnType::*withRecord)(const PrnType&);
+  PrnType (PrnType::*withNumber)(const float&);
+  bool commutes;
+};
+
+// The product point by point is that with a number anyway.
+constexpr Operator kOperators[] = {
+    {'+', &PrnType::operator+, &PrnType::operator+, true},  {'-', &PrnType::operator-, &PrnType::operator-, false},
+    {'*', &PrnType::operator*, &PrnType::operator*, true},  {'/', &PrnType::operator/, &PrnType::operator/, false},
+    {'^', &PrnType::operator^, &PrnType::operator^, false}, {'&', &PrnType::operator&, &PrnType::operator*, true},
+};
+
+struct Function {
+  std::string_view name;
+  PrnType (PrnType::*of)() const;  // null for Set
+};
+
+constexpr Function kFunctions[] = {
+    {"Exp", &PrnType::Exp},     {"Log", &PrnType::Log},     {"Ln", &PrnType::Ln},       {"Sin", &PrnType::Sin},
+    {"Cos", &PrnType::Cos},     {"Tan", &PrnType::Tan},     {"ASin", &PrnType::ASin},   {"ACos", &PrnType::ACos},
+    {"ATan", &PrnType::ATan},   {"SinH", &PrnType::SinH},   {"CosH", &PrnType::CosH},   {"TanH", &PrnType::TanH},
+    {"ASinH", &PrnType::ASinH}, {"ACosH", &PrnType::ACosH}, {"ATanH", &PrnType::ATanH}, {"Inv", &PrnType::Inv},
+    {"Set", nullptr},
+};
+
+const Function* FunctionNamed(std::string_view name) {
+  const auto* found = std::ranges::find(kFunctions, name, &Function::name);
+  return found == std::end(kFunctions) ? nullptr : found;
+}
+
+std::size_t OperandsOf(std::string_view name) {
+  const Function* function = FunctionNamed(name);
+  return !function ? 0 : function->of ? 1 : 2;
+}
+
+// ------------------------------------------------------------ values
+
+// A number is a curve of one point, so that the library calculates with it as with every other value.
+struct Value {
+  Record record;  // null after a problem
+  bool isNumber = false;
+
+  explicit operator bool() const { return record != nullptr; }
+  float Number() const { return record->yArray[0]; }
+};
+
+Value NumberValue(float number) {
+  auto point = std::make_unique<PrnType>(AllocY, 1);
+  point->yArray[0] = number;
+  std::snprintf(point->fileName, sizeof point->fileName, "%s", Shortest(number).c_str());
+  return {std::move(point), true};
+}
+
+std::string Described(const Value& value) {
+  const std::string name = value.record->fileName;
+  return value.isNumber ? name : name + " (" + ShapeOf(*value.record) + ')';
+}
+
+// Takes what the library returns by value without copying it.
+template <class Calculation>
+Record Calculated(Calculation calculation) {
+  return Record(new PrnType(calculation()));
+}
+
+// ------------------------------------------------------------ evaluation
+
+// Operands are calculated first; the first problem ends it.
+class Evaluation {
+ public:
+  Value Of(const Expression& e) {
+    switch (e.kind) {
+      case Expression::Kind::Number:
+        return NumberValue(e.number);
+      case Expression::Kind::File:
+        return Loaded(e.text);
+      case Expression::Kind::Negation:
+        return Negated(Of(e.operands[0]));
+      case Expression::Kind::Operator:
+        return Combined(e);
+      case Expression::Kind::Function:
+        return Applied(e);
+    }
+    return {};
+  }
+
+ private:
+  static Value Loaded(const std::string& file) {
+    Input input = LoadItem(file, 1);
+    if (NoProblem(file, input.problem) && input.more)
+      Complain(file + ": holds further items; calc takes the first");
+    return {std::move(input.record), false};
+  }
+
+  static Value Negated(Value a) {
+    if (!a) return {};
+    return {Calculated([&] { return -*a.record; }), a.isNumber};
+  }
+
+  Value Combined(const Expression& e) {
+    Value a = Of(e.operands[0]);
+    if (!a) return {};
+    Value b = Of(e.operands[1]);
+    if (!b) return {};
+    const Operator& op = *std::ranges::find(kOperators, e.text.front(), &Operator::sign);
+    Value result{Calculated([&] { return Result(op, a, b); }), a.isNumber && b.isNumber};
+    if (!*result.record) return Refused(e, a, b);
+    return result;
+  }
+
+  // A number in front of a record changes places with it, or becomes a record of that value.
+  static PrnType Result(const Operator& op, const Value& a, const Value& b) {
+    if (b.isNumber) return (a.record.get()->*op.withNumber)(b.Number());
+    if (!a.isNumber) return (a.record.get()->*op.withRecord)(*b.record);
+    if (op.commutes) return (b.record.get()->*op.withNumber)(a.Number());
+    PrnType constant = b.record->Set(a.Number());
+    return (constant.*op.withRecord)(*b.record);
+  }
+
+  static Value Refused(const Expression& e, const Value& a, const Value& b) {
+    const char* reason = b.isNumber                             ? "a division by 0 and the power 0 are not defined"
+                         : a.record->Is3D() != b.record->Is3D() ? "a curve and a grid do not go together"
+                         : e.text == "&"                        ? "their counts of points differ"
+                                                                : "their axes do not go together";
+    return Failed(e.position, Described(a) + ' ' + e.text + ' ' + Described(b) + ": " + reason);
+  }
+
+  Value Applied(const Expression& e) {
+    Value a = Of(e.operands[0]);
+    if (!a) return {};
+    if (const Function& function = *FunctionNamed(e.text); function.of)
+      return {Calculated([&] { return (*a.record.*function.of)(); }), a.isNumber};
+    const Value constant = Of(e.operands[1]);
+    if (!constant) return {};
+    if (!constant.isNumber) return Failed(e.operands[1].position, "Set takes a number here");
+    return {Calculated([&] { return a.record->Set(constant.Number()); }), a.isNumber};
+  }
+
+  static Value Failed(std::size_t position, const std::string& sentence) {
+    Complain("calc: " + At(position, sentence));
+    return {};
+  }
+};
+
+struct CalcOptions {
+  std::string expression;
+  Output output;
+};
+
+int Calculate(const CLI::App& app, CalcOptions& options) {
+  const Format* format = FormatOf(app, options.output);
+  const ParsedExpression parsed = ParseExpression(options.expression, OperandsOf);
+  if (!parsed.problem.empty()) Complain("calc: " + parsed.problem);
+  if (!format || !parsed.problem.empty()) return kMisused;
+  const Value value = Evaluation().Of(parsed.expression);
+  if (!value) return kFailed;
+  if (value.isNumber) {
+    Complain("calc: the expression names no file");
+    return kMisused;
+  }
+  return NoProblem("calc", Save(*value.record, options.expression, 0, *format, options.output)) ? 0 : kFailed;
+}
+
+}  // namespace
+
+Run DefineCalc(CLI::App& app) {
+  auto options = std::make_shared<CalcOptions>();
+  app.add_option("EXPRESSION", options->expression, "What to calculate, in the quotes of the shell")
+      ->type_name("")
+      ->required();
+  AddOutputFile(app, options->output)->required();
+  return [&app, options] { return Calculate(app, *options); };
+}
+
+}  // namespace kem::tool

@@ -1,0 +1,97 @@
+// The table of commands.
+#include "command.h"
+
+namespace kem::tool {
+namespace {
+
+constexpr Command kCommands[] = {
+    {"info", "Show what files hold: shape, axes, titles and acquisition parameters",
+     R"(The item, if a file holds several, counts from 1. A number in the JSON document
+is null where a file holds none that is finite. Texts that are no UTF-8 are
+taken for Latin-1.)",
+     DefineInfo},
+    {"items", "List the items of files that hold several",
+     R"(Prints for each item its number, its shape and the title of its values, with a
+tab in between.)",
+     DefineItems},
+    {"convert", "Write files in another format",
+     R"(Results go beside their sources, with the extension of the format, unless
+--output or --dir say otherwise. Existing files are left alone without --force,
+and a file appears only when it is complete. Of several items the first is
+converted; another one is picked by --item, and _NN put behind its name. All that
+holds for the other commands that write files, too.
+
+A csv table begins with the axis titles. A curve has a line X,Y for each point, a
+grid a line X,Y,Z for each point with X varying fastest, as plotting programs,
+spreadsheets and data frames load it. Its numbers read back without loss, those
+of the other text formats have six digits.)",
+     DefineConvert},
+    {"slice", "Cut curves out of grids, along X or along Y",
+     R"(A band of one axis is summed, or averaged, and the result is a curve over the
+other axis.)",
+     DefineSlice},
+    {"cut", "Keep the part of curves or grids inside bounds", "The axes of the result ascend.", DefineCut},
+    {"reduce", "Make one sample of several neighbours, by their mean",
+     "What remains at the end of an axis is dropped.", DefineReduce},
+    {"resample", "Interpolate onto other coordinates",
+     R"(Values lie on the line through two neighbours. A curve is 0 where it had no
+samples; a grid goes on along its last lines.)",
+     DefineResample},
+    {"swap", "Exchange X and Y: transpose grids, invert curves", "Titles stay where they are.", DefineSwap},
+    {"sort", "Put axes into ascending order", "", DefineSort},
+    {"calc", "Calculate with files and numbers",
+     R"--(An expression has the operators + - * / ^ and &, parentheses, and the functions
+Exp, Log (to base 10), Ln, Sin, Cos, Tan, ASin, ACos, ATan, SinH, CosH, TanH,
+ASinH, ACosH, ATanH, Inv and Set(FILE, NUMBER), which makes every value that
+number. A name with a blank or one of + - * ^ & ( ) , in it, or one that begins
+like a number, stands in quotes of either kind. A / in the middle of a name is part
+of it: a / b divides, a/b is the file b in the folder a.
+
+^ binds before a sign and groups from the right: -a^2 is -(a^2). Then come * / &
+and then + and -, from the left. An expression that begins with a sign stands in
+parentheses, or behind --.
+
+The result has the axes and titles of the left file. A right file with other axes
+is interpolated onto them, and values that it does not reach stay as they are; &
+multiplies point by point, whatever the axes. Where the right file is 0 a quotient
+is 0, and a negative base takes the exponent rounded down. Divided by the number 0,
+or to the power of it, is refused.
+
+Numbers are calculated among each other in the same way, in single precision. A
+number in front of a file changes places with it under + * and &. Under - / and ^
+it stands for Set(FILE, NUMBER): 2 - a is Set(a, 2) - a.
+
+Examples:
+  kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn
+  kem calc "(-Log('run 1/sample.prn' / 'run 1/reference.prn'))" -o absorbance.csv)--",
+     DefineCalc},
+    {"median", "Take out spikes by the median of neighbouring values",
+     "A span of grids reaches as far along X as along Y.", DefineMedian},
+    {"smooth", "Smooth by the quadratic filter of Savitzky and Golay",
+     "Half the width, rounded down, is lost at either end.", DefineSmooth},
+    {"diff", "Differentiate",
+     R"(Gives the slope per sample, not divided by the spacing of the axis. Seven of at
+least 16 samples are lost at either end.)",
+     DefineDiff},
+    {"baseline", "Subtract the straight line through two points of the data", "", DefineBaseline},
+    {"slant", "Multiply curves by a linear factor that gives two values", "", DefineSlant},
+    {"integrate", "Integrate: as a number, or with an output as a curve",
+     R"(Prints the integral between bounds; of several records each behind its name and a
+tab. With --output, --dir or --to it writes a curve instead: the running integral
+of a curve, or the integral of a grid along the axis whose bounds are given,
+divided by the number of samples inside them.)",
+     DefineIntegrate},
+    {"stats", "Show ranges, extremes and their places, noise and integral",
+     R"(The noise level is the mean difference of neighbouring values along Y of a grid.
+Of a curve it is that of its abscissae: it tells how evenly they lie.)",
+     DefineStats},
+    {"histogram", "Count the values in equal parts of their range",
+     "Prints lower bound, upper bound and count of each part.", DefineHistogram},
+    {"help", "Explain a command", "", DefineHelp},
+};
+
+}  // namespace
+
+std::span<const Command> Commands() { return kCommands; }
+
+}  // namespace kem::tool

@@ -1,0 +1,168 @@
+// kem slice, cut, reduce, resample, swap and sort: other axes, the same values.
+#include <array>
+#include <cmath>
+
+#include "bounds.h"
+#include "shape.h"
+#include "transform.h"
+
+namespace kem::tool {
+namespace {
+
+// ------------------------------------------------------------ slice
+
+struct SliceOptions {
+  BoundsOption x;
+  BoundsOption y;
+  bool mean = false;
+};
+
+Problem Slice(Record& record, const SliceOptions& options) {
+  if (!record->Is3D()) return "is a curve, and only grids have slices";
+  const bool alongX = options.y.Given();
+  const Bounds band = (alongX ? options.y : options.x).Or({});
+  if (!HoldAnyOf(band, alongX ? YCoordinates(*record) : XCoordinates(*record)))
+    return "has no samples within the bounds";
+  const Titles titles(*record);
+  PrnType& slice =
+      alongX ? record->XSlice(band.from, band.to, options.mean) : record->YSlice(band.from, band.to, options.mean);
+  SetTitles(slice, alongX ? titles.x : titles.y, titles.z);
+  return Become(record, slice, "gives no slice");
+}
+
+// ------------------------------------------------------------ cut, reduce
+
+struct CutOptions {
+  BoundsOption x;
+  BoundsOption y;
+};
+
+struct ReduceOptions {
+  int x = 1;
+  int y = 1;
+};
+
+Problem Cut(Record& record, const CutOptions& options) {
+  if (options.y.Given() && !record->Is3D()) return kForGrids;
+  const Bounds x = options.x.Or({});
+  const Bounds y = options.y.Or({});
+  return Become(record, record->Cut(x.from, x.to, y.from, y.to), "has no samples within the bounds");
+}
+
+// ------------------------------------------------------------ resample
+
+struct EvenAxis {
+  std::array<float, 3> numbers = {};
+  CLI::Option* option = nullptr;
+
+  float From() const { return numbers[0]; }
+  float To() const { return numbers[1]; }
+  // Leads towards the end, whatever its sign.
+  float Step() const { return std::copysign(numbers[2], To() - From()); }
+};
+
+struct ResampleOptions {
+  EvenAxis x;
+  EvenAxis y;
+  std::string like;
+};
+
+void AddAxis(CLI::App& app, const char* name, EvenAxis& axis, const char* help) {
+  axis.option = app.add_option(name, axis.numbers, help)->type_name("FROM TO STEP");
+}
+
+// What the library resamples has lost its titles and parameters.
+Problem BecomeResampled(Record& record, PrnType& result) {
+  result.CopyHeader(*record);
+  return Become(record, result, "cannot be resampled");
+}
+
+Problem ResampleEvenly(Record& record, const EvenAxis& x, const EvenAxis& y) {
+  const bool grid = record->Is3D() != 0;
+  if (grid != (y.option->count() > 0)) return grid ? "is a grid, and needs --y too" : kForGrids;
+  if (x.Step() == 0 || (grid && y.Step() == 0)) return "cannot be resampled in steps of 0";
+  return BecomeResampled(record, grid ? record->InterpolateZ(x.From(), x.To(), x.Step(), y.From(), y.To(), y.Step())
+                                      : record->InterpolateY(x.From(), x.To(), x.Step()));
+}
+
+Problem ResampleLike(Record& record, const PrnType& other) {
+  if ((record->Is3D() == 0) != (other.Is3D() == 0))
+    return "is a " + ShapeOf(*record) + ", unlike " + other.fileName + ", a " + ShapeOf(other);
+  auto x = XCoordinates(other);
+  auto y = YCoordinates(other);
+  const int nX = static_cast<int>(x.size());
+  const int nY = static_cast<int>(y.size());
+  return BecomeResampled(record, record->Is3D() ? record->InterpolateXYZ(x.data(), nX, y.data(), nY)
+                                                : record->InterpolateXY(x.data(), nX));
+}
+
+int Resample(const CLI::App& app, Task& task, const ResampleOptions& options) {
+  Record other;
+  if (!options.like.empty()) {
+    Input input = LoadItem(options.like, 1);
+    if (!NoProblem(options.like, input.problem)) return kFailed;
+    other = std::move(input.record);
+  }
+  return Transform(app, task, [&](Record& record) {
+    return other ? ResampleLike(record, *other) : ResampleEvenly(record, options.x, options.y);
+  });
+}
+
+}  // namespace
+
+Run DefineSlice(CLI::App& app) {
+  auto options = std::make_shared<SliceOptions>();
+  AddBounds(app, 'x', options->x, "Slice along Y through this band of X");
+  AddBounds(app, 'y', options->y, "Slice along X through this band of Y");
+  RequireOne(app, options->x.option, options->y.option);
+  app.add_flag("-m,--mean", options->mean, "Mean of the band instead of its sum");
+  return DefineTransform(app, [options](Record& record) { return Slice(record, *options); });
+}
+
+Run DefineCut(CLI::App& app) {
+  auto options = std::make_shared<CutOptions>();
+  AddBounds(app, 'x', options->x, "Keep this part of X (default all)");
+  AddBounds(app, 'y', options->y, "Keep this part of Y, for grids (default all)");
+  RequireAny(app, options->x.option, options->y.option);
+  return DefineTransform(app, [options](Record& record) { return Cut(record, *options); });
+}
+
+Run DefineReduce(CLI::App& app) {
+  auto by = std::make_shared<ReduceOptions>();
+  for (auto& [name, count] : {std::pair("-x,--x", &by->x), std::pair("-y,--y", &by->y)})
+    app.add_option(name, *count, "Samples along this axis that become one (default 1)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000000).description(""));
+  return DefineTransform(app, [by](Record& record) {
+    if (!record->Is3D() && by->y > 1) return Problem(kForGrids);
+    return Become(record, record->Reduce(by->x, by->y), "has fewer samples than become one");
+  });
+}
+
+Run DefineResample(CLI::App& app) {
+  auto options = std::make_shared<ResampleOptions>();
+  AddAxis(app, "-x,--x", options->x, "X coordinates of the result");
+  AddAxis(app, "-y,--y", options->y, "Y coordinates of the result, for grids");
+  CLI::Option* like = app.add_option("-l,--like", options->like, "Take the coordinates of this file")
+                          ->type_name("FILE")
+                          ->excludes(options->y.option);
+  RequireOne(app, options->x.option, like);
+  auto task = AddTask(app);
+  return [&app, task, options] { return Resample(app, *task, *options); };
+}
+
+Run DefineSwap(CLI::App& app) {
+  return DefineTransform(app, [](Record& record) {
+    record->SwapXY();
+    return Problem();
+  });
+}
+
+Run DefineSort(CLI::App& app) {
+  return DefineTransform(app, [](Record& record) {
+    record->SortAxes();
+    return Problem();
+  });
+}
+
+}  // namespace kem::tool

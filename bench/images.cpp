@@ -37,7 +37,8 @@ struct ImageFile {
 // 640 x 480, sweep range 7.
 const ImageFile& Hama() {
   static const ImageFile file("kem-images-bench.raw",
-                              "HPK8TMAP" + std::string(11, '\0') + '\7' + std::string(236, '\0'), 640 * 480);
+                              "HPK8TMAP" + std::string(11, '\0') + '\7' + std::string(236, '\0'),
+                              std::size_t{640} * 480);
   return file;
 }
 
@@ -45,7 +46,7 @@ const ImageFile& Hama() {
 const ImageFile& Hpdta() {
   static const ImageFile file("kem-images-bench.img",
                               std::string("IM\2\0\x40\5\0\4\0\0\0\0\2\0", 14) + std::string(50, '\0') + "[]",
-                              1344 * 1024);
+                              std::size_t{1344} * 1024);
   return file;
 }
 

@@ -84,7 +84,7 @@ Range RangeOf(float* const* rows, int nX, int nY) {
   for (int i = 0; i < nX; ++i) lanes.Extend(rows[i], nY);
   Range range = lanes.Reduced();
   if (!EndsAtZero(range)) return range;
-  const float* zero = nullptr;
+  const float* zero = rows[0];
   std::ptrdiff_t columns = nY;
   for (int i = 0; i < nX; ++i) {
     const float* found = FindZero(rows[i], rows[i] + columns);

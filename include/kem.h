@@ -678,7 +678,7 @@ extern KEM_API int ReadNextFlag;
 /// writer, because their return value only tells whether writing was attempted.
 extern KEM_API int WriteFailedFlag;
 /// What the values of the file just read have to be multiplied by. A JCAMP-DX file may name factors
-/// (##XFACTOR, ##YFACTOR), which are not applied: a record holds the numbers as they stand in the file. 1 for
+/// ("XFACTOR", "YFACTOR"), which are not applied: a record holds the numbers as they stand in the file. 1 for
 /// a file without factors and for every other format; of several blocks, the last factor that is not 1.
 extern KEM_API float ReadXFactor;
 extern KEM_API float ReadYFactor;

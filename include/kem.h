@@ -703,8 +703,9 @@ class KEM_API CKemDll {
 };
 
 /// Lets the user choose a file and stores its path in \p buffer. Returns 0 when a file was chosen and 1 when
-/// the dialog was cancelled or cannot be shown. A path that does not fit in \p size bytes leaves \p buffer
-/// empty.
+/// the dialog was cancelled or cannot be shown. A path that does not fit in \p size bytes, or that under
+/// Windows has no narrow form, leaves \p buffer empty; several files chosen under Windows give their folder.
+/// Under Linux zenity or kdialog shows the dialog.
 KEM_API int KemFileName(char* buffer, int size);
 /// Loads a file as the new current record \ref prn and releases the one before. Returns 0, or 1 when the load
 /// failed; `prn` is then an empty record.

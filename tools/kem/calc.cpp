@@ -83,81 +83,78 @@ Record Calculated(Calculation calculation) {
 // ------------------------------------------------------------ evaluation
 
 // Operands are calculated first; the first problem ends it.
-class Evaluation {
- public:
-  Value Of(const Expression& e) {
-    switch (e.kind) {
-      case Expression::Kind::Number:
-        return NumberValue(e.number);
-      case Expression::Kind::File:
-        return Loaded(e.text);
-      case Expression::Kind::Negation:
-        return Negated(Of(e.operands[0]));
-      case Expression::Kind::Operator:
-        return Combined(e);
-      case Expression::Kind::Function:
-        return Applied(e);
-    }
-    return {};
-  }
+Value ValueOf(const Expression& e);
 
- private:
-  static Value Loaded(const std::string& file) {
-    Input input = LoadItem(file, 1);
-    if (NoProblem(file, input.problem) && input.more)
-      Complain(file + ": holds further items; calc takes the first");
-    return {std::move(input.record), false};
-  }
+Value Failed(std::size_t position, const std::string& sentence) {
+  Complain("calc: " + At(position, sentence));
+  return {};
+}
 
-  static Value Negated(Value a) {
-    if (!a) return {};
-    return {Calculated([&] { return -*a.record; }), a.isNumber};
-  }
+Value Loaded(const std::string& file) {
+  Input input = LoadItem(file, 1);
+  if (NoProblem(file, input.problem) && input.more) Complain(file + ": holds further items; calc takes the first");
+  return {std::move(input.record), false};
+}
 
-  Value Combined(const Expression& e) {
-    Value a = Of(e.operands[0]);
-    if (!a) return {};
-    Value b = Of(e.operands[1]);
-    if (!b) return {};
-    const Operator& op = *std::ranges::find(kOperators, e.text.front(), &Operator::sign);
-    Value result{Calculated([&] { return Result(op, a, b); }), a.isNumber && b.isNumber};
-    if (!*result.record) return Refused(e, a, b);
-    return result;
-  }
+Value Negated(Value a) {
+  if (!a) return {};
+  return {Calculated([&] { return -*a.record; }), a.isNumber};
+}
 
-  // A number in front of a record changes places with it, or becomes a record of that value.
-  static PrnType Result(const Operator& op, const Value& a, const Value& b) {
-    if (b.isNumber) return (a.record.get()->*op.withNumber)(b.Number());
-    if (!a.isNumber) return (a.record.get()->*op.withRecord)(*b.record);
-    if (op.commutes) return (b.record.get()->*op.withNumber)(a.Number());
-    PrnType constant = b.record->Set(a.Number());
-    return (constant.*op.withRecord)(*b.record);
-  }
+// A number in front of a record changes places with it, or becomes a record of that value.
+PrnType Result(const Operator& op, const Value& a, const Value& b) {
+  if (b.isNumber) return (a.record.get()->*op.withNumber)(b.Number());
+  if (!a.isNumber) return (a.record.get()->*op.withRecord)(*b.record);
+  if (op.commutes) return (b.record.get()->*op.withNumber)(a.Number());
+  PrnType constant = b.record->Set(a.Number());
+  return (constant.*op.withRecord)(*b.record);
+}
 
-  static Value Refused(const Expression& e, const Value& a, const Value& b) {
-    const char* reason = b.isNumber                             ? "a division by 0 and the power 0 are not defined"
-                         : a.record->Is3D() != b.record->Is3D() ? "a curve and a grid do not go together"
-                         : e.text == "&"                        ? "their counts of points differ"
-                                                                : "their axes do not go together";
-    return Failed(e.position, Described(a) + ' ' + e.text + ' ' + Described(b) + ": " + reason);
-  }
+Value Refused(const Expression& e, const Value& a, const Value& b) {
+  const char* reason = b.isNumber                             ? "a division by 0 and the power 0 are not defined"
+                       : a.record->Is3D() != b.record->Is3D() ? "a curve and a grid do not go together"
+                       : e.text == "&"                        ? "their counts of points differ"
+                                                              : "their axes do not go together";
+  return Failed(e.position, Described(a) + ' ' + e.text + ' ' + Described(b) + ": " + reason);
+}
 
-  Value Applied(const Expression& e) {
-    Value a = Of(e.operands[0]);
-    if (!a) return {};
-    if (const Function& function = *FunctionNamed(e.text); function.of)
-      return {Calculated([&] { return (*a.record.*function.of)(); }), a.isNumber};
-    const Value constant = Of(e.operands[1]);
-    if (!constant) return {};
-    if (!constant.isNumber) return Failed(e.operands[1].position, "Set takes a number here");
-    return {Calculated([&] { return a.record->Set(constant.Number()); }), a.isNumber};
-  }
+Value Combined(const Expression& e) {
+  Value a = ValueOf(e.operands[0]);
+  if (!a) return {};
+  Value b = ValueOf(e.operands[1]);
+  if (!b) return {};
+  const Operator& op = *std::ranges::find(kOperators, e.text.front(), &Operator::sign);
+  Value result{Calculated([&] { return Result(op, a, b); }), a.isNumber && b.isNumber};
+  if (!*result.record) return Refused(e, a, b);
+  return result;
+}
 
-  static Value Failed(std::size_t position, const std::string& sentence) {
-    Complain("calc: " + At(position, sentence));
-    return {};
+Value Applied(const Expression& e) {
+  Value a = ValueOf(e.operands[0]);
+  if (!a) return {};
+  if (const Function& function = *FunctionNamed(e.text); function.of)
+    return {Calculated([&] { return (*a.record.*function.of)(); }), a.isNumber};
+  const Value constant = ValueOf(e.operands[1]);
+  if (!constant) return {};
+  if (!constant.isNumber) return Failed(e.operands[1].position, "Set takes a number here");
+  return {Calculated([&] { return a.record->Set(constant.Number()); }), a.isNumber};
+}
+
+Value ValueOf(const Expression& e) {
+  switch (e.kind) {
+    case Expression::Kind::Number:
+      return NumberValue(e.number);
+    case Expression::Kind::File:
+      return Loaded(e.text);
+    case Expression::Kind::Negation:
+      return Negated(ValueOf(e.operands[0]));
+    case Expression::Kind::Operator:
+      return Combined(e);
+    case Expression::Kind::Function:
+      return Applied(e);
   }
-};
+  return {};
+}
 
 struct CalcOptions {
   std::string expression;
@@ -169,7 +166,7 @@ int Calculate(const CLI::App& app, CalcOptions& options) {
   const ParsedExpression parsed = ParseExpression(options.expression, OperandsOf);
   if (!parsed.problem.empty()) Complain("calc: " + parsed.problem);
   if (!format || !parsed.problem.empty()) return kMisused;
-  const Value value = Evaluation().Of(parsed.expression);
+  const Value value = ValueOf(parsed.expression);
   if (!value) return kFailed;
   if (value.isNumber) {
     Complain("calc: the expression names no file");

@@ -58,7 +58,7 @@ Problem SubtractBaseline(Record& record, const BaselineOptions& options) {
   const bool alongX = options.x.Given();
   if (!alongX && !r.Is3D()) return kForGrids;
   const auto [from, to] = (alongX ? options.x : options.y).at;
-  const Problem problem = alongX ? CannotSpan('X', XRange(r), {from, to}) : CannotSpan('Y', YRange(r), {from, to});
+  Problem problem = alongX ? CannotSpan('X', XRange(r), {from, to}) : CannotSpan('Y', YRange(r), {from, to});
   if (problem.empty()) alongX ? r.SubLinBackX(from, to) : r.SubLinBackY(from, to);
   return problem;
 }

@@ -26,36 +26,16 @@ namespace {
 constexpr std::streamoff kStopValueAt = 93;
 constexpr std::streamoff kPairsAt = 1113;
 
-// Where the texts behind the spectrum go; null: not kept.
-constexpr Text CaryDSWHeaderType::*kTexts[] = {
-    &CaryDSWHeaderType::dswXTitle,
-    &CaryDSWHeaderType::dswYTitle,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    &CaryDSWHeaderType::dswText10,
-    &CaryDSWHeaderType::dswText11,
-    nullptr,
-    &CaryDSWHeaderType::dswText13,
-    &CaryDSWHeaderType::dswText14,
-    &CaryDSWHeaderType::dswText15,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    &CaryDSWHeaderType::dswText26,
+// Of the text records behind the spectrum, those that are kept, by their number.
+struct KeptText {
+  int number;
+  Text CaryDSWHeaderType::*to;
 };
-static_assert(std::size(kTexts) == 26);
+constexpr KeptText kTexts[] = {
+    {1, &CaryDSWHeaderType::dswXTitle},  {2, &CaryDSWHeaderType::dswYTitle},  {10, &CaryDSWHeaderType::dswText10},
+    {11, &CaryDSWHeaderType::dswText11}, {13, &CaryDSWHeaderType::dswText13}, {14, &CaryDSWHeaderType::dswText14},
+    {15, &CaryDSWHeaderType::dswText15}, {26, &CaryDSWHeaderType::dswText26},
+};
 
 struct Pairs {
   std::vector<float> x;
@@ -101,8 +81,9 @@ int PrnType::ReadCaryDSWFile(std::ifstream& in) try {
   auto x = ArrayOf(pairs.x);
   auto y = ArrayOf(pairs.y);
   CaryDSWHeaderType texts = {};
-  Text discarded;
-  for (const auto text : kTexts) ReadCaryDSWParameter(in, text ? texts.*text : discarded);
+  int number = 1;
+  for (const KeptText& kept : kTexts)
+    for (; number <= kept.number; ++number) ReadCaryDSWParameter(in, texts.*kept.to);  // the last one stays
 
   Reset(*this);
   Own(xArray, std::move(x));

@@ -66,3 +66,10 @@ void RegisterAll() {
 const bool kRegistered = (RegisterAll(), true);
 
 }  // namespace
+
+// CPU time in us of an addition, GCC 12, x86-64 at 2.6 GHz; kem finds the range of the result as well:
+//
+//   grid      kem   literal   numpy   numpy with min and max
+//    256²      15        53       5       12
+//   1024²     220      4119      98      218
+//   4096²   34155    149306    6944    10810

@@ -96,3 +96,9 @@ BENCHMARK(HpdtaPlain)->Unit(benchmark::kMicrosecond);
 BENCHMARK(HpdtaRecord)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+
+// CPU time in us, GCC 12, x86-64 at 2.6 GHz:
+//
+//             raw 640 x 480   HPDTA 1344 x 1024
+//   plain                38                 151
+//   record              108                 383

@@ -69,3 +69,9 @@ BENCHMARK(Stream)->DenseRange(kSpectrum, kAnyBits)->Unit(benchmark::kMillisecond
 BENCHMARK(Output)->DenseRange(kSpectrum, kAnyBits)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+
+// CPU time in ms for a million values, GCC 12, x86-64 at 2.6 GHz:
+//
+//            spectrum   counts   any bits
+//   stream        169      143        207
+//   output         17       19         58

@@ -31,7 +31,9 @@ inline Result Kem(const std::string& arguments, const std::string& before = "") 
   std::string line = before + '"' + program + "\" " + arguments + " >\"" + out + "\" 2>\"" + err + '"';
 #ifdef _WIN32
   line = '"' + line + '"';  // its shell takes the outermost quotes away
-  const int status = std::system(line.c_str());
+  int status = std::system(line.c_str());
+  // Under Wine on a busy machine a program now and then cannot be started: kem itself has no such status.
+  for (int again = 0; again < 3 && (status == -1 || status == 9009); ++again) status = std::system(line.c_str());
 #else
   const int status = WEXITSTATUS(std::system(line.c_str()));
 #endif

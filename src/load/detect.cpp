@@ -43,7 +43,7 @@ constexpr Format kCary45{"Cary 45",
                          Pairing::Cary45};
 constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
                           state.main.close();
-                          return record.ReadBES3T(state.name, state.count, state.index);
+                          return record.ReadBES3T(state.name.c_str(), state.count, state.index);
                         }};
 constexpr Format kIccdCurve{"ICCD curve", [](PrnType& record, LoadState& state) {
                               return record.ReadIccdCrv(state.main, state.count, state.index);

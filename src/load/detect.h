@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "kem.h"
@@ -11,7 +12,7 @@ namespace kem::load {
 
 // What one load hands from its tests to its reader.
 struct LoadState {
-  const char* name;
+  std::string name;
   int index;
   std::ifstream main;
   std::ifstream partner;  // the other file of a pair

@@ -7,12 +7,15 @@
 #include "load/detect.h"
 #include "load/files.h"
 #include "load/text.h"
+#include "record/storage.h"
 
 namespace kem::load {
 namespace {
 
 // A partner that is missing ends the load; any other refusal leaves the content tests their turn.
 enum class Outcome { Loaded, Refused, NoPartner };
+
+using kem::record::RestoreExtension;
 
 constexpr auto kBinary = std::ios::in | std::ios::binary;
 
@@ -61,7 +64,9 @@ Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
     state.main.seekg(0);
   }
   if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::NoPartner;
+  void* const extension = record.extension;
   const bool loaded = format.read && format.read(record, state) != 0;
+  if (!loaded) RestoreExtension(record, extension);
   state.partner.close();
   return loaded ? Outcome::Loaded : Outcome::Refused;
 }
@@ -80,9 +85,7 @@ Outcome TryByContent(PrnType& record, LoadState& state) {
   return Try(record, state, FirstHit(ContentTests(), SearchableStart(state.main, start)));
 }
 
-bool OpenMain(LoadState& state) {
-  return std::string_view(state.name).size() < kTextSize && Open(state.main, state.name);
-}
+bool OpenMain(LoadState& state) { return state.name.size() < kTextSize && Open(state.main, state.name); }
 
 bool Load(PrnType& record, LoadState& state) {
   if (!OpenMain(state)) return false;
@@ -102,16 +105,18 @@ bool Load(PrnType& record, LoadState& state) {
 using namespace kem::load;
 
 void PrnType::ReadFile(const char* name, int index) {
+  const kem::record::EmptyOnThrow guard(*this);
   xStep = 0;
   yStep = 0;
   ReadXFactor = 1;
   ReadYFactor = 1;
+  // A copy of the name: it may lie in this record, where readers store texts.
   LoadState state{.name = name, .index = index, .main = {}, .partner = {}};
   if (!Load(*this, state)) {
     allocType = AllocNone;
     return;
   }
-  CopyText(fileName, name);
+  CopyText(fileName, state.name);
   if ((state.multi3D || state.nxy || state.oma || ReadNextFlag != 0) && state.count > 1)
     MakeNumberedFileName(fileName, index == 0 ? 1 : index);
   if (ExtensionCreateHook) ExtensionCreateHook(&extension);

@@ -98,9 +98,9 @@ void CopyArrays(PrnType& to, const PrnType& src, Values values) {
   to.zMax = src.zMax;
   to.nX = src.nX;
   to.nY = src.nY;
-  if (x) Own(to.xArray, std::move(x));
-  if (y) Own(to.yArray, std::move(y));
-  if (z) Own(to.zArray, std::move(z));
+  Own(to.xArray, std::move(x));
+  Own(to.yArray, std::move(y));
+  Own(to.zArray, std::move(z));
 }
 
 void CopyParameter(PrnType& record, const PrnType& src, const KemParameter& parameter) {
@@ -159,6 +159,19 @@ void GridDeleter::operator()(float** grid) const {
 Grid NewGrid(int rows, int columns) { return MakeGrid<NewArray>(rows, columns); }
 Grid NewZeroGrid(int rows, int columns) { return MakeGrid<NewZeroArray>(rows, columns); }
 
+EmptyOnThrow::~EmptyOnThrow() {
+  if (std::uncaught_exceptions() == exceptions_) return;
+  if (!record_) RestoreExtension(record_, extension_);
+  record_.DeAllocate();
+  record_.nX = 0;
+  record_.nY = 0;
+}
+
+void RestoreExtension(PrnType& record, void* earlier) {
+  if (record.extension != earlier && record.extension && ExtensionFreeHook) ExtensionFreeHook(&record.extension);
+  record.extension = earlier;
+}
+
 void Reset(PrnType& record) {
   record.xArray = nullptr;
   record.yArray = nullptr;
@@ -192,6 +205,7 @@ PrnType::PrnType(AllocType type, int count1, int count2) { Allocate(type, count1
 PrnType::PrnType(const char* name, int index) { ReadFile(name, index); }
 
 PrnType::PrnType(const PrnType& src) {
+  const EmptyOnThrow guard(*this);
   Reset(*this);
   active = src.active;
   CopyText(fileName, TextOf(src.fileName));
@@ -204,10 +218,10 @@ PrnType::~PrnType() { DeAllocate(); }
 
 PrnType PrnType::operator=(const PrnType& src) {
   if (this == &src) return *this;
-  DeAllocate();
+  CopyData(src);
+  const EmptyOnThrow guard(*this);
   active = src.active;
   CopyText(fileName, TextOf(src.fileName));
-  CopyData(src);
   CopyHeader(src);
   CopyExtension(*this, src);
   return *this;
@@ -223,20 +237,23 @@ void PrnType::Allocate(AllocType type, int count1, int count2) {
   xArray = nullptr;
   yArray = nullptr;
   zArray = nullptr;
-  allocType = type;
+  extension = nullptr;
+  allocType = AllocNone;  // until all arrays are there
+  const EmptyOnThrow guard(*this);
   if (type == AllocNone || OwnsArrays(type)) {
     const bool grid = (type & AllocZ) != 0;
-    fileType = grid ? FileP3D : type == AllocXY ? FileXY : FileCvt;
-    nX = type == AllocNone ? 0 : count1;
-    nY = grid ? count2 : nX;
-    // All arrays are had before the record owns the first, so that a failure leaks nothing.
-    auto x = type & AllocX ? NewArray(nX) : nullptr;
-    auto y = type & AllocY ? NewArray(nY) : nullptr;
-    Grid z = grid ? NewGrid(nX, nY) : nullptr;
+    const int columns = grid ? count2 : count1;
+    auto x = type & AllocX ? NewArray(count1) : nullptr;
+    auto y = type & AllocY ? NewArray(columns) : nullptr;
+    Grid z = grid ? NewGrid(count1, columns) : nullptr;
     Own(xArray, std::move(x));
     Own(yArray, std::move(y));
     Own(zArray, std::move(z));
+    fileType = grid ? FileP3D : type == AllocXY ? FileXY : FileCvt;
+    nX = type == AllocNone ? 0 : count1;
+    nY = type == AllocNone ? 0 : columns;
   }
+  allocType = type;
   if (fileType == FileCvt || fileType == FileXY || fileType == FileP3D) {
     CopyText(xLabel, "X");
     CopyText(yLabel, "Y");

@@ -1,6 +1,7 @@
 // Memory of a record's arrays, and the two ways to start a record.
 #pragma once
 
+#include <exception>
 #include <memory>
 
 #include "kem.h"
@@ -28,6 +29,24 @@ Grid NewZeroGrid(int rows, int columns);
 
 // The shapes that own anything; the others only store their number.
 inline bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
+
+// While it lives, an exception leaves the record empty: the arrays that it owns by then and the extension that the
+// host made meanwhile are released.
+class EmptyOnThrow {
+ public:
+  explicit EmptyOnThrow(PrnType& record) : record_(record), extension_(record.extension) {}
+  ~EmptyOnThrow();
+  EmptyOnThrow(const EmptyOnThrow&) = delete;
+  EmptyOnThrow& operator=(const EmptyOnThrow&) = delete;
+
+ private:
+  PrnType& record_;
+  void* extension_;
+  int exceptions_ = std::uncaught_exceptions();
+};
+
+// Lets the host free an extension that has taken the place of an earlier one, and puts that one back.
+void RestoreExtension(PrnType& record, void* earlier);
 
 // Makes a record fresh without releasing anything: no arrays, defined axes, titles "X" and "Y". Leaves xEnd,
 // zLabel, fileName and active as they are.

@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "load/detect.h"
 #include "support/support.h"
 
@@ -54,6 +56,13 @@ TEST_CASE("loading: file names, numbers and indices") {
   CHECK(!PrnType(nxy.c_str(), 4));
   const std::string xy = folder.Write("data.xyz", kXYFile);
   CHECK(std::string(PrnType(xy.c_str(), 0).fileName) == xy);
+  // the name may be the record's own, which a reader overwrites
+  PrnType own;
+  std::strcpy(own.fileName,
+              folder.Write("own.dx", "##TITLE=other\n##BLOCKS=1\n##NPOINTS=1\n##XYDATA=(XY..XY)\n1 2\n").c_str());
+  own.ReadFile(own.fileName, 0);
+  CHECK(own.nY == 1);
+  CHECK(std::string(own.fileName) == folder.Path("own.dx"));
   // -1 does not look into the file: the header of an NXY file becomes that of an XY file
   const PrnType unsniffed(nxy.c_str(), -1);
   CHECK(unsniffed.fileType == FileXY);

@@ -120,9 +120,12 @@ TEST_CASE("record: shapes that store nothing own nothing") {
   r.DeAllocate();
   r.Allocate(static_cast<AllocType>(15), 2, 2);
   CHECK(r.Is3D() != 0);
-  r.MinMax();
+  copy = PrnType(AllocXYZ, 2, 2);
   copy = r;
   CHECK(copy.allocType == 15);
+  for (const void* left : {static_cast<void*>(copy.xArray), static_cast<void*>(copy.zArray)})
+    CHECK(left == nullptr);
+  copy.MinMax();
   copy = PrnType(AllocY, 1);  // releases no pointer that the shape only names
   CHECK(copy.nY == 1);
 }
@@ -132,6 +135,9 @@ TEST_CASE("record: lengths that cannot be had end in bad_alloc, and grids of no 
     CHECK_THROWS_AS(PrnType(type, -1, 3), std::bad_alloc);
   CHECK_THROWS_AS(PrnType(AllocYZ, 2, -1), std::bad_alloc);
   CHECK_THROWS_AS(PrnType(AllocZ, 2, -1), std::bad_alloc);
+  PrnType r;
+  CHECK_THROWS_AS(r.Allocate(AllocXYZ, 2, -1), std::bad_alloc);
+  CHECK(!r);
   PrnType none(AllocZ, -2, 3);
   none.MinMax();
   CHECK(none.nX == -2);

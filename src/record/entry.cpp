@@ -2,6 +2,7 @@
 #include "kem.h"
 
 #include <memory>
+#include <utility>
 
 PrnType* prn = nullptr;
 int ReadNextFlag = 0;
@@ -14,15 +15,14 @@ CKemDll::CKemDll() = default;
 CKemDll& CKemDll::operator=(const CKemDll&) { return *this; }
 CKemDll& CKemDll::operator=(CKemDll&&) noexcept { return *this; }
 
-// The name may lie inside the record that is about to go, so it is kept until the new one has been loaded.
 int KemOpenFile(char* name, int index) {
-  const std::unique_ptr<PrnType> previous(prn);
-  if (previous) previous->DeAllocate();
-  prn = nullptr;
-  auto record = std::make_unique<PrnType>();
-  record->__autoclassinit2(sizeof *record);
-  record->ReadFile(name, index);
-  prn = record.release();
+  if (prn) prn->DeAllocate();
+  // No file has an empty name: this is a record of zero bytes, for which no hook has run. It is the current one
+  // from here on, so that a load that throws leaves it empty.
+  auto record = std::make_unique<PrnType>("", 0);
+  // The name may lie inside the record that goes.
+  const std::unique_ptr<PrnType> previous(std::exchange(prn, record.release()));
+  prn->ReadFile(name, index);
   return !*prn;
 }
 

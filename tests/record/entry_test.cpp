@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "support/support.h"
 
 using namespace kem::test;
@@ -20,8 +22,39 @@ TEST_CASE("entry: the current record is the last load, failed or not") {
   CHECK(prn->nY == 0);
   CHECK(fnKemDll() == 42);
   CHECK(nKemDll == 0);
-  delete prn;
-  prn = nullptr;
+  delete std::exchange(prn, nullptr);
+}
+
+TEST_CASE("entry: a host's objects are made by loads alone and all freed") {
+  static int created = 0;
+  static int freed = 0;
+  ExtensionCreateHook = [](void** e) { *e = &++created; };
+  ExtensionFreeHook = [](void**) { ++freed; };
+  const TempFolder folder;
+  const std::string xy = "XY\nx\ny\n1\n2\nn\n\n1 2\n";
+  struct Load {
+    std::string file;
+    int created, freed;  // by this load: a reader makes an object, so does every load that succeeds
+  };
+  const Load loads[] = {
+      {folder.Write("a.xyz", xy), 2, 0},
+      {folder.Path("missing"), 0, 1},  // frees the earlier record's alone
+      {folder.Path("missing"), 0, 0},
+      {folder.Write("b.crv", "no curve"), 1, 1},  // its reader resets the record and refuses
+      {folder.Write("c.crv", xy), 3, 1},          // and leaves it to another
+  };
+  for (const Load& load : loads) {
+    CAPTURE(load.file);
+    created = freed = 0;
+    std::string name = load.file;
+    CHECK(KemOpenFile(name.data(), 0) == (load.created < 2));
+    CHECK(created == load.created);
+    CHECK(freed == load.freed);
+    CHECK((prn->extension == nullptr) == !*prn);
+  }
+  delete std::exchange(prn, nullptr);
+  ExtensionCreateHook = nullptr;
+  ExtensionFreeHook = nullptr;
 }
 
 TEST_CASE("entry: raw storage is cleared as far as asked") {

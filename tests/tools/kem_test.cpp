@@ -137,6 +137,12 @@ TEST_CASE("kem convert: csv keeps every digit, quotes titles, and lists grids wi
   CHECK(Kem("convert --to csv " + Quoted(WritePair(folder, "grid", true))).status == 0);
   CHECK(ReadBytes(folder.Path("grid.csv")) ==
         titles + ",Z\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
+  std::string steps = "[P2D]\nX\nY\n\n[X] DEFINITION\n0 100 0.1\n[Y]\n";
+  for (int k = 0; k <= 1000; ++k) steps += std::to_string(k) + ' ';
+  const std::string line = folder.Write("steps.p2d", steps);
+  CHECK(Kem("convert --to csv " + Quoted(line)).status == 0);
+  CHECK(ReadBytes(folder.Path("steps.csv")).ends_with("\n99.9,999\n100,1000\n"));  // sums of steps end at 99.999
+  CHECK(Kem("stats " + Quoted(line)).out.find("greatest  1000 at 100\n") != std::string::npos);
 }
 
 TEST_CASE("kem convert: what is written reads back, and the extension of the output chooses the format") {

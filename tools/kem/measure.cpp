@@ -1,4 +1,5 @@
 // kem integrate, stats and histogram: numbers about records.
+#include <algorithm>
 #include <iostream>
 
 #include "bounds.h"
@@ -70,6 +71,12 @@ struct Extreme {
   float y = 0;
 };
 
+// The exact coordinate of a sample that the library found at the sum of its steps.
+void MakeExact(float& at, const std::vector<float>& found, const std::vector<float>& exact) {
+  const auto sample = std::find(found.begin(), found.end(), at);
+  if (sample != found.end()) at = exact[static_cast<std::size_t>(sample - found.begin())];
+}
+
 struct Statistics {
   Extreme least;
   Extreme greatest;
@@ -83,6 +90,10 @@ struct Statistics {
                 greatest.y);
     else
       r.MinMaxY(all.from, all.to, least.value, greatest.value, least.x, greatest.x);
+    for (Extreme* extreme : {&least, &greatest}) {
+      MakeExact(extreme->x, XOfOperations(r), XCoordinates(r));
+      if (r.Is3D()) MakeExact(extreme->y, YOfOperations(r), YCoordinates(r));
+    }
   }
 };
 

@@ -21,7 +21,7 @@ Problem Slice(Record& record, const SliceOptions& options) {
   if (!record->Is3D()) return "is a curve, and only grids have slices";
   const bool alongX = options.y.Given();
   const Bounds band = (alongX ? options.y : options.x).Or({});
-  if (!HoldAnyOf(band, alongX ? YCoordinates(*record) : XCoordinates(*record)))
+  if (!HoldAnyOf(band, alongX ? YOfOperations(*record) : XOfOperations(*record)))
     return "has no samples within the bounds";
   const Titles titles(*record);
   PrnType& slice =
@@ -88,8 +88,8 @@ Problem ResampleEvenly(Record& record, const EvenAxis& x, const EvenAxis& y) {
 Problem ResampleLike(Record& record, const PrnType& other) {
   if ((record->Is3D() == 0) != (other.Is3D() == 0))
     return "is a " + ShapeOf(*record) + ", unlike " + other.fileName + ", a " + ShapeOf(other);
-  auto x = XCoordinates(other);
-  auto y = YCoordinates(other);
+  auto x = XOfOperations(other);
+  auto y = YOfOperations(other);
   const int nX = static_cast<int>(x.size());
   const int nY = static_cast<int>(y.size());
   return BecomeResampled(record, record->Is3D() ? record->InterpolateXYZ(x.data(), nX, y.data(), nY)

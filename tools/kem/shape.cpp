@@ -1,12 +1,13 @@
 #include "shape.h"
 
+#include <cmath>
 #include <cstdio>
 #include <memory>
 
 namespace kem::tool {
 namespace {
 
-std::vector<float> Coordinates(const PrnType& record, void (PrnType::*axis)(float**, int*) const) {
+std::vector<float> HandedOut(const PrnType& record, void (PrnType::*axis)(float**, int*) const) {
   float* values = nullptr;
   int count = 0;
   (record.*axis)(&values, &count);
@@ -26,7 +27,26 @@ std::string ShapeOf(const PrnType& record) {
   return "curve " + std::to_string(record.nY);
 }
 
-std::vector<float> XCoordinates(const PrnType& record) { return Coordinates(record, &PrnType::ArrayFromXAxis); }
-std::vector<float> YCoordinates(const PrnType& record) { return Coordinates(record, &PrnType::ArrayFromYAxis); }
+double LinearAxis::Last() const {
+  const double last = start + (points - 1.0) * step;
+  return std::fabs(end - last) < std::fabs(step) / 4.0 ? end : last;
+}
+
+std::vector<float> LinearAxis::Coordinates() const {
+  std::vector<float> values(points > 0 ? static_cast<std::size_t>(points) : 0, start);
+  const double span = Last() - start;
+  for (int k = 1; k < points; ++k)
+    values[static_cast<std::size_t>(k)] = static_cast<float>(start + k * span / (points - 1));
+  return values;
+}
+
+LinearAxis XAxis(const PrnType& r) { return {r.xStart, r.xEnd, r.xStep, r.Is3D() ? r.nX : r.nY}; }
+LinearAxis YAxis(const PrnType& r) { return {r.yStart, r.yEnd, r.yStep, r.nY}; }
+
+std::vector<float> XOfOperations(const PrnType& r) { return HandedOut(r, &PrnType::ArrayFromXAxis); }
+std::vector<float> YOfOperations(const PrnType& r) { return HandedOut(r, &PrnType::ArrayFromYAxis); }
+
+std::vector<float> XCoordinates(const PrnType& r) { return r.HasX() ? XOfOperations(r) : XAxis(r).Coordinates(); }
+std::vector<float> YCoordinates(const PrnType& r) { return r.HasY() ? YOfOperations(r) : YAxis(r).Coordinates(); }
 
 }  // namespace kem::tool

@@ -22,7 +22,27 @@ void SetTitles(PrnType& curve, const char* x, const char* y);
 // "curve 1024" or "grid 64 x 100".
 std::string ShapeOf(const PrnType& record);
 
+// An axis that is not stored: the coordinate of sample k is start + k (Last() - start) / (points - 1), rounded
+// once.
+struct LinearAxis {
+  float start;
+  float end;  // of the record: the last coordinate, or one step behind it, or never set
+  float step;
+  int points;
+
+  double Last() const;
+  std::vector<float> Coordinates() const;
+};
+
+LinearAxis XAxis(const PrnType& record);
+LinearAxis YAxis(const PrnType& record);
+
+// Where the samples are, as the command tells it.
 std::vector<float> XCoordinates(const PrnType& record);
 std::vector<float> YCoordinates(const PrnType& record);
+
+// Where the library's operations look for them: they add up the steps of a linear axis in single precision.
+std::vector<float> XOfOperations(const PrnType& record);
+std::vector<float> YOfOperations(const PrnType& record);
 
 }  // namespace kem::tool

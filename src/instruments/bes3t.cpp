@@ -523,10 +523,9 @@ std::string TitleOf(const Text& name, const Text& unit) {
 }  // namespace
 
 int PrnType::ReadBES3T(const char* name, int& columns, int which) {
-  const std::string base(BaseOf(name));
-  if (base.size() + 4 >= kTextSize || which < 0) return 0;
-  std::ifstream descriptor(AnyCase(base + ".DSC"), std::ios::binary);
-  std::ifstream values(AnyCase(base + ".DTA"), std::ios::binary);
+  if (BaseOf(name).size() + 4 >= kTextSize || which < 0) return 0;
+  std::ifstream descriptor(PartnerOf(name, ".DSC"), std::ios::binary);
+  std::ifstream values(PartnerOf(name, ".DTA"), std::ios::binary);
   if (!descriptor || !values) return 0;
 
   Desc desc;

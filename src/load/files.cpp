@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
+#include <utility>
 
 namespace kem::load {
 namespace {
@@ -13,31 +13,71 @@ constexpr bool kNamesTellCase = false;
 constexpr bool kNamesTellCase = true;
 #endif
 
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
+bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
+char Lower(char c) { return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }
+char Upper(char c) { return IsLower(c) ? static_cast<char>(c - 'a' + 'A') : c; }
 
 bool EqualButCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
-}  // namespace
+std::string UpperCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), Upper);
+  return text;
+}
 
-bool IsReadable(const std::string& name) { return std::ifstream(name, std::ios::binary).is_open(); }
+// An extension with each letter in the case of that of another.
+std::string InCaseOf(std::string_view other, std::string text) {
+  for (std::size_t k = 0; k < text.size() && k < other.size(); ++k)
+    text[k] = IsUpper(other[k]) ? Upper(text[k]) : IsLower(other[k]) ? Lower(text[k]) : text[k];
+  return text;
+}
 
-std::string AnyCase(const std::string& name) {
-  if (!kNamesTellCase || IsReadable(name)) return name;
+bool IsReadable(const std::string& name) {
+  std::ifstream in;
+  return OpenForReading(in, name);
+}
+
+// A name in the folder of another that differs from it in case only, at best not in its base; the other itself
+// when there is none, or no folder that can be listed.
+std::string Listed(const std::string& name) try {
+  namespace fs = std::filesystem;
   const auto slash = name.rfind('/');
   const std::string folder = slash == name.npos ? "" : name.substr(0, slash + 1);
   const std::string_view wanted = std::string_view(name).substr(folder.size());
+  const std::string_view base = BaseOf(wanted);
+  const auto rank = [base](const std::string& file) { return std::pair(!file.starts_with(base), file); };
   std::string found;
-  std::error_code error;
-  for (std::filesystem::directory_iterator at(folder.empty() ? "." : folder, error), end; !error && at != end;
-       at.increment(error)) {
-    const std::string candidate = at->path().filename().string();
-    if (EqualButCase(candidate, wanted) && (found.empty() || candidate < found)) found = candidate;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder.empty() ? "." : folder)) {
+    const std::string file = entry.path().filename().string();
+    if (EqualButCase(file, wanted) && (found.empty() || rank(file) < rank(found))) found = file;
   }
   return found.empty() ? name : folder + found;
+} catch (const std::filesystem::filesystem_error&) {
+  return name;
+}
+
+}  // namespace
+
+bool OpenForReading(std::ifstream& in, const std::string& name) {
+  in.clear();
+  in.open(name, std::ios::in | std::ios::binary);
+  in.peek();
+  if (in.is_open() && !in.bad()) return true;
+  in.close();
+  return false;
 }
 
 std::string_view BaseOf(std::string_view name) { return name.substr(0, std::min(name.rfind('.'), name.size())); }
+
+std::string PartnerOf(std::string_view name, std::string_view extension) {
+  const std::string base(BaseOf(name));
+  const std::string partner = base + std::string(extension);
+  const std::string alike = base + InCaseOf(name.substr(base.size()), std::string(extension));
+  for (const std::string& spelling : {partner, alike, UpperCase(partner)})
+    if (IsReadable(spelling)) return spelling;
+  return kNamesTellCase ? Listed(partner) : partner;
+}
 
 }  // namespace kem::load

@@ -1,20 +1,22 @@
 // Files that belong together: where the other one is.
 #pragma once
 
+#include <fstream>
 #include <string>
 #include <string_view>
 
 namespace kem::load {
 
-// Whether a file can be opened for reading.
-bool IsReadable(const std::string& name);
-
-// The name itself when it can be opened; else a name in its folder that differs from it in case only, the
-// first in alphabetical order; else the name itself. Descriptor and value files made under Windows may be
-// spelled either way.
-std::string AnyCase(const std::string& name);
+// Opens a file for reading. A folder opens too, but cannot be read, and counts as no file.
+bool OpenForReading(std::ifstream& in, const std::string& name);
 
 // The name up to its last dot, or all of it.
 std::string_view BaseOf(std::string_view name);
+
+// The file that belongs to another: its name with an extension. Those made under Windows may be spelled either
+// way. In this order: the extension as given, in the case of the name's own, or all in capitals; else a file of the
+// folder whose name differs in case only, one that starts like the base first, then in alphabetical order; else
+// the first spelling, of a file that does not exist.
+std::string PartnerOf(std::string_view name, std::string_view extension);
 
 }  // namespace kem::load

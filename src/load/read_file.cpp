@@ -1,6 +1,5 @@
 // The one door: opens a file, chooses its reader by name and then by content, and runs it.
 #include <algorithm>
-#include <fstream>
 #include <string>
 
 #include "kem.h"
@@ -17,8 +16,6 @@ enum class Outcome { Loaded, Refused, NoPartner };
 
 using kem::record::RestoreExtension;
 
-constexpr auto kBinary = std::ios::in | std::ios::binary;
-
 // The name's first bytes as one text: a NUL ends what can be searched.
 std::string_view SearchableStart(std::ifstream& in, Text& start) {
   in.clear();
@@ -33,29 +30,9 @@ const char* PartnerExtension(const LoadState& state, Pairing pairing) {
   return Contains(state.name, ".dhd") ? ".dat" : ".dhd";
 }
 
-std::string UpperCase(std::string text) {
-  for (char& c : text)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return text;
-}
-
-// Opens a file for reading. A folder opens too, but cannot be read.
-bool Open(std::ifstream& in, const std::string& name) {
-  in.clear();
-  in.open(name, kBinary);
-  in.peek();
-  if (in.is_open() && !in.bad()) return true;
-  in.close();
-  return false;
-}
-
-// The partner has the extension of its kind, or the whole name is spelled in capitals, or any case will do.
 bool OpenPartner(LoadState& state, Pairing pairing) {
-  const std::string partner = std::string(BaseOf(state.name)) + PartnerExtension(state, pairing);
-  if (partner.size() >= kTextSize) return false;
-  for (const std::string& spelling : {partner, UpperCase(partner), AnyCase(partner)})
-    if (Open(state.partner, spelling)) return true;
-  return false;
+  const std::string partner = PartnerOf(state.name, PartnerExtension(state, pairing));
+  return partner.size() < kTextSize && OpenForReading(state.partner, partner);
 }
 
 Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
@@ -85,7 +62,7 @@ Outcome TryByContent(PrnType& record, LoadState& state) {
   return Try(record, state, FirstHit(ContentTests(), SearchableStart(state.main, start)));
 }
 
-bool OpenMain(LoadState& state) { return state.name.size() < kTextSize && Open(state.main, state.name); }
+bool OpenMain(LoadState& state) { return state.name.size() < kTextSize && OpenForReading(state.main, state.name); }
 
 bool Load(PrnType& record, LoadState& state) {
   if (!OpenMain(state)) return false;

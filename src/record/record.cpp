@@ -273,7 +273,9 @@ void PrnType::DeAllocate() {
   allocType = AllocNone;
   nX = 0;
   nY = 0;
-  if (ExtensionFreeHook) ExtensionFreeHook(&extension);
+  if (!ExtensionFreeHook) return;
+  ExtensionFreeHook(&extension);
+  extension = nullptr;
 }
 
 void PrnType::CopyData(const PrnType& src) {

@@ -92,3 +92,28 @@ TEST_CASE("loading: what is no file, or has no room for its name, is a failed lo
     CHECK(KemFormatName(name.c_str()) == nullptr);
   }
 }
+
+#ifndef _WIN32  // whose file names do not tell case
+TEST_CASE("loading: of the files that may belong to another it is the one spelled like it") {
+  const std::string descriptor =  // or parameter file
+      "#DESC\nBSEQ BIG\nIKKF REAL\nXTYP IDX\nYTYP NODATA\nZTYP NODATA\nIRFMT I\nXPTS 1\n#SPL\n";
+  const std::vector<std::string> cases[] = {
+      // the file, its other one, and some that are not meant
+      {"a1.par", "a1.spc", "a1.SPC", "A1.SPC"}, {"a1.PAR", "a1.SPC", "A1.SPC", "A1.spc"},
+      {"a1.par", "a1.sPc", "A1.spc"},           {"a1.par", "A1.Spc", "A1.sPC"},
+      {"a1.dsc", "a1.dta", "A1.dta", "A1.dsc"}, {"a1.Dsc", "a1.Dta", "a1.dta", "A1.DSC"},
+      {"a1.dsc", "a1.DTA", "a1.dta", "A1.DTA"}, {"folder/a1.dsc", "folder/a1.Dta", "folder/A1.Dta", "a1.DTA"},
+  };
+  for (const auto& names : cases) {
+    CAPTURE(names[1]);
+    const TempFolder folder;
+    std::filesystem::create_directory(folder.Path("folder"));
+    const std::string file = folder.Write(names[0], descriptor);
+    for (std::size_t k = 1; k < names.size(); ++k)
+      folder.Write(names[k], Bytes(std::endian::big).Put(static_cast<int>(k)));
+    const PrnType record(file.c_str(), 0);
+    REQUIRE(record.nY == 1);
+    CHECK(record.yArray[0] == 1);
+  }
+}
+#endif

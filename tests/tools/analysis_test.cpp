@@ -155,7 +155,7 @@ TEST_CASE("kem: an operation that does not suit a file is refused with the reaso
   const Case cases[] = {
       {"slice streak.p3d", 2, "slice: --x or --y is required"},
       {"baseline streak.p3d --x 1 2 --y 1 2", 2, "baseline: --x excludes --y"},
-      {"smooth raman.prn -w 6", 2, "smooth: --width: 6 not in {5,7,9,13,17,21}"},
+      {"smooth raman.prn -w 6", 2, "smooth: --width: one of 5, 7, 9, 13, 17, 21 is needed, not 6"},
       {"slant raman.prn", 2, "slant: --points is required"},
       {"slice raman.prn --x 1 2", 1, "raman.prn: is a curve, and only grids have slices"},
       {"slice streak.p3d --y -2 -1", 1, "streak.p3d: has no samples within the bounds"},

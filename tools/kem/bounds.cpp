@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
+#include "options.h"
 #include "text.h"
 
 namespace kem::tool {
 
 void AddBounds(CLI::App& app, char axis, BoundsOption& bounds, const char* help) {
   const std::string name = {'-', axis, ',', '-', '-', axis};
-  bounds.option = app.add_option(name, bounds.at, help)->type_name("FROM TO");
+  bounds.option = app.add_option(name, bounds.at, help)->type_name("FROM TO")->check(BoundNumber());
 }
 
 Problem CannotReach(char axis, const Bounds& range, const Bounds& bounds) {

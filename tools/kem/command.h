@@ -5,7 +5,7 @@
 #include <functional>
 #include <span>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace kem::tool {
 
@@ -22,17 +22,6 @@ struct Command {
 // Exit status: 0 when everything asked for was done.
 inline constexpr int kFailed = 1;
 inline constexpr int kMisused = 2;
-
-// Ends a sentence about a command that there is not.
-inline constexpr const char* kSeeHelp = "; kem --help lists the commands";
-
-// The options that commands share.
-void AddFiles(CLI::App& app, std::vector<std::string>& files);
-CLI::Option* AddItem(CLI::App& app, int& item);
-
-// Make one of two options required; the second refuses both together.
-void RequireAny(CLI::App& app, const CLI::Option* first, const CLI::Option* second);
-void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second);
 
 Run DefineInfo(CLI::App& app);
 Run DefineItems(CLI::App& app);
@@ -56,5 +45,8 @@ Run DefineHelp(CLI::App& app);
 
 // All commands, in the order in which the help lists them.
 std::span<const Command> Commands();
+
+// A sentence about a command that there is not, with one that may have been meant.
+std::string NoCommand(std::string_view name);
 
 }  // namespace kem::tool

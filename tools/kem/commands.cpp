@@ -1,6 +1,11 @@
 // The table of commands.
 #include "command.h"
 
+#include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
+
 namespace kem::tool {
 namespace {
 
@@ -90,8 +95,44 @@ Of a curve it is that of its abscissae: it tells how evenly they lie.)",
     {"help", "Explain a command", "", DefineHelp},
 };
 
+// How many letters have to be inserted, left out or exchanged to make one word of another.
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t k = 0; k < b.size(); ++k) {
+      const std::size_t exchanged = diagonal + (a[i] == b[k] ? 0 : 1);
+      diagonal = row[k + 1];
+      row[k + 1] = std::min({exchanged, diagonal + 1, row[k] + 1});
+    }
+  }
+  return row.back();
+}
+
+// The command whose beginning was given, or that is a letter away, or two when the first one is right; null if
+// there is none.
+const Command* Meant(std::string_view name) {
+  const Command* nearest = nullptr;
+  std::size_t least = 3;
+  for (const Command& command : kCommands) {
+    const std::string_view other = command.name;
+    const std::size_t distance = other.starts_with(name) ? 0 : Distance(name, other);
+    if (distance >= least || distance > (name.front() == other.front() ? 2 : 1)) continue;
+    least = distance;
+    nearest = &command;
+  }
+  return nearest;
+}
+
 }  // namespace
 
 std::span<const Command> Commands() { return kCommands; }
+
+std::string NoCommand(std::string_view name) {
+  const Command* meant = name.empty() ? nullptr : Meant(name);
+  return "there is no command " + std::string(name) +
+         (meant ? std::string("; did you mean ") + meant->name + '?' : "; kem --help lists the commands");
+}
 
 }  // namespace kem::tool

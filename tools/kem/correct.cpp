@@ -1,5 +1,6 @@
 // kem median, smooth, diff, baseline and slant: other values on the same axes.
 #include "bounds.h"
+#include "options.h"
 #include "shape.h"
 #include "text.h"
 #include "transform.h"
@@ -14,7 +15,7 @@ constexpr const char* kTooShort = "has too few samples for this filter";
 void AddAlong(CLI::App& app, std::string& along) {
   app.add_option("-l,--along", along, "Axis to go along, x or y (default x)")
       ->type_name("AXIS")
-      ->check(CLI::IsMember({"x", "y"}).description(""));
+      ->check(OneOf({"x", "y"}));
 }
 
 CLI::Option* AddWidth(CLI::App& app, int& width, const char* help) {
@@ -79,8 +80,7 @@ Problem Slant(Record& record, const Targets& targets) {
 
 Run DefineMedian(CLI::App& app) {
   auto width = std::make_shared<int>(0);
-  AddWidth(app, *width, "Samples in the span; an even number is raised by one")
-      ->check(CLI::Range(2, 1000000).description(""));
+  AddWidth(app, *width, "Samples in the span; an even number is raised by one")->check(WholeNumber(2, 1000000));
   return DefineTransform(app, [width](Record& record) {
     return Become(record, record->Is3D() ? record->Median3D(*width) : record->Median2D(*width), "has no median");
   });
@@ -89,7 +89,7 @@ Run DefineMedian(CLI::App& app) {
 Run DefineSmooth(CLI::App& app) {
   auto options = std::make_shared<FilterOptions>();
   AddWidth(app, options->width, "Samples in the filter: 5, 7, 9, 13, 17 or 21")
-      ->check(CLI::IsMember({5, 7, 9, 13, 17, 21}).description(""));
+      ->check(OneOf({"5", "7", "9", "13", "17", "21"}));
   AddAlong(app, options->along);
   return DefineTransform(app, [options](Record& record) { return Smooth(record, *options); });
 }
@@ -112,6 +112,7 @@ Run DefineSlant(CLI::App& app) {
   auto targets = std::make_shared<Targets>();
   app.add_option("-p,--points", *targets, "Two abscissae, and the value that the result has at each")
       ->type_name("X1 VALUE1 X2 VALUE2")
+      ->check(FiniteNumber())
       ->required();
   return DefineTransform(app, [targets](Record& record) { return Slant(record, *targets); });
 }

@@ -161,7 +161,7 @@ int PrintHelp(const CLI::App& root, const HelpOptions& options) {
   } else if (const CLI::App* command = CommandNamed(root, options.command)) {
     std::cout << command->help("kem");
   } else {
-    Complain("help: there is no command " + options.command + kSeeHelp);
+    Complain("help: " + NoCommand(options.command));
     return kMisused;
   }
   return 0;

@@ -6,6 +6,7 @@
 #include "command.h"
 #include "input.h"
 #include "json.h"
+#include "options.h"
 #include "shape.h"
 #include "text.h"
 
@@ -162,7 +163,7 @@ Run DefineInfo(CLI::App& app) {
                  "How much to print: 1 shape, 2 also ranges, 3 also titles and parameters, 5 also all values "
                  "(default 3)")
       ->type_name("N")
-      ->check(CLI::Range(1, 5).description(""));
+      ->check(WholeNumber(1, 5));
   app.add_flag("-j,--json", options->json, "Print one JSON document, a list with one record per file");
   return [options] { return options->json ? PrintJson(*options) : PrintReports(*options); };
 }

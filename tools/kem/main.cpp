@@ -1,13 +1,17 @@
 // The kem command: how a command line reaches one of the commands.
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <new>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "command.h"
 #include "each_file.h"
 #include "kem.h"
+#include "options.h"
 #include "output.h"
 
 namespace kem::tool {
@@ -19,7 +23,7 @@ constexpr const char* kDescription =
 constexpr const char* kDetails =
     R"(A file is recognised by its name, then by its first bytes. Messages go to
 standard error, one sentence for each file that fails; the other files are done
-nevertheless. "kem help COMMAND" explains a command.
+nevertheless. "kem help COMMAND" explains a command; "kem FILE" is "kem info FILE".
 
 Examples:
   kem info scan.DSC
@@ -30,13 +34,15 @@ Examples:
   kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn
   kem stats --json *.DSC)";
 
+constexpr const char* kNoCommand = "a command is expected; kem --help lists the commands";
+
 void Define(CLI::App& app, int& status) {
   app.set_help_flag("-h,--help", "Show this help");
   app.set_version_flag("-V,--version", std::string("kem ") + KemVersion(), "Show the version");
   app.footer(kDetails);
   app.get_formatter()->column_width(28);
   app.get_formatter()->label("Positionals", "Arguments");
-  app.get_formatter()->label("REQUIRED", "");
+  app.get_formatter()->label("REQUIRED", "(required)");
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.allow_windows_style_options(false);  // a file may be named /data/x there too
   app.require_subcommand(1);
@@ -51,19 +57,44 @@ bool IsCommand(std::string_view name) {
   return std::ranges::any_of(Commands(), [name](const Command& c) { return name == c.name; });
 }
 
-int Parse(CLI::App& app, int argc, char** argv) {
-  const std::string first = argc > 1 ? argv[1] : "";
-  if (!first.starts_with('-') && !IsCommand(first)) {
-    Complain((first.empty() ? "a command is expected" : "there is no command " + first) + kSeeHelp);
+// Whether the first word is a file rather than a command: one that exists, or that looks like a path.
+bool NamesFile(const std::string& word) {
+  if (word == "-") return true;
+  if (word.starts_with('-') || IsCommand(word)) return false;
+  std::error_code error;
+  return word.find_first_of("./") != word.npos || std::filesystem::exists(word, error);
+}
+
+// What is wrong with a command line, in our words where the parser's are hard to follow.
+std::string Sentence(const CLI::App& app, const CLI::ParseError& misuse) {
+  const auto commands = app.get_subcommands();
+  if (commands.empty()) return kNoCommand;
+  const CLI::App& command = *commands.front();
+  std::string sentence = misuse.what();
+  if (misuse.get_exit_code() == static_cast<int>(CLI::ExitCodes::ArgumentMismatch))
+    if (const auto* option = command.get_option_no_throw(sentence.substr(0, sentence.find(':'))))
+      sentence = TakesMore(*option);
+  return command.get_name() + ": " + sentence;
+}
+
+int Parse(CLI::App& app, std::vector<std::string> words) {
+  const std::string first = words.empty() ? "" : words.front();
+  if (first.empty()) {
+    Complain(kNoCommand);
+    return kMisused;
+  }
+  if (NamesFile(first)) words.insert(words.begin(), "info");
+  if (!first.starts_with('-') && !IsCommand(words.front())) {
+    Complain(NoCommand(first));
     return kMisused;
   }
   try {
-    app.parse(argc, argv);
+    std::ranges::reverse(words);  // the order in which the parser takes them
+    app.parse(words);
   } catch (const CLI::Success& request) {  // help or version
     app.exit(request);
   } catch (const CLI::ParseError& misuse) {
-    const auto commands = app.get_subcommands();
-    Complain((commands.empty() ? "" : commands.front()->get_name() + ": ") + misuse.what());
+    Complain(Sentence(app, misuse));
     return kMisused;
   }
   return 0;
@@ -73,7 +104,7 @@ int Main(int argc, char** argv) {
   int status = 0;
   CLI::App app(kDescription, "kem");
   Define(app, status);
-  if (const int misuse = Parse(app, argc, argv)) return misuse;
+  if (const int misuse = Parse(app, {argv + 1, argv + argc})) return misuse;
   std::cout.flush();
   if (std::cout) return status;
   Complain("standard output cannot be written");
@@ -81,29 +112,6 @@ int Main(int argc, char** argv) {
 }
 
 }  // namespace
-
-void RequireAny(CLI::App& app, const CLI::Option* first, const CLI::Option* second) {
-  app.parse_complete_callback([first, second] {
-    if (first->count() + second->count() == 0)
-      throw CLI::RequiredError(first->get_name() + " or " + second->get_name());
-  });
-}
-
-void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
-  first->excludes(second);
-  RequireAny(app, first, second);
-}
-
-void AddFiles(CLI::App& app, std::vector<std::string>& files) {
-  app.add_option("FILE", files, "Files of any format that kem knows")->type_name("")->required();
-}
-
-CLI::Option* AddItem(CLI::App& app, int& item) {
-  return app.add_option("-i,--item", item, "Item of a file that holds several, counted from 1")
-      ->type_name("N")
-      ->check(CLI::Range(1, 1000000).description(""));
-}
-
 }  // namespace kem::tool
 
 int main(int argc, char** argv) {

@@ -4,6 +4,7 @@
 
 #include "bounds.h"
 #include "json.h"
+#include "options.h"
 #include "shape.h"
 #include "text.h"
 #include "transform.h"
@@ -202,7 +203,7 @@ Run DefineHistogram(CLI::App& app) {
   auto options = std::make_shared<HistogramOptions>();
   app.add_option("-b,--bins", options->bins, "Number of equal parts of the range of the values (default 20)")
       ->type_name("N")
-      ->check(CLI::Range(2, 1000000).description(""));
+      ->check(WholeNumber(2, 1000000));
   app.add_flag("-c,--csv", options->csv, "Print comma-separated values");
   AddSelection(app, options->selection);
   return [options] {

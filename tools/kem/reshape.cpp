@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "bounds.h"
+#include "options.h"
 #include "shape.h"
 #include "transform.h"
 
@@ -68,7 +69,7 @@ struct ResampleOptions {
 };
 
 void AddAxis(CLI::App& app, const char* name, EvenAxis& axis, const char* help) {
-  axis.option = app.add_option(name, axis.numbers, help)->type_name("FROM TO STEP");
+  axis.option = app.add_option(name, axis.numbers, help)->type_name("FROM TO STEP")->check(FiniteNumber());
 }
 
 // What the library resamples has lost its titles and parameters.
@@ -121,8 +122,8 @@ Run DefineSlice(CLI::App& app) {
 
 Run DefineCut(CLI::App& app) {
   auto options = std::make_shared<CutOptions>();
-  AddBounds(app, 'x', options->x, "Keep this part of X (default all)");
-  AddBounds(app, 'y', options->y, "Keep this part of Y, for grids (default all)");
+  AddBounds(app, 'x', options->x, "Keep this part of X");
+  AddBounds(app, 'y', options->y, "Keep this part of Y, for grids");
   RequireAny(app, options->x.option, options->y.option);
   return DefineTransform(app, [options](Record& record) { return Cut(record, *options); });
 }
@@ -132,7 +133,7 @@ Run DefineReduce(CLI::App& app) {
   for (auto& [name, count] : {std::pair("-x,--x", &by->x), std::pair("-y,--y", &by->y)})
     app.add_option(name, *count, "Samples along this axis that become one (default 1)")
         ->type_name("N")
-        ->check(CLI::Range(1, 1000000).description(""));
+        ->check(WholeNumber(1, 1000000));
   return DefineTransform(app, [by](Record& record) {
     if (!record->Is3D() && by->y > 1) return Problem(kForGrids);
     return Become(record, record->Reduce(by->x, by->y), "has fewer samples than become one");

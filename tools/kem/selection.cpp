@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "command.h"
+#include "options.h"
 
 namespace kem::tool {
 

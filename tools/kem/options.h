@@ -1,0 +1,26 @@
+// Options that commands share, and checks of what stands behind an option.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace kem::tool {
+
+void AddFiles(CLI::App& app, std::vector<std::string>& files);
+CLI::Option* AddItem(CLI::App& app, int& item);
+
+// Make one of two options required; the second refuses both together.
+void RequireAny(CLI::App& app, CLI::Option* first, CLI::Option* second);
+void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second);
+
+// Checks with sentences of one kind: "a whole number from 1 to 5 is needed, not 9".
+CLI::Validator WholeNumber(int least, int most);
+CLI::Validator FiniteNumber();
+CLI::Validator BoundNumber();  // infinite where an axis is to have no bound
+CLI::Validator OneOf(const std::vector<std::string>& words);
+
+// What to say about an option that has too few values.
+std::string TakesMore(const CLI::Option& option);
+
+}  // namespace kem::tool

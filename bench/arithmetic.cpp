@@ -16,7 +16,7 @@ PrnType Grid(int side, float first) {
   return grid;
 }
 
-using Combine = PrnType (PrnType::*)(const PrnType& other);
+using Combine = PrnType (PrnType::*)(const PrnType& other) const;
 
 template <auto Kernel>
 PrnType Literal(const PrnType& a, const PrnType& b) {

@@ -307,10 +307,15 @@ class KEM_API PrnType {
   PrnType(const char* name, int index);
   /// A deep copy.
   PrnType(const PrnType& src);
+  /// Takes everything over, the host's extension too, and leaves \p src empty. No hook is called.
+  PrnType(PrnType&& src) noexcept;
   ~PrnType();
   /// Takes over a deep copy of \p src. Returns a further copy by value, so a chained assignment receives
   /// copies.
   PrnType operator=(const PrnType& src);
+  /// The same, with the arrays taken over from \p src, which is left empty. Where hooks are set it is copied, so
+  /// that each of its extensions is created, copied and freed as ever.
+  PrnType operator=(PrnType&& src);
 
   /// Creates the arrays of \p type (contents not initialised) and sets counts, axes, labels and `fileType` to
   /// those of a fresh record. Curves have \p count1 points; grids \p count1 rows of \p count2 values. The
@@ -468,24 +473,25 @@ class KEM_API PrnType {
   /// `&` more loosely than `+` and `==`. In every power a negative base takes the exponent rounded down.
   /// @{
 
-  /// When axes differ, the right operand is first interpolated onto those of the left one. A sample divided by 0
-  /// gives 0. Samples that the right operand does not reach keep the left one's value. A curve and a grid, or an
-  /// operand without data, give an empty record.
-  PrnType operator+(const PrnType& other);
-  PrnType operator-(const PrnType& other);
-  PrnType operator*(const PrnType& other);
-  PrnType operator/(const PrnType& other);
-  PrnType operator^(const PrnType& other);
+  /// When axes differ, the right operand is first interpolated at the coordinates of the left one, see
+  /// \ref ArrayFromXAxis. A curve is 0 where it has no samples: `+` and `-` keep the left value there, `*` and `/`
+  /// give 0, `^` gives 1. A grid goes on along its outermost samples. A sample divided by 0 gives 0. A curve and a
+  /// grid, or an operand without data, give an empty record.
+  PrnType operator+(const PrnType& other) const;
+  PrnType operator-(const PrnType& other) const;
+  PrnType operator*(const PrnType& other) const;
+  PrnType operator/(const PrnType& other) const;
+  PrnType operator^(const PrnType& other) const;
   /// The product sample by sample, whatever the axes. Empty when the counts differ.
-  PrnType operator&(const PrnType& other);
+  PrnType operator&(const PrnType& other) const;
 
   /// Every value with a number. Dividing by 0 and the power 0 give an empty record.
-  PrnType operator+(const float& number);
-  PrnType operator-(const float& number);
-  PrnType operator*(const float& number);
-  PrnType operator/(const float& number);
-  PrnType operator^(const float& number);
-  PrnType operator-();
+  PrnType operator+(const float& number) const;
+  PrnType operator-(const float& number) const;
+  PrnType operator*(const float& number) const;
+  PrnType operator/(const float& number) const;
+  PrnType operator^(const float& number) const;
+  PrnType operator-() const;
 
   /// 1 when both records store their axes alike and the axes are equal within a relative 1e-5, else 0. The
   /// values of a curve are no axis.

@@ -63,14 +63,14 @@ PrnType WithNumber(const PrnType& a, std::string_view sign, float number, Kernel
 
 }  // namespace
 
-PrnType PrnType::operator+(const PrnType& other) { return Combined(*this, "+", other, kAdd); }
-PrnType PrnType::operator-(const PrnType& other) { return Combined(*this, "-", other, kSubtract); }
-PrnType PrnType::operator*(const PrnType& other) { return Combined(*this, "*", other, kMultiply); }
-PrnType PrnType::operator/(const PrnType& other) { return Combined(*this, "/", other, kDivide); }
-PrnType PrnType::operator^(const PrnType& other) { return Combined(*this, "^", other, kPower); }
+PrnType PrnType::operator+(const PrnType& other) const { return Combined(*this, "+", other, kAdd); }
+PrnType PrnType::operator-(const PrnType& other) const { return Combined(*this, "-", other, kSubtract); }
+PrnType PrnType::operator*(const PrnType& other) const { return Combined(*this, "*", other, kMultiply); }
+PrnType PrnType::operator/(const PrnType& other) const { return Combined(*this, "/", other, kDivide); }
+PrnType PrnType::operator^(const PrnType& other) const { return Combined(*this, "^", other, kPower); }
 
 // Counts a curve by its nY, unlike the operators that align axes.
-PrnType PrnType::operator&(const PrnType& other) {
+PrnType PrnType::operator&(const PrnType& other) const {
   const bool sameShape = IsGrid(*this) == IsGrid(other) && nY == other.nY && (!IsGrid(*this) || nX == other.nX);
   if (!sameShape) return PrnType();
   const std::string name = JoinedName(*this, "&", other);
@@ -78,19 +78,19 @@ PrnType PrnType::operator&(const PrnType& other) {
   return Computed(name, StoredExtent(*this), kMultiply, *this, other);
 }
 
-PrnType PrnType::operator+(const float& number) { return WithNumber(*this, "+", number, kAdd); }
-PrnType PrnType::operator-(const float& number) { return WithNumber(*this, "-", number, kSubtract); }
-PrnType PrnType::operator*(const float& number) { return WithNumber(*this, "*", number, kMultiply); }
+PrnType PrnType::operator+(const float& number) const { return WithNumber(*this, "+", number, kAdd); }
+PrnType PrnType::operator-(const float& number) const { return WithNumber(*this, "-", number, kSubtract); }
+PrnType PrnType::operator*(const float& number) const { return WithNumber(*this, "*", number, kMultiply); }
 
-PrnType PrnType::operator/(const float& number) {
+PrnType PrnType::operator/(const float& number) const {
   if (number == 0) return PrnType();
   return WithNumber(*this, "/", number, kDivide);
 }
 
 // The power 0 is refused like a division by 0; Set(1) gives a record of ones.
-PrnType PrnType::operator^(const float& number) {
+PrnType PrnType::operator^(const float& number) const {
   if (number == 0) return PrnType();
   return WithNumber(*this, "^", number, kPower);
 }
 
-PrnType PrnType::operator-() { return Mapped(*this, "_", "", kNegate); }
+PrnType PrnType::operator-() const { return Mapped(*this, "_", "", kNegate); }

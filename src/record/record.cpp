@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include "load/text.h"
 #include "record/parameters.h"
@@ -76,17 +77,8 @@ void CopyExtension(PrnType& record, const PrnType& src) {
   if (ExtensionCopyHook) ExtensionCopyHook(record.extension, src.extension);
 }
 
-// What becomes of the values, a curve's Y array or a grid, when a record is copied.
-enum class Values { Copied, Open };
-
-void CopyArrays(PrnType& to, const PrnType& src, Values values) {
-  to.DeAllocate();
-  const bool owns = OwnsArrays(src.allocType);
-  const bool open = values == Values::Open;
-  const int xCount = src.Is3D() ? src.nX : src.nY;  // a curve's X array is as long as its values
-  auto x = owns && src.HasX() ? CopyOf(src.xArray, xCount) : nullptr;
-  auto y = !owns || !src.HasY() ? nullptr : open && !src.Is3D() ? NewArray(src.nY) : CopyOf(src.yArray, src.nY);
-  Grid z = !owns || !src.Is3D() ? nullptr : open ? NewGrid(src.nX, src.nY) : CopyOf(src.zArray, src.nX, src.nY);
+// What a record says about its arrays.
+void CopyShape(PrnType& to, const PrnType& src) {
   to.allocType = src.allocType;
   to.xStep = src.xStep;
   to.xStart = src.xStart;
@@ -98,9 +90,35 @@ void CopyArrays(PrnType& to, const PrnType& src, Values values) {
   to.zMax = src.zMax;
   to.nX = src.nX;
   to.nY = src.nY;
+}
+
+// What becomes of the values, a curve's Y array or a grid, when a record is copied.
+enum class Values { Copied, Open };
+
+void CopyArrays(PrnType& to, const PrnType& src, Values values) {
+  to.DeAllocate();
+  const bool owns = OwnsArrays(src.allocType);
+  const bool open = values == Values::Open;
+  const int xCount = src.Is3D() ? src.nX : src.nY;  // a curve's X array is as long as its values
+  auto x = owns && src.HasX() ? CopyOf(src.xArray, xCount) : nullptr;
+  auto y = !owns || !src.HasY() ? nullptr : open && !src.Is3D() ? NewArray(src.nY) : CopyOf(src.yArray, src.nY);
+  Grid z = !owns || !src.Is3D() ? nullptr : open ? NewGrid(src.nX, src.nY) : CopyOf(src.zArray, src.nX, src.nY);
+  CopyShape(to, src);
   Own(to.xArray, std::move(x));
   Own(to.yArray, std::move(y));
   Own(to.zArray, std::move(z));
+}
+
+// The arrays change hands; the source is left empty, its extension as it is.
+void TakeArrays(PrnType& to, PrnType& src) {
+  const bool owns = OwnsArrays(src.allocType);
+  CopyShape(to, src);
+  to.xArray = owns && src.HasX() ? src.xArray : nullptr;
+  to.yArray = owns && src.HasY() ? src.yArray : nullptr;
+  to.zArray = owns && src.Is3D() ? src.zArray : nullptr;
+  src.allocType = AllocNone;
+  src.nX = 0;
+  src.nY = 0;
 }
 
 void CopyParameter(PrnType& record, const PrnType& src, const KemParameter& parameter) {
@@ -214,6 +232,13 @@ PrnType::PrnType(const PrnType& src) {
   CopyExtension(*this, src);
 }
 
+PrnType::PrnType(PrnType&& src) noexcept
+    : fileType(src.fileType), active(src.active), extension(std::exchange(src.extension, nullptr)) {
+  std::memcpy(fileName, src.fileName, sizeof fileName);
+  std::memcpy(headerArea, src.headerArea, sizeof headerArea);
+  TakeArrays(*this, src);
+}
+
 PrnType::~PrnType() { DeAllocate(); }
 
 PrnType PrnType::operator=(const PrnType& src) {
@@ -224,6 +249,19 @@ PrnType PrnType::operator=(const PrnType& src) {
   CopyText(fileName, TextOf(src.fileName));
   CopyHeader(src);
   CopyExtension(*this, src);
+  return *this;
+}
+
+PrnType PrnType::operator=(PrnType&& src) {
+  const bool hooked = ExtensionCreateHook || ExtensionFreeHook || ExtensionCopyHook;
+  if (hooked || this == &src) return *this = std::as_const(src);
+  DeAllocate();
+  const EmptyOnThrow guard(*this);
+  active = src.active;
+  CopyText(fileName, TextOf(src.fileName));
+  TakeArrays(*this, src);
+  CopyHeader(src);
+  extension = nullptr;
   return *this;
 }
 

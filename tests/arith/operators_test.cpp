@@ -10,8 +10,8 @@ std::string Name(const PrnType& r) { return r.fileName; }
 
 struct Operator {
   std::string sign;
-  PrnType (PrnType::*record)(const PrnType&);
-  PrnType (PrnType::*number)(const float&);
+  PrnType (PrnType::*record)(const PrnType&) const;
+  PrnType (PrnType::*number)(const float&) const;
   float (*rule)(float, float);
 };
 

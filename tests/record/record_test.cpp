@@ -85,7 +85,9 @@ TEST_CASE("record: every shape is made, copied and released") {
     PrnType copy(r);
     PrnType assigned(AllocXYZ, 2, 2);
     const PrnType returned = (assigned = r);
-    for (const PrnType* c : std::initializer_list<const PrnType*>{&copy, &assigned, &returned}) {
+    PrnType taken(AllocXYZ, 2, 2);
+    PrnType moved(std::move(taken = PrnType(r)));
+    for (const PrnType* c : std::initializer_list<const PrnType*>{&copy, &assigned, &returned, &taken, &moved}) {
       CHECK(c->active == 1);
       CHECK(std::string(c->fileName) == "name");
       CHECK(std::string(c->xLabel) == "field");
@@ -225,8 +227,12 @@ TEST_CASE("record: a host's extension is created, copied and freed") {
     copy.DeAllocate();
     copy.DeAllocate();  // an empty record frees nothing
     CHECK(freed == 1);
+    copy = PrnType(AllocY, 1);  // two copies, this one and the one returned, beside the temporary
+    CHECK((created == 5 && copied == 3 && freed == 3));
+    r = PrnType(std::move(copy));
+    CHECK((!copy && !copy.extension && created == 7 && copied == 5 && freed == 6));
   }
-  CHECK(freed == 2);
+  CHECK(freed == 7);
   ExtensionCreateHook = nullptr;
   ExtensionFreeHook = nullptr;
   ExtensionCopyHook = nullptr;

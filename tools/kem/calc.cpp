@@ -16,8 +16,8 @@ namespace {
 
 struct Operator {
   char sign;
-  PrnType (PrnType::*withRecord)(const PrnType&);
-  PrnType (PrnType::*withNumber)(const float&);
+  PrnType (PrnType::*withRecord)(const PrnType&) const;
+  PrnType (PrnType::*withNumber)(const float&) const;
   bool commutes;
 };
 
@@ -106,7 +106,7 @@ PrnType Result(const Operator& op, const Value& a, const Value& b) {
   if (b.isNumber) return (a.record.get()->*op.withNumber)(b.Number());
   if (!a.isNumber) return (a.record.get()->*op.withRecord)(*b.record);
   if (op.commutes) return (b.record.get()->*op.withNumber)(a.Number());
-  PrnType constant = b.record->Set(a.Number());
+  const PrnType constant = b.record->Set(a.Number());
   return (constant.*op.withRecord)(*b.record);
 }
 

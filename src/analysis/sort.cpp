@@ -65,17 +65,27 @@ void SortRows(PrnType& grid) {
   Reorder(grid.zArray, order, rows);
 }
 
-void SortColumns(PrnType& grid) {
+// What sorting the columns of a grid takes: nothing where they need no order.
+struct ColumnOrder {
+  std::vector<int> order;
+  std::vector<float> scratch;
+
+  explicit ColumnOrder(const PrnType& grid) {
+    if (!grid.HasY() || Ascends(KeptY(grid))) return;
+    order = AscendingOrder(Axis(grid.yArray, grid.nY));
+    scratch.reserve(order.size());
+  }
+};
+
+void SortColumns(PrnType& grid, ColumnOrder& columns) {
   if (Ascends(KeptY(grid))) return;
   if (!grid.HasY()) {
     TurnAxis(grid.yStart, grid.yEnd, grid.yStep);
     for (int i = 0; i < grid.nX; ++i) std::reverse(grid.zArray[i], grid.zArray[i] + grid.nY);
     return;
   }
-  const auto order = AscendingOrder(Axis(grid.yArray, grid.nY));
-  std::vector<float> scratch;
-  Reorder(grid.yArray, order, scratch);
-  for (int i = 0; i < grid.nX; ++i) Reorder(grid.zArray[i], order, scratch);
+  Reorder(grid.yArray, columns.order, columns.scratch);
+  for (int i = 0; i < grid.nX; ++i) Reorder(grid.zArray[i], columns.order, columns.scratch);
 }
 
 void SortCurve(PrnType& curve) {
@@ -100,6 +110,7 @@ bool kem::analysis::AxesAscend(const PrnType& r) {
 void PrnType::SortAxes() {
   if (!OwnsArrays(allocType)) return;
   if (!Is3D()) return SortCurve(*this);
+  ColumnOrder columns(*this);  // memory that runs out does so before anything has moved
   SortRows(*this);
-  SortColumns(*this);
+  SortColumns(*this, columns);
 }

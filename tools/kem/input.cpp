@@ -56,13 +56,14 @@ std::string LowerCase(std::string text) {
   return text;
 }
 
-bool ExistsInAnyCase(const fs::path& path) {
+bool ExistsInAnyCase(const fs::path& path) try {
   const std::string wanted = LowerCase(path.filename().string());
-  std::error_code error;
-  const fs::directory_iterator entries(path.has_parent_path() ? path.parent_path() : ".", error);
+  const fs::directory_iterator entries(path.has_parent_path() ? path.parent_path() : ".");
   return std::any_of(begin(entries), end(entries), [&wanted](const fs::directory_entry& entry) {
     return LowerCase(entry.path().filename().string()) == wanted;
   });
+} catch (const fs::filesystem_error&) {
+  return false;
 }
 
 // Name of the file of a pair that is not there; empty when none is missing.

@@ -192,8 +192,9 @@ Problem Save(const PrnType& record, const std::string& source, int number, const
   fs::path target = TargetOf(output, source, number, format);
   if (Problem problem = CannotReplace(target, output); !problem.empty()) return problem;
   target = Resolved(target);
+  decltype(output.written) made = {{target, source}};  // memory runs out here, not when the file is there
   Problem problem = PendingFile(target).Complete(record, format);
-  if (problem.empty()) output.written[target] = source;
+  if (problem.empty()) output.written.merge(made);
   return problem;
 }
 

@@ -241,6 +241,9 @@ struct IccdImageHeaderType {
 /// A record owns the arrays that `allocType` names; copies are deep. Members that return `PrnType&` hand out a
 /// new record on the heap, which the caller deletes; when the source does not suit, that record is empty
 /// (`allocType` 0). Members that return a `PrnType` by value report failure the same way.
+///
+/// Where memory runs out, std::bad_alloc is thrown. A record that was to be loaded, allocated or assigned is then
+/// empty, any other as it was.
 class KEM_API PrnType {
  public:
   char fileName[kTextSize] = {};  ///< file loaded, or the name of the operation that made the record
@@ -714,7 +717,7 @@ class KEM_API CKemDll {
 /// Under Linux zenity or kdialog shows the dialog.
 KEM_API int KemFileName(char* buffer, int size);
 /// Loads a file as the new current record \ref prn and releases the one before. Returns 0, or 1 when the load
-/// failed; `prn` is then an empty record.
+/// failed; `prn` is then, and where memory runs out, an empty record.
 KEM_API int KemOpenFile(char* name, int index);
 /// Returns 0. The current record stays until the next \ref KemOpenFile.
 KEM_API int KemCloseFile();

@@ -142,12 +142,6 @@ TEST_CASE("kem convert: csv keeps every digit, quotes titles, and lists grids wi
   CHECK(Kem("convert --to csv " + Quoted(WritePair(folder, "grid", true))).status == 0);
   CHECK(ReadBytes(folder.Path("grid.csv")) ==
         titles + ",Z\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
-  std::string steps = "[P2D]\nX\nY\n\n[X] DEFINITION\n0 100 0.1\n[Y]\n";
-  for (int k = 0; k <= 1000; ++k) steps += std::to_string(k) + ' ';
-  const std::string line = folder.Write("steps.p2d", steps);
-  CHECK(Kem("convert --to csv " + Quoted(line)).status == 0);
-  CHECK(ReadBytes(folder.Path("steps.csv")).ends_with("\n99.9,999\n100,1000\n"));  // sums of steps end at 99.999
-  CHECK(Kem("stats " + Quoted(line)).out.find("greatest  1000 at 100\n") != std::string::npos);
 }
 
 TEST_CASE("kem convert: what is written reads back, and the extension of the output chooses the format") {
@@ -174,6 +168,33 @@ TEST_CASE("kem convert: what is written reads back, and the extension of the out
   CHECK(Names(folder.Path(".")).size() == std::size(cases));
 }
 
+TEST_CASE("kem convert: a linear axis has its coordinates and its count in every format") {
+  const TempFolder folder;
+  std::string steps = "[P2D]\nX\nY\n\n[X] DEFINITION\n0 100 0.1\n[Y]\n";
+  for (int k = 0; k <= 1000; ++k) steps += std::to_string(k) + ' ';
+  const std::string even = folder.Write("even.p2d", steps);
+  const std::string odd = WritePair(folder, "odd", false, "XPTS 9001\nXMIN 0\nXWID 9000.045\n");
+  const std::tuple<std::string, const char*, int, const char*> cases[] = {
+      // sums of steps would end at 99.999, steps of six digits at 9000.09
+      {even, "csv", 1001, "\n99.9,999\n100,1000\n"},
+      {even, "prn", 1001, "\n99.9   999\n100   1000\n"},
+      {even, "dx", 1001, "\n100  1000\n##END="},
+      {even, "cvt", 1001, "\n\"increment  :\" 0.1\n"},
+      {odd, "cvt", 9001, "\n8999.04\n9000.04\n"},
+      {odd, "p2d", 9001, " 8999.04 9000.04 \n[Y]\n"},
+      {even, "p2d", 1001, "[X] DEFINITION\n0 100 0.1\n"},
+      {WritePair(folder, "grid", true), "p3d", 3, "[X] ARRAY 3\n0.1 0.2 0.3 \n[Y] ARRAY 2\n5 6 \n"},
+  };
+  for (const auto& [source, format, points, text] : cases) {
+    const std::string out = folder.Path(std::string("out.") + format);
+    CAPTURE(out);
+    REQUIRE(Kem("convert -f -o " + Quoted(out) + Quoted(source)).status == 0);
+    CHECK(ReadLines(out).find(text) != std::string::npos);
+    if (std::string_view(format) != "csv") CHECK(PrnType(out.c_str(), 0).nX == points);
+  }
+  CHECK(Kem("stats " + Quoted(even)).out.find("greatest  1000 at 100\n") != std::string::npos);
+}
+
 TEST_CASE("kem convert: what must not or cannot be written leaves everything as it was") {
   const TempFolder folder;
   const std::string source = WritePair(folder, "grid", true);
@@ -182,8 +203,12 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
   std::string rows = "XY\n\n\n\n\n\n\n";
   for (int k = 0; k < 32768; ++k) rows += "1 2\n";
   const std::string endless = folder.Write("long.prn", rows);
-  const auto before = Names(folder.Path("."));
+  const std::string holey = WritePair(folder, "holey", false, "", std::numeric_limits<float>::infinity());
+  Bytes comment;
+  comment.Text("[B2D]\n").Put(2 << 24).PadTo(36).Put(2 | 2 << 16).Put(0).Put(0).Text("X\nY\nsee [X] ARRAY\n");
   const std::pair<std::string, std::string> cases[] = {
+      {Quoted(holey) + "--to p2d", ": has inf as value 1, which p2d cannot hold; b2d and csv can\n"},
+      {Quoted(folder.Write("note.b2d", comment)) + "--to p2d", "note.p2d would not read back as curve 2: "},
       {Quoted(source) + "--to prn", ": prn holds curves only, and this is a grid of 3 x 2 points\n"},
       {Quoted(curve) + "--to b3d", ": b3d holds grids only, and this is a curve\n"},
       {Quoted(endless) + "--to b2d", ": b2d holds at most 32767 points along an axis, and this has 32768\n"},
@@ -195,6 +220,7 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
       {Quoted(source) + "--force -o /dev/null --to csv", ": /dev/null is no ordinary file\n"},
 #endif
   };
+  const auto before = Names(folder.Path("."));
   for (const auto& [arguments, sentence] : cases) {
     const Result result = Kem("convert " + arguments);
     CAPTURE(result.err);
@@ -204,14 +230,21 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
     CHECK(Names(folder.Path(".")) == before);
   }
 #ifndef _WIN32
+  fs::create_symlink("nowhere", folder.Path("link.csv"));
+  CHECK(Kem("convert --to csv -o " + Quoted(folder.Path("link.csv")) + Quoted(source)).status == 1);
+  fs::remove(folder.Path("link.csv"));
+  fs::permissions(out, fs::perms(0600));
   const Result full =
       Kem("convert -f -o " + Quoted(out) + Quoted(Example("raman.prn")), "trap '' XFSZ; ulimit -f 8; ");
   CHECK(full.status == 1);
-  CHECK(full.err.find(" cannot be written completely\n") != std::string::npos);
+  CHECK(full.err.find(" cannot be written completely: File too large\n") != std::string::npos);
   CHECK(Names(folder.Path(".")) == before);
 #endif
   CHECK(ReadBytes(out) == "precious");
   CHECK(Kem("convert --force -o " + Quoted(out) + Quoted(source)).status == 0);
+#ifndef _WIN32
+  CHECK(fs::status(out).permissions() == fs::perms(0600));
+#endif
   CHECK(ReadBytes(out).starts_with("\"Field"));
 }
 

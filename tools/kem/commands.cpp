@@ -29,7 +29,8 @@ holds for the other commands that write files, too.
 A csv table begins with the axis titles. A curve has a line X,Y for each point, a
 grid a line X,Y,Z for each point with X varying fastest, as plotting programs,
 spreadsheets and data frames load it. Its numbers read back without loss, those
-of the other text formats have six digits.)",
+of the other text formats have six digits and are finite. A linear axis of which
+six digits of start, end and step would make another one is written point by point.)",
      DefineConvert},
     {"slice", "Cut curves out of grids, along X or along Y",
      R"(A band of one axis is summed, or averaged, and the result is a curve over the

@@ -12,7 +12,7 @@
 #include "each_file.h"
 #include "kem.h"
 #include "options.h"
-#include "output.h"
+#include "temporary_file.h"
 
 namespace kem::tool {
 namespace {

@@ -1,27 +1,15 @@
-// Writing records: the formats there are, what each can hold, and files that appear only when complete.
+// Writing records: the options, where results go, and files that appear only when complete.
 #pragma once
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <map>
-#include <span>
 #include <string>
 
+#include "format.h"
 #include "input.h"
 
 namespace kem::tool {
-
-// A format that records can be written in.
-struct Format {
-  const char* name;  // the extension of its files
-  const char* what;
-  bool curves;
-  bool grids;
-  int mostPoints;                                     // along an axis; 0 for any number
-  bool (*write)(const PrnType& record, char* const);  // whether the file is complete
-};
-
-std::span<const Format> Formats();
 
 // Where the results of a command go.
 struct Output {
@@ -43,10 +31,7 @@ void AddOutput(CLI::App& app, Output& output);
 const Format* FormatOf(const CLI::App& app, const Output& output);
 
 // Writes a record that came from a file: to the file that was asked for, else beside its source or in the folder
-// asked for. `number` is put behind the name; 0 for none.
-Problem Save(const PrnType& record, const std::string& source, int number, const Format& format, Output& output);
-
-// Removes an unfinished file when the program is interrupted.
-void HandleInterrupts();
+// asked for. `number` is put behind the name; 0 for none. The record's axes become what the format can tell.
+Problem Save(PrnType& record, const std::string& source, int number, const Format& format, Output& output);
 
 }  // namespace kem::tool

@@ -1,0 +1,47 @@
+// The formats that records can be written in, and what each can hold.
+#pragma once
+
+#include <fstream>
+#include <span>
+#include <string>
+
+#include "each_file.h"
+#include "kem.h"
+
+namespace kem::tool {
+
+// How a format tells the coordinates of an axis that the record does not store.
+enum class Linear {
+  Exactly,    // nothing is lost
+  OneByOne,   // each coordinate in six digits
+  StartStep,  // start and step in six digits
+  Points,     // start, end and step in six digits, of which the reader makes the number of points
+  Steps,      // the same, but the points that it makes of them are one fewer
+};
+
+struct Format {
+  const char* name;  // the extension of its files
+  const char* what;
+  bool curves;
+  bool grids;
+  int mostPoints;  // along an axis; 0 for any number
+  Linear linear;
+  bool (*write)(const PrnType& record, char* const);  // whether the file is complete
+  int (PrnType::*read)(std::ifstream&);               // checks what was written; null where that costs too much
+};
+
+std::span<const Format> Formats();
+
+// In capitals, too; null when there is none.
+const Format* FormatNamed(std::string name);
+// "prn, csv, ..."
+std::string FormatNames();
+
+// Why a format cannot hold a record.
+Problem CannotHold(const Format& format, const PrnType& record);
+
+// Writes a record to an empty file. An axis whose definition in this format would mean other coordinates, or
+// another number of them, becomes a stored one first.
+Problem WriteRecord(PrnType& record, const Format& format, const std::string& name);
+
+}  // namespace kem::tool

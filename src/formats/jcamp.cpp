@@ -174,6 +174,7 @@ int PrnType::WriteDX(char* const name) const {
 
 int PrnType::ReadDX(std::ifstream& in) {
   if (in.fail()) return 0;
+  const EmptyOnThrow guard(*this);
   Reset(*this);
   ReadXFactor = 1;
   ReadYFactor = 1;

@@ -523,6 +523,7 @@ std::string TitleOf(const Text& name, const Text& unit) {
 }  // namespace
 
 int PrnType::ReadBES3T(const char* name, int& columns, int which) {
+  const EmptyOnThrow guard(*this);
   if (BaseOf(name).size() + 4 >= kTextSize || which < 0) return 0;
   std::ifstream descriptor(PartnerOf(name, ".DSC"), std::ios::binary);
   std::ifstream values(PartnerOf(name, ".DTA"), std::ios::binary);

@@ -134,6 +134,7 @@ std::streamoff EndOfDirectory(std::istream& in, int entries) {
 
 int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   if (in.fail()) return 0;
+  const EmptyOnThrow guard(*this);
   Reset(*this);
   if (which == 0) which = 1;
   const Block header(in, 0, kSegments);

@@ -29,7 +29,7 @@ inline std::vector<SmallFile> InstrumentFiles() {
   using Word = std::uint16_t;
   const std::string numbers(64, '\1');
   const std::string descriptor =
-      "#DESC\nBSEQ BIG\nIKKF REAL\nIRFMT S\nXFMT S\nXPTS 3\nYPTS 3\nZTYP NODATA\nTITL 'a'\n";
+      "#DESC\nBSEQ BIG\nIKKF REAL\nIRFMT S\nXFMT S\nXPTS 3\nYPTS 3\nZTYP NODATA\nXNAM 'the magnetic field'\n";
   const std::string cards = "SIMPLE" + std::string(314, ' ') + "NY = 2" + std::string(74, ' ') + "NX = 3";
   return {
       {"a.nxy", "NXY 2 nm\nred\ngreen\n\n\nset\n\n1 10 20\n2 11 21\n"},

@@ -525,8 +525,8 @@ std::string TitleOf(const Text& name, const Text& unit) {
 int PrnType::ReadBES3T(const char* name, int& columns, int which) {
   const EmptyOnThrow guard(*this);
   if (BaseOf(name).size() + 4 >= kTextSize || which < 0) return 0;
-  std::ifstream descriptor(PartnerOf(name, ".DSC"), std::ios::binary);
-  std::ifstream values(PartnerOf(name, ".DTA"), std::ios::binary);
+  std::ifstream descriptor(PathOf(PartnerOf(name, ".DSC")), std::ios::binary);
+  std::ifstream values(PathOf(PartnerOf(name, ".DTA")), std::ios::binary);
   if (!descriptor || !values) return 0;
 
   Desc desc;

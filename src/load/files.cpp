@@ -1,7 +1,10 @@
 #include "load/files.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 namespace kem::load {
@@ -49,7 +52,7 @@ std::string Listed(const std::string& name) try {
   const std::string_view base = BaseOf(wanted);
   const auto rank = [base](const std::string& file) { return std::pair(!file.starts_with(base), file); };
   std::string found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder.empty() ? "." : folder)) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(PathOf(folder.empty() ? "." : folder))) {
     const std::string file = entry.path().filename().string();
     if (EqualButCase(file, wanted) && (found.empty() || rank(file) < rank(found))) found = file;
   }
@@ -60,9 +63,21 @@ std::string Listed(const std::string& name) try {
 
 }  // namespace
 
+std::filesystem::path PathOf(std::string_view name) {
+#ifdef _WIN32
+  for (const auto& [page, flags] : {std::pair(CP_UTF8, MB_ERR_INVALID_CHARS), {CP_ACP, 0}}) {
+    std::wstring wide(name.size(), L'\0');
+    const int size = static_cast<int>(name.size());
+    const int length = MultiByteToWideChar(page, flags, name.data(), size, wide.data(), size);
+    if (length > 0) return wide.substr(0, static_cast<std::size_t>(length));
+  }
+#endif
+  return name;
+}
+
 bool OpenForReading(std::ifstream& in, const std::string& name) {
   in.clear();
-  in.open(name, std::ios::in | std::ios::binary);
+  in.open(PathOf(name), std::ios::in | std::ios::binary);
   in.peek();
   if (in.is_open() && !in.bad()) return true;
   in.close();

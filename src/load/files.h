@@ -1,11 +1,16 @@
 // Files that belong together: where the other one is.
 #pragma once
 
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 
 namespace kem::load {
+
+// A name as the system takes it. Under Windows names are UTF-8, whatever the code page of the host, and one that
+// is not UTF-8 is taken in that code page.
+std::filesystem::path PathOf(std::string_view name);
 
 // Opens a file for reading. A folder opens too, but cannot be read, and counts as no file.
 bool OpenForReading(std::ifstream& in, const std::string& name);

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "kem.h"
+#include "load/files.h"
 
 namespace kem::load {
 namespace {
@@ -149,7 +150,7 @@ void AppendNumber(std::string& text, float value) {
 
 void AppendNumber(std::string& text, int value) { text += std::to_string(value); }
 
-OutputFile::OutputFile(const char* name, std::ios::openmode mode) : file_(name, mode | std::ios::out) {}
+OutputFile::OutputFile(const char* name, std::ios::openmode mode) : file_(PathOf(name), mode | std::ios::out) {}
 
 OutputFile::~OutputFile() {
   if (!IsOpen()) return;

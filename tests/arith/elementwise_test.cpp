@@ -1,5 +1,4 @@
 // Functions of values, and the same functions of coordinates.
-#include <iostream>
 #include <sstream>
 
 #include "support/records.h"
@@ -40,15 +39,13 @@ const Function kFunctions[] = {
 
 // The result of an axis operation and how often it complained.
 std::pair<PrnType, int> AxisOp(const PrnType& record, char axis, std::string operation, float value = 0) {
-  std::ostringstream text;
-  std::streambuf* before = std::cerr.rdbuf(text.rdbuf());
-  const PrnType result = record.AxisOp(axis, operation.data(), value);
-  std::cerr.rdbuf(before);
+  std::unique_ptr<PrnType> result;
+  const auto run = [&] { result = std::make_unique<PrnType>(record.AxisOp(axis, operation.data(), value)); };
+  std::istringstream lines(Printed(run, stderr));
   int count = 0;
-  std::istringstream lines(text.str());
   for (std::string line; std::getline(lines, line); ++count)
     CHECK(line == "AxisOp called with illegal operand. Halted.");
-  return {result, count};
+  return {*result, count};
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -51,6 +52,9 @@ class Bytes {
   std::string bytes_;
 };
 
+// A name in UTF-8 as the system takes it.
+inline std::filesystem::path PathOf(const std::string& name) { return std::u8string(name.begin(), name.end()); }
+
 // An empty folder that goes when the test ends.
 class TempFolder {
  public:
@@ -59,7 +63,7 @@ class TempFolder {
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
 
-  std::string Path(const std::string& name) const { return (path_ / name).string(); }
+  std::string Path(const std::string& name) const { return (path_ / PathOf(name)).string(); }
   // Writes a file and returns its path.
   std::string Write(const std::string& name, const std::string& bytes) const;
 
@@ -81,8 +85,8 @@ void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::siz
 // Loads copies of the bytes with single bytes changed, for the same purpose.
 void LoadDamaged(const std::string& name, const std::string& bytes, int rounds);
 
-// What a function prints to standard output.
-std::string Printed(const std::function<void()>& run);
+// What a function prints to standard output, or to standard error.
+std::string Printed(const std::function<void()>& run, std::FILE* stream = stdout);
 
 // Folder of real instrument files, from the environment; empty when there is none.
 std::string SampleFolder();

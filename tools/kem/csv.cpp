@@ -6,6 +6,7 @@
 #include <string>
 
 #include "shape.h"
+#include "system.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -14,7 +15,7 @@ namespace {
 // Lines of a table, written in large pieces.
 class Table {
  public:
-  explicit Table(const char* name) : file_(name, std::ios::binary) {}
+  explicit Table(const char* name) : file_(PathOf(name), std::ios::binary) {}
 
   void Title(const std::string& title, bool last) {
     text_ += CsvText(title);

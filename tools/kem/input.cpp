@@ -9,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "system.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -71,7 +72,7 @@ std::string MissingPartner(const std::string& file, std::string_view format) {
   for (const Pair& pair : kPairs) {
     if (pair.format != format) continue;
     for (const char* extension : pair.extensions) {
-      const fs::path partner = fs::path(file).replace_extension(extension);
+      const fs::path partner = PathOf(file).replace_extension(extension);
       if (!ExistsInAnyCase(partner)) return partner.filename().string();
     }
   }
@@ -80,11 +81,11 @@ std::string MissingPartner(const std::string& file, std::string_view format) {
 
 Problem WhyUnreadable(const std::string& file) {
   std::error_code error;
-  const fs::file_status status = fs::status(file, error);
-  if (status.type() == fs::file_type::not_found) return "no such file";
+  const fs::file_status status = fs::status(PathOf(file), error);
+  if (status.type() == fs::file_type::not_found) return IsPattern(file) ? "no file matches this pattern" : "no such file";
   if (error) return error.message();
   if (fs::is_directory(status)) return "is a folder";
-  if (!std::ifstream(file, std::ios::binary)) return std::generic_category().message(errno);
+  if (!std::ifstream(PathOf(file), std::ios::binary)) return std::generic_category().message(errno);
   if (file.size() >= kTextSize)
     return "its path has more than the " + std::to_string(kTextSize - 1) + " characters that kem can follow";
   return {};

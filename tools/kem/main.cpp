@@ -12,6 +12,7 @@
 #include "each_file.h"
 #include "kem.h"
 #include "options.h"
+#include "system.h"
 #include "temporary_file.h"
 
 namespace kem::tool {
@@ -62,7 +63,7 @@ bool NamesFile(const std::string& word) {
   if (word == "-") return true;
   if (word.starts_with('-') || IsCommand(word)) return false;
   std::error_code error;
-  return word.find_first_of("./") != word.npos || std::filesystem::exists(word, error);
+  return word.find_first_of("./") != word.npos || std::filesystem::exists(PathOf(word), error);
 }
 
 // What is wrong with a command line, in our words where the parser's are hard to follow.
@@ -115,6 +116,7 @@ int Main(int argc, char** argv) {
 }  // namespace kem::tool
 
 int main(int argc, char** argv) {
+  const kem::tool::Utf8Console console;
   kem::tool::HandleInterrupts();
   try {
     return kem::tool::Main(argc, argv);

@@ -7,6 +7,8 @@
 #include <functional>
 #include <iterator>
 
+#include "system.h"
+
 namespace kem::tool {
 namespace {
 
@@ -49,7 +51,11 @@ void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
 }
 
 void AddFiles(CLI::App& app, std::vector<std::string>& files) {
-  app.add_option("FILE", files, "Files of any format that kem knows")->type_name("")->required();
+  app.add_option_function<std::vector<std::string>>(
+         "FILE", [&files](const std::vector<std::string>& names) { files = Expanded(names); },
+         "Files of any format that kem knows")
+      ->type_name("")
+      ->required();
 }
 
 CLI::Option* AddItem(CLI::App& app, int& item) {

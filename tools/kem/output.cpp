@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "system.h"
 #include "temporary_file.h"
 
 namespace kem::tool {
@@ -17,13 +18,13 @@ std::string Numbered(const fs::path& name, int number) {
 }
 
 fs::path TargetOf(const Output& output, const std::string& source, int number, const Format& format) {
-  fs::path target = output.file;
+  fs::path target = PathOf(output.file);
   if (output.file.empty()) {
-    target = source;
-    if (!output.folder.empty()) target = output.folder / target.filename();
+    target = PathOf(source);
+    if (!output.folder.empty()) target = PathOf(output.folder) / target.filename();
     target.replace_extension(format.name);
   }
-  if (number > 0) target.replace_filename(Numbered(target.filename(), number));
+  if (number > 0) target.replace_filename(PathOf(Numbered(target.filename(), number)));
   return target;
 }
 
@@ -76,7 +77,7 @@ void AddOutput(CLI::App& app, Output& output) {
 }
 
 const Format* FormatOf(const CLI::App& app, const Output& output) {
-  const std::string extension = fs::path(output.file).extension().string();
+  const std::string extension = PathOf(output.file).extension().string();
   const std::string name = !output.format.empty() ? output.format : extension.substr(extension.empty() ? 0 : 1);
   const Format* format = FormatNamed(name);
   if (!format) Complain(app.get_name() + ": name a format by --to or by the extension of the output");
@@ -86,7 +87,7 @@ const Format* FormatOf(const CLI::App& app, const Output& output) {
 Problem Save(PrnType& record, const std::string& source, int number, const Format& format, Output& output) {
   if (Problem problem = CannotHold(format, record); !problem.empty()) return problem;
   std::error_code error;
-  if (!output.folder.empty()) fs::create_directories(output.folder, error);
+  if (!output.folder.empty()) fs::create_directories(PathOf(output.folder), error);
   fs::path target = TargetOf(output, source, number, format);
   if (Problem problem = CannotReplace(target, output); !problem.empty()) return problem;
   target = Resolved(target);

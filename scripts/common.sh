@@ -4,7 +4,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
 test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev)
-full_packages=("${test_packages[@]}" g++-mingw-w64-x86-64-posix wine wine64 xvfb xdotool
+windows_packages=(g++-mingw-w64-x86-64-posix)
+full_packages=("${test_packages[@]}" "${windows_packages[@]}" wine wine64 xvfb xdotool
   zenity clang-format clang-tidy pkg-config doxygen man-db git)
 
 say() { printf '\n== %s\n' "$*"; }

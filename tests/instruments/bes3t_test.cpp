@@ -39,8 +39,8 @@ struct Loaded {
   std::string printed;
 
   Loaded(const std::string& descriptor, const std::string& values, int which = 0) {
-    const std::string path = folder.Write("scan.DSC", descriptor);
-    folder.Write("scan.DTA", values);
+    const std::string path = folder.Write("測定.DSC", descriptor);
+    folder.Write("測定.DTA", values);
     printed = Printed([&] { result = record.ReadBES3T(path.c_str(), columns, which); });
   }
 };

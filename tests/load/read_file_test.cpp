@@ -1,3 +1,7 @@
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include <cstring>
 
 #include "load/detect.h"
@@ -54,7 +58,7 @@ TEST_CASE("loading: file names, numbers and indices") {
   CHECK(std::string(PrnType(nxy.c_str(), 2).fileName) == stem + "_02.ext");
   CHECK(std::string(PrnType(nxy.c_str(), 0).fileName) == stem + "_01.ext");
   CHECK(!PrnType(nxy.c_str(), 4));
-  const std::string xy = folder.Write("data.xyz", kXYFile);
+  const std::string xy = folder.Write("データ µ.xyz", kXYFile);
   CHECK(std::string(PrnType(xy.c_str(), 0).fileName) == xy);
   // the name may be the record's own, which a reader overwrites
   PrnType own;
@@ -115,5 +119,11 @@ TEST_CASE("loading: of the files that may belong to another it is the one spelle
     REQUIRE(record.nY == 1);
     CHECK(record.yArray[0] == 1);
   }
+}
+#else
+TEST_CASE("loading: a name that is not UTF-8 is one in the code page") {
+  const TempFolder folder;
+  folder.Write("é.xyz", kXYFile);
+  if (GetACP() == 1252) CHECK(PrnType((folder.Path("") + "\xe9.xyz").c_str(), 0).nY == 2);
 }
 #endif

@@ -22,10 +22,10 @@ struct Read {
 // A file written by one of the writers, empty when it was refused; lines of text end in line feeds.
 inline std::string Written(const PrnType& record, int (PrnType::*writer)(char*) const) {
   const TempFolder folder;
-  std::string path = folder.Path("out");
+  std::string path = folder.Path("出力 µ");
   std::string nowhere = folder.Path("no/such/folder");
   const int result = (record.*writer)(path.data());
-  CHECK(result == static_cast<int>(std::filesystem::exists(path)));
+  CHECK(result == static_cast<int>(std::filesystem::exists(PathOf(path))));
   CHECK((record.*writer)(nowhere.data()) == 0);
   std::string bytes = ReadBytes(path);
   if (bytes.substr(0, 2) != "[B") std::erase(bytes, '\r');

@@ -82,7 +82,8 @@ std::string MissingPartner(const std::string& file, std::string_view format) {
 Problem WhyUnreadable(const std::string& file) {
   std::error_code error;
   const fs::file_status status = fs::status(PathOf(file), error);
-  if (status.type() == fs::file_type::not_found) return IsPattern(file) ? "no file matches this pattern" : "no such file";
+  if (status.type() == fs::file_type::not_found)
+    return IsPattern(file) ? "no file matches this pattern" : "no such file";
   if (error) return error.message();
   if (fs::is_directory(status)) return "is a folder";
   if (!std::ifstream(PathOf(file), std::ios::binary)) return std::generic_category().message(errno);

@@ -95,9 +95,8 @@ void MakeArray(PrnType& r, const Axis& axis) {
 }
 
 void ChangeCoordinates(PrnType& r, const Axis& axis, const Operation& operation, float value) {
-  const int count = IsGrid(r) ? r.*axis.count : std::min(r.*axis.count, r.nY);  // a curve stores nY of everything
   float* coordinates = r.*axis.array;
-  for (int k = 0; k < count; ++k) coordinates[k] = operation.apply(coordinates[k], value);
+  for (int k = 0; k < r.*axis.count; ++k) coordinates[k] = operation.apply(coordinates[k], value);
 }
 
 PrnType Changed(const PrnType& record, const Axis& axis, const Operation& operation, float value, bool asArray) {

@@ -100,7 +100,7 @@ Range RangeOf(float* const* rows, int nX, int nY) {
 
 void PrnType::MinMax() {
   if (HasX()) {
-    const Range x = RangeOf(xArray, Is3D() ? nX : std::min(nX, nY));  // a curve's is as long as its values
+    const Range x = RangeOf(xArray, nX);
     xStart = x.low;
     xEnd = x.high;
   }

@@ -30,6 +30,15 @@ std::unique_ptr<float[]> CopyOf(const float* values, int count) {
   return copy;
 }
 
+// A curve's X array is as long as its values. Where its count says more, the last coordinate fills the copy up.
+std::unique_ptr<float[]> CopyOfX(const PrnType& src) {
+  const int stored = src.Is3D() ? src.nX : src.nY;
+  auto copy = NewArray(std::max(src.nX, stored));
+  std::copy_n(src.xArray, stored, copy.get());
+  for (int k = std::max(stored, 0); k < src.nX; ++k) copy[k] = k > 0 ? copy[k - 1] : 0;
+  return copy;
+}
+
 Grid CopyOf(float* const* rows, int nX, int nY) {
   Grid copy = NewGrid(nX, nY);
   for (int i = 0; i < nX; ++i) std::copy_n(rows[i], nY, copy[i]);
@@ -99,8 +108,7 @@ void CopyArrays(PrnType& to, const PrnType& src, Values values) {
   to.DeAllocate();
   const bool owns = OwnsArrays(src.allocType);
   const bool open = values == Values::Open;
-  const int xCount = src.Is3D() ? src.nX : src.nY;  // a curve's X array is as long as its values
-  auto x = owns && src.HasX() ? CopyOf(src.xArray, xCount) : nullptr;
+  auto x = owns && src.HasX() ? CopyOfX(src) : nullptr;
   auto y = !owns || !src.HasY() ? nullptr : open && !src.Is3D() ? NewArray(src.nY) : CopyOf(src.yArray, src.nY);
   Grid z = !owns || !src.Is3D() ? nullptr : open ? NewGrid(src.nX, src.nY) : CopyOf(src.zArray, src.nX, src.nY);
   CopyShape(to, src);

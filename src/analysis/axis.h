@@ -10,6 +10,11 @@
 
 namespace kem::analysis {
 
+// The first values of an array, none for a count below 0.
+inline std::span<const float> FirstOf(const float* values, int count) {
+  return {values, static_cast<std::size_t>(std::max(count, 0))};
+}
+
 // A defined axis written out: the step is added again and again in single precision, drift included.
 std::unique_ptr<float[]> WriteOutAxis(float start, float step, int count);
 

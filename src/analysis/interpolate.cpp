@@ -1,4 +1,6 @@
 // Resampling of curves and grids, on given or on evenly spaced coordinates.
+#include "analysis/interpolate.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -30,6 +32,8 @@ struct EvenAxis {
   float step;
   int count = Count();
   std::unique_ptr<float[]> values = WriteOutAxis(from, step, count);
+
+  operator std::span<const float>() const { return FirstOf(values.get(), count); }
 
   // In single precision, so that 0 to 1 in steps of 0.1 has 11 points.
   int Count() const {
@@ -107,59 +111,68 @@ void ResampleGrid(const PrnType& src, PrnType& result) {
 
 }  // namespace
 
+std::unique_ptr<PrnType> kem::analysis::Resampled(const PrnType& curve, std::span<const float> xs) {
+  if (!IsCurve(curve) || xs.empty()) return std::make_unique<PrnType>();
+  auto result = NewResult(curve, AllocXY, static_cast<int>(xs.size()));
+  std::ranges::copy(xs, result->xArray);
+  ResampleCurve(curve, *result);
+  result->MinMax();
+  return result;
+}
+
+std::unique_ptr<PrnType> kem::analysis::Resampled(const PrnType& grid, std::span<const float> xs,
+                                                  std::span<const float> ys) {
+  if (!IsGrid(grid) || xs.empty() || ys.empty()) return std::make_unique<PrnType>();
+  auto result = NewResult(grid, AllocXYZ, static_cast<int>(xs.size()), static_cast<int>(ys.size()));
+  std::ranges::copy(xs, result->xArray);
+  std::ranges::copy(ys, result->yArray);
+  ResampleGrid(grid, *result);
+  result->MinMax();
+  return result;
+}
+
 // ------------------------------------------------------------ curves
 
 PrnType& PrnType::InterpolateXY(float* const xs, int n) const {
-  if (!IsCurve(*this) || n <= 0) return *new PrnType;
-  auto result = NewResult(*this, AllocXY, n, n);
-  std::copy_n(xs, n, result->xArray);
-  ResampleCurve(*this, *result);
-  result->MinMax();
-  return *result.release();
+  return *Resampled(*this, FirstOf(xs, n)).release();
 }
 
 PrnType& PrnType::InterpolateY(float from, float to, float step) const {
   if (!IsCurve(*this) || step == 0) return *new PrnType;
   const EvenAxis x{from, to, step};
-  PrnType& result = InterpolateXY(x.values.get(), x.count);
-  DefineX(result, x);
-  return result;
+  auto result = Resampled(*this, x);
+  DefineX(*result, x);
+  return *result.release();
 }
 
 // ------------------------------------------------------------ grids
 
 PrnType& PrnType::InterpolateXYZ(float* const xs, int nx, float* const ys, int ny) const {
-  if (!IsGrid(*this) || nx <= 0 || ny <= 0) return *new PrnType;
-  auto result = NewResult(*this, AllocXYZ, nx, ny);
-  std::copy_n(xs, nx, result->xArray);
-  std::copy_n(ys, ny, result->yArray);
-  ResampleGrid(*this, *result);
-  result->MinMax();
-  return *result.release();
+  return *Resampled(*this, FirstOf(xs, nx), FirstOf(ys, ny)).release();
 }
 
 PrnType& PrnType::InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom, float yTo, float yDelta) const {
   if (!IsGrid(*this)) return *new PrnType;
   const EvenAxis x{xFrom, xTo, xDelta};
   const EvenAxis y{yFrom, yTo, yDelta};
-  PrnType& result = InterpolateXYZ(x.values.get(), x.count, y.values.get(), y.count);
-  DefineX(result, x);
-  DefineY(result, y);
-  return result;
+  auto result = Resampled(*this, x, y);
+  DefineX(*result, x);
+  DefineY(*result, y);
+  return *result.release();
 }
 
 PrnType& PrnType::InterpolateXZ(float* const xs, int nx, float yFrom, float yTo, float yDelta) const {
   if (!IsGrid(*this) || nx <= 0) return *new PrnType;
   const EvenAxis y{yFrom, yTo, yDelta};
-  PrnType& result = InterpolateXYZ(xs, nx, y.values.get(), y.count);
-  DefineY(result, y);
-  return result;
+  auto result = Resampled(*this, FirstOf(xs, nx), y);
+  DefineY(*result, y);
+  return *result.release();
 }
 
 PrnType& PrnType::InterpolateYZ(float xFrom, float xTo, float xDelta, float* const ys, int ny) const {
   if (!IsGrid(*this) || ny <= 0) return *new PrnType;
   const EvenAxis x{xFrom, xTo, xDelta};
-  PrnType& result = InterpolateXYZ(x.values.get(), x.count, ys, ny);
-  DefineX(result, x);
-  return result;
+  auto result = Resampled(*this, x, FirstOf(ys, ny));
+  DefineX(*result, x);
+  return *result.release();
 }

@@ -16,10 +16,6 @@ float AddDifferences(float sum, std::span<const float> values) {
   return sum;
 }
 
-std::span<const float> Values(const float* values, int count) {
-  return {values, static_cast<std::size_t>(std::max(count, 0))};
-}
-
 // Equal parts of a range, and how many values fell into each: none that lies below it or is not a number.
 struct Bins {
   std::span<float> counts;
@@ -69,7 +65,7 @@ float PrnType::NoiseLevel() const {
   if (!OwnsArrays(allocType) || nX <= 0 || nY <= 0) return 0;
   if (!Is3D()) return AddDifferences(0, SampledX(*this)) / static_cast<float>(nY);
   float sum = 0;
-  for (int i = 0; i < nX; ++i) sum = AddDifferences(sum, Values(zArray[i], nY));
+  for (int i = 0; i < nX; ++i) sum = AddDifferences(sum, FirstOf(zArray[i], nY));
   return sum / static_cast<float>(nY) / static_cast<float>(nX);
 }
 
@@ -80,8 +76,8 @@ void PrnType::Histogram(int nBins, float* const counts, float& lo, float& hi) co
                   Is3D() ? zMax : std::max(yStart, yEnd)};
   std::ranges::fill(bins.counts, 0.0f);
   if (OwnsArrays(allocType)) {
-    if (!Is3D()) bins.Add(Values(yArray, nY));
-    for (int i = 0; Is3D() && i < nX; ++i) bins.Add(Values(zArray[i], nY));
+    if (!Is3D()) bins.Add(FirstOf(yArray, nY));
+    for (int i = 0; Is3D() && i < nX; ++i) bins.Add(FirstOf(zArray[i], nY));
   }
   lo = bins.lo;
   hi = bins.hi;

@@ -7,6 +7,7 @@
 #include "arith/values.h"
 
 using namespace kem::arith;
+using kem::analysis::FirstOf;
 using kem::analysis::XValues;
 using kem::analysis::YValues;
 
@@ -19,12 +20,10 @@ bool Same(Coordinates axis, Coordinates other) {
   return axis.size() <= other.size() && std::equal(axis.begin(), axis.end(), other.begin(), NearlyEqual);
 }
 
-Coordinates Given(const float* values, int count) { return {values, static_cast<std::size_t>(std::max(count, 0))}; }
-
 // All that is stored: as much as there are rows of a grid, or values of a curve.
 Coordinates StoredX(const PrnType& r) {
   if (!HasValues(r)) return {};
-  return Given(r.xArray, IsGrid(r) ? r.nX : r.nY);
+  return FirstOf(r.xArray, IsGrid(r) ? r.nX : r.nY);
 }
 
 bool SameX(const PrnType& a, const PrnType& b) {
@@ -45,5 +44,9 @@ int PrnType::SameAxes(const PrnType& other) const {
   return SameX(*this, other) && (!IsGrid(*this) || SameY(*this, other));
 }
 
-int PrnType::XAxisEqArray(float* values, int n) const { return n == nX && Same(Given(values, n), XValues(*this)); }
-int PrnType::YAxisEqArray(float* values, int n) const { return n == nY && Same(Given(values, n), YValues(*this)); }
+int PrnType::XAxisEqArray(float* values, int n) const {
+  return n == nX && Same(FirstOf(values, n), XValues(*this));
+}
+int PrnType::YAxisEqArray(float* values, int n) const {
+  return n == nY && Same(FirstOf(values, n), YValues(*this));
+}

@@ -1,34 +1,25 @@
 // Operators between two records and between a record and a number.
 #include <memory>
 
+#include "analysis/axis.h"
+#include "analysis/interpolate.h"
 #include "arith/kernels.h"
 #include "arith/values.h"
 #include "load/number_text.h"
 
+using namespace kem::analysis;
 using namespace kem::arith;
 using kem::load::CopyText;
 using kem::load::TextOf;
 
 namespace {
 
-// A record on the axes of another.
-std::unique_ptr<PrnType> Resampled(const PrnType& record, const PrnType& axes) {
-  const auto own = [](PrnType& made) { return std::unique_ptr<PrnType>(&made); };
-  const PrnType& a = axes;
-  switch (a.allocType) {
-    case AllocY:
-      return own(record.InterpolateY(a.xStart, a.xEnd, a.xStep));
-    case AllocXY:
-      return own(record.InterpolateXY(a.xArray, ExtentOf(a).columns));
-    case AllocZ:
-      return own(record.InterpolateZ(a.xStart, a.xEnd, a.xStep, a.yStart, a.yEnd, a.yStep));
-    case AllocXZ:
-      return own(record.InterpolateXZ(a.xArray, a.nX, a.yStart, a.yEnd, a.yStep));
-    case AllocYZ:
-      return own(record.InterpolateYZ(a.xStart, a.xEnd, a.xStep, a.yArray, a.nY));
-    default:
-      return own(record.InterpolateXYZ(a.xArray, a.nX, a.yArray, a.nY));
-  }
+// A record at the coordinates of another, as they are written out. A curve whose axis is defined with a step of 0
+// has none.
+std::unique_ptr<PrnType> OnAxesOf(const PrnType& axes, const PrnType& record) {
+  if (axes.Is3D()) return Resampled(record, XValues(axes), YValues(axes));
+  if (!axes.HasX() && axes.xStep == 0) return std::make_unique<PrnType>();
+  return Resampled(record, SampledX(axes));
 }
 
 std::string JoinedName(const PrnType& a, std::string_view sign, const PrnType& b) {
@@ -48,10 +39,12 @@ PrnType Combined(const PrnType& a, std::string_view sign, const PrnType& b, Kern
   if (IsGrid(a) != IsGrid(b)) return PrnType();
   const std::string name = JoinedName(a, sign, b);
   if (!HasValues(a) || !HasValues(b)) return EmptyResult(a, name);
-  if (a.SameAxes(b)) return Computed(name, Common(ExtentOf(a), ExtentOf(b)), kernel, a, b);
-  const auto resampled = Resampled(b, a);
+  const Extent extent = ExtentOf(a);
+  const bool none = extent.rows <= 0 || extent.columns <= 0;  // nothing to combine, on whichever axes
+  if (none || a.SameAxes(b)) return Computed(name, Common(extent, ExtentOf(b)), kernel, a, b);
+  const auto resampled = OnAxesOf(a, b);
   if (!HasValues(*resampled)) return EmptyResult(a, name);
-  return Computed(name, Common(ExtentOf(a), ExtentOf(*resampled)), kernel, a, *resampled);
+  return Computed(name, extent, kernel, a, *resampled);
 }
 
 template <class Kernel>

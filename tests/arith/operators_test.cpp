@@ -24,16 +24,11 @@ const Operator kOperators[] = {
      [](float a, float b) { return a >= 0 ? powf(a, b) : powf(a, std::floor(b)); }},
 };
 
-// A record at the coordinates of another, of a defined axis as many as fit between its start and end.
+// A record at the coordinates of another.
 PrnType& OnAxesOf(const PrnType& a, const PrnType& b) {
   Floats x = XOf(a);
   Floats y = YOf(a);
-  const auto fit = [](float from, float to, float step) {
-    return static_cast<int>(std::fabs((to - from) / step)) + 1;
-  };
-  const int nX = a.HasX() ? a.nX : std::min(a.nX, fit(a.xStart, a.xEnd, a.xStep));
-  const int nY = a.HasY() ? a.nY : std::min(a.nY, fit(a.yStart, a.yEnd, a.yStep));
-  return a.Is3D() ? b.InterpolateXYZ(x.data(), nX, y.data(), nY) : b.InterpolateXY(x.data(), nX);
+  return a.Is3D() ? b.InterpolateXYZ(x.data(), a.nX, y.data(), a.nY) : b.InterpolateXY(x.data(), a.nX);
 }
 
 // The rule written out: copy both, bring the second onto the first one's axes, combine element by element.
@@ -122,6 +117,10 @@ TEST_CASE("operators: counts that do not match what is stored, short right opera
   wide.nX = 9;
   CHECK_SAME(ValuesOf(wide + wide), (Floats{2, 4, 6}));
   CHECK_SAME(ValuesOf(wide + Curve(0, 1, {5, 5, 5})), (Floats{6, 7, 8}));
+  PrnType distant = Curve(0, 1, {1, 2, 3});
+  distant.xEnd = 1e9f;  // an axis that says more than its samples costs nothing
+  CHECK_SAME(ValuesOf(distant * Curve({1, 3}, {5, 7})), (Floats{0, 10, 18}));
+  CHECK((Curve({}, {}) + distant).allocType == AllocXY);
   PrnType shorter = Curve(0, 1, {10, 20});
   shorter.xEnd = a.xEnd;  // the axes are defined alike, so nothing is resampled
   CHECK_SAME(ValuesOf(a - shorter), (Floats{-9, -18, 3, -4}));

@@ -58,10 +58,11 @@ and then + and -, from the left. An expression that begins with a sign stands in
 parentheses, or behind --.
 
 The result has the axes and titles of the left file. A right file with other axes
-is interpolated onto them, and values that it does not reach stay as they are; &
-multiplies point by point, whatever the axes. Where the right file is 0 a quotient
-is 0, and a negative base takes the exponent rounded down. Divided by the number 0,
-or to the power of it, is refused.
+is interpolated onto them: a curve is 0 where it has no samples, so that + and -
+leave the left value there, * and / give 0 and ^ gives 1; a grid goes on along its
+last lines. & multiplies point by point, whatever the axes. Where the right file is
+0 a quotient is 0, and a negative base takes the exponent rounded down. Divided by
+the number 0, or to the power of it, is refused.
 
 Numbers are calculated among each other in the same way, in single precision. A
 number in front of a file changes places with it under + * and &. Under - / and ^

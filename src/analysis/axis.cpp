@@ -48,12 +48,11 @@ AxisValues YValues(const PrnType& r) {
 namespace {
 
 void HandOut(const kem::analysis::AxisValues& axis, float** values, int* count) {
-  *values = nullptr;
-  *count = static_cast<int>(axis.size());
-  if (!axis.data()) return;
-  auto copy = NewArray(*count);
-  std::copy_n(axis.data(), axis.size(), copy.get());
+  const auto length = static_cast<int>(axis.size());
+  auto copy = axis.data() ? NewArray(length) : nullptr;
+  std::copy_n(axis.data(), length, copy.get());
   *values = copy.release();
+  *count = length;
 }
 
 }  // namespace

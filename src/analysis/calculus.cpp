@@ -49,22 +49,39 @@ double Trapezoid(float width, float a, float b) { return 0.5 * static_cast<doubl
 
 float Plus(float sum, double piece) { return static_cast<float>(static_cast<double>(sum) + piece); }
 
-// Trapezoids between the samples inside the bounds, and two pieces up to the interpolated values at the bounds;
-// `piece` says how each counts. The piece at the upper bound is left out, on purpose, where it would start at the
-// first sample of the curve. Bounds between two samples give two pieces that overlap, one of negative width.
-template <class Piece>
-float IntegralOfCurve(const PrnType& source, float x1, float x2, Piece piece) {
+// How the pieces of an integral count.
+enum class Counted { Signed, Absolute };
+
+// Pieces add up in double precision.
+struct Sum {
+  Counted counted;
+  double value = 0;
+
+  void Add(double piece) { value += counted == Counted::Absolute ? std::fabs(piece) : piece; }
+};
+
+// Whether the samples reach up to the upper bound. Of absolute values the piece from 0 to 0 counts: its width is
+// none, but times an infinite value it is not a number.
+bool Reaches(float sample, float bound, Counted counted) {
+  const bool zeros = sample == 0 && bound == 0;
+  return kem::arith::NearlyEqual(sample, bound) && !(zeros && counted == Counted::Absolute);
+}
+
+// Trapezoids between the samples inside the bounds, and two pieces up to the interpolated values at the bounds. The
+// piece at the upper bound is left out, on purpose, where it would start at the first sample of the curve. Bounds
+// between two samples give two pieces that overlap, one of negative width.
+float IntegralOfCurve(const PrnType& source, float x1, float x2, Counted counted) {
   const Sorted curve(source);
   const AxisValues x = SampledX(*curve);
   const float* y = curve->yArray;
   auto k = static_cast<std::size_t>(FirstFrom(x, x1));
   if (k == x.size()) return 0;
-  float sum = 0;
-  const auto add = [&sum, piece](float width, float a, float b) { sum = Plus(sum, piece(Trapezoid(width, a, b))); };
+  Sum sum{counted};
+  const auto add = [&sum](float width, float a, float b) { sum.Add(Trapezoid(width, a, b)); };
   if (!kem::arith::NearlyEqual(x[k], x1)) add(x[k] - x1, source.At(x1, 0), y[k]);
   for (; k + 1 < x.size() && x[k + 1] <= x2; ++k) add(x[k + 1] - x[k], y[k], y[k + 1]);
-  if (k > 0 && !kem::arith::NearlyEqual(x[k], x2)) add(x2 - x[k], source.At(x2, 0), y[k]);
-  return sum;
+  if (k > 0 && !Reaches(x[k], x2, counted)) add(x2 - x[k], source.At(x2, 0), y[k]);
+  return static_cast<float>(sum.value);
 }
 
 // The weight of each sample of a band in an integral.
@@ -86,25 +103,23 @@ Weights WeightsOf(const AxisValues& axis, float low, float high) {
   return weights;
 }
 
-template <class Piece>
-float IntegralOfGrid(const PrnType& source, float x1, float x2, float y1, float y2, Piece piece) {
+float IntegralOfGrid(const PrnType& source, float x1, float x2, float y1, float y2, Counted counted) {
   const Sorted grid(source);
   const Weights w = WeightsOf(XValues(*grid), x1, x2);
   const Weights v = WeightsOf(YValues(*grid), y1, y2);
-  float sum = 0;
+  Sum sum{counted};
   for (std::size_t k = 0; k < w.of.size(); ++k) {
     const float* row = grid->zArray[static_cast<std::size_t>(w.first) + k] + v.first;
-    for (std::size_t j = 0; j < v.of.size(); ++j) sum += piece(w.of[k] * v.of[j] * row[j]);
+    for (std::size_t j = 0; j < v.of.size(); ++j) sum.Add(w.of[k] * v.of[j] * row[j]);
   }
-  return sum;
+  return static_cast<float>(sum.value);
 }
 
-template <class Piece>
-float IntegralOf(const PrnType& source, float x1, float x2, float y1, float y2, Piece piece) {
+float IntegralOf(const PrnType& source, float x1, float x2, float y1, float y2, Counted counted) {
   if (!OwnsArrays(source.allocType) || x1 == x2 || (source.Is3D() && y1 == y2)) return 0;
   if (x1 > x2) std::swap(x1, x2);
   if (y1 > y2) std::swap(y1, y2);
-  return source.Is3D() ? IntegralOfGrid(source, x1, x2, y1, y2, piece) : IntegralOfCurve(source, x1, x2, piece);
+  return source.Is3D() ? IntegralOfGrid(source, x1, x2, y1, y2, counted) : IntegralOfCurve(source, x1, x2, counted);
 }
 
 // The samples of an axis between two coordinates given in either order.
@@ -160,11 +175,11 @@ PrnType& PrnType::YDiff() const {
 }
 
 float PrnType::Integral(float x1, float x2, float y1, float y2) const {
-  return IntegralOf(*this, x1, x2, y1, y2, [](auto piece) { return piece; });
+  return IntegralOf(*this, x1, x2, y1, y2, Counted::Signed);
 }
 
 float PrnType::AbsIntegral(float x1, float x2, float y1, float y2) const {
-  return IntegralOf(*this, x1, x2, y1, y2, [](auto piece) { return std::fabs(piece); });
+  return IntegralOf(*this, x1, x2, y1, y2, Counted::Absolute);
 }
 
 PrnType& PrnType::IntegrateY(float y1, float y2) const {

@@ -91,16 +91,18 @@ TEST_CASE("calculus: integrals add up the pieces of their rule, on every shape")
   ForRandomRecords(AllocY, [](const PrnType& r, Rng& rng) {
     const Floats x = XOf(r), y = YOf(r);
     const float x1 = Bound(rng, x), x2 = Bound(rng, x), y1 = Bound(rng, y), y2 = Bound(rng, y);
-    float sum = 0, absolute = 0;
+    double sum = 0, absolute = 0;
     if (x1 != x2 && (!r.Is3D() || y1 != y2))
       for (const float piece : Pieces(r, std::min(x1, x2), std::max(x1, x2), std::min(y1, y2), std::max(y1, y2)))
         sum += piece, absolute += std::fabs(piece);
-    CHECK_BITS(r.Integral(x1, x2, y1, y2), sum);
-    CHECK_BITS(r.AbsIntegral(x1, x2, y1, y2), absolute);
+    CHECK_BITS(r.Integral(x1, x2, y1, y2), static_cast<float>(sum));
+    CHECK_BITS(r.AbsIntegral(x1, x2, y1, y2), static_cast<float>(absolute));
   });
   CHECK_BITS(Curve(0, 1, {2, 2, 2, 2}).Integral(2.5f, 0.5f, 0, 0), 4);
   CHECK_BITS(Curve(0, 1, {-1, -1, 1, 1}).Integral(0, 3, 0, 0), 0);
   CHECK_BITS(Curve(0, 1, {-1, -1, 1, 1}).AbsIntegral(0, 3, 0, 0), 2);
+  CHECK(std::isinf(Curve({-1, 0}, {1, INFINITY}).Integral(-1, 0, 0, 0)));
+  CHECK(std::isnan(Curve({-1, 0}, {1, INFINITY}).AbsIntegral(-1, 0, 0, 0)));  // its piece from 0 to 0
   CHECK(Curve(0, 1, {0, 1}).Integral(0.2f, 0.4f, 0, 0) == doctest::Approx(0.06));
 }
 

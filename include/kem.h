@@ -633,7 +633,8 @@ class KEM_API PrnType {
   PrnType& YDiff() const;
   /// The integral between bounds, 0 where two are equal. Of a curve by trapezoids, the bounds interpolated by
   /// \ref At; the Y bounds count for grids only. A grid is a sum of its values times the width and height of
-  /// their cells, in which the outermost samples weigh only their distance to the bounds.
+  /// their cells, in which the outermost samples weigh only their distance to the bounds. Pieces are added in
+  /// double precision.
   float Integral(float x1, float x2, float y1, float y2) const;
   /// The same with the absolute value of each trapezoid or product.
   float AbsIntegral(float x1, float x2, float y1, float y2) const;
@@ -649,7 +650,8 @@ class KEM_API PrnType {
   /// \name Baselines, noise and statistics
   /// The corrections work in place. They change nothing when an abscissa lies outside the range of its axis,
   /// when the range descends (`xStart` above `xEnd`), when both abscissae are equal, or when the axis has a single
-  /// sample.
+  /// sample. In grids a coordinate that drifted out of the range of its axis as it was written out counts as the
+  /// end of that range.
   /// @{
 
   /// Subtracts the straight line through the values at \p x1 and \p x2 (see \ref At) from a curve, or from each

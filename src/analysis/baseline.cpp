@@ -20,8 +20,14 @@ struct Straight {
 };
 
 // Whether a correction between two abscissae of an axis acts at all. Only ascending ranges are accepted.
-bool Spans(const AxisValues& axis, float start, float end, float a, float b) {
-  return start <= a && a <= end && start <= b && b <= end && a != b && axis.size() > 1;
+bool Spans(const PrnType& r, const AxisValues& axis, float start, float end, float a, float b) {
+  const bool inRange = start <= a && a <= end && start <= b && b <= end;
+  return kem::record::OwnsArrays(r.allocType) && inRange && a != b && axis.size() != 1;
+}
+
+// Where a sample is looked up: an axis that is written out may drift out of its range.
+float Inside(float t, bool stored, float start, float end) {
+  return stored ? t : std::clamp(t, std::min(start, end), std::max(start, end));
 }
 
 void Subtract(const Straight& line, const AxisValues& x, float* y) {
@@ -36,8 +42,9 @@ class ColumnReader {
 
   const Line& Rows() const { return line_; }
 
-  // What PrnType::At gives: the drift of a written-out axis may have led out of its range.
-  float At(float y) {
+  // What PrnType::At gives for a column.
+  float At(float coordinate) {
+    const float y = Inside(coordinate, grid_.HasY(), grid_.yStart, grid_.yEnd);
     return Within(y, grid_.yStart, grid_.yEnd) ? Bilinear(grid_.zArray, line_, NearestLine(alongY_, y, x_)) : 0;
   }
 
@@ -57,7 +64,7 @@ class ColumnReader {
 // than four rows, so only those are corrected column by column; the others follow row by row.
 void SubtractFromColumns(PrnType& grid, const AxisValues& xs, float x1, float x2) {
   const AxisValues ys = YValues(grid);
-  if (ys.size() == 0) return;
+  if (xs.size() == 0 || ys.size() == 0) return;
   ColumnReader first(grid, xs, ys, x1);
   ColumnReader second(grid, xs, ys, x2);
   std::vector<std::size_t> read = {first.Rows().first, first.Rows().second, second.Rows().first,
@@ -77,11 +84,23 @@ void SubtractFromColumns(PrnType& grid, const AxisValues& xs, float x1, float x2
   }
 }
 
+void SubtractFromRows(PrnType& grid, const AxisValues& xs, const AxisValues& ys, float y1, float y2) {
+  AxisSearch alongX(xs);
+  AxisSearch alongY(ys);
+  for (std::size_t i = 0; i < xs.size(); ++i) {
+    const float x = Inside(xs[i], grid.HasX(), grid.xStart, grid.xEnd);
+    const Line row = NearestLine(alongX, x, x);
+    const bool inRange = Within(x, grid.xStart, grid.xEnd);
+    const auto at = [&](float y) { return inRange ? Bilinear(grid.zArray, row, NearestLine(alongY, y, x)) : 0; };
+    Subtract(Straight(y1, at(y1), y2, at(y2)), ys, grid.zArray[i]);
+  }
+}
+
 }  // namespace
 
 void PrnType::SubLinBackX(float x1, float x2) {
   const AxisValues xs = SampledX(*this);
-  if (!Spans(xs, xStart, xEnd, x1, x2)) return;
+  if (!Spans(*this, xs, xStart, xEnd, x1, x2)) return;
   if (Is3D())
     SubtractFromColumns(*this, xs, x1, x2);
   else
@@ -91,24 +110,14 @@ void PrnType::SubLinBackX(float x1, float x2) {
 
 void PrnType::SubLinBackY(float y1, float y2) {
   const AxisValues ys = YValues(*this);
-  if (!Is3D() || !Spans(ys, yStart, yEnd, y1, y2)) return;
-  const AxisValues xs = XValues(*this);
-  if (xs.size() == 0) return;
-  AxisSearch alongX(xs);
-  AxisSearch alongY(ys);
-  for (std::size_t i = 0; i < xs.size(); ++i) {
-    const float x = xs[i];
-    const Line row = NearestLine(alongX, x, x);
-    const bool inRange = Within(x, xStart, xEnd);
-    const auto at = [&](float y) { return inRange ? Bilinear(zArray, row, NearestLine(alongY, y, x)) : 0; };
-    Subtract(Straight(y1, at(y1), y2, at(y2)), ys, zArray[i]);
-  }
+  if (!Is3D() || !Spans(*this, ys, yStart, yEnd, y1, y2)) return;
+  if (const AxisValues xs = XValues(*this); xs.size() > 0 && ys.size() > 0) SubtractFromRows(*this, xs, ys, y1, y2);
   MinMax();
 }
 
 void PrnType::Slant(float x1, float target1, float x2, float target2) {
   const AxisValues xs = SampledX(*this);
-  if (Is3D() || !Spans(xs, xStart, xEnd, x1, x2)) return;
+  if (Is3D() || !Spans(*this, xs, xStart, xEnd, x1, x2)) return;
   const float a = At(x1, 0);
   const float b = At(x2, 0);
   if (a == 0 || b == 0) return;

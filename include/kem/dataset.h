@@ -1,0 +1,245 @@
+/// \file kem/dataset.h
+/// Everything that a measurement file says, as the instrument meant it.
+///
+/// A Dataset holds values of any rank in the number type of the file, one axis for each dimension, all parameters
+/// and notes on whatever is doubtful. It stands beside the record of kem.h, which holds what hosts have always
+/// received.
+///
+/// \code
+///   const kem::Dataset scan = kem::Open("scan.DSC");
+///   const double first = scan.values.Real(0);
+///   const double field = scan.axes[0][0];  // in scan.axes[0].unit
+///   for (const kem::Note& note : scan.notes) std::cerr << note.text << '\n';
+/// \endcode
+///
+/// Values lie in C order as the file stores them: the last axis varies fastest. An image lists Y, then X.
+///
+/// All texts are UTF-8. Nothing here is global: any number of threads may open files at once. What fails throws
+/// \ref kem::Error; memory that runs out throws std::bad_alloc.
+#ifndef KEM_DATASET_H
+#define KEM_DATASET_H
+
+#include "kem.h"
+
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace kem {
+
+// ---------------------------------------------------------------- failures
+
+enum class ErrorCode {
+  NotFound,
+  PermissionDenied,
+  ReadFailed,     ///< the system could not read a file that is there
+  UnknownFormat,  ///< nothing recognises the file
+  NotReadable,    ///< recognised, but kem does not read this kind of it
+  Damaged,        ///< recognised, but the content contradicts itself or is cut off
+  NoSuchItem,
+  Unsuitable,   ///< a dataset or record does not fit what is asked of it
+  WriteFailed,  ///< the system could not store a file
+};
+
+/// Why something could not be done, as one sentence.
+class KEM_API Error : public std::runtime_error {
+ public:
+  Error(ErrorCode code, const std::string& sentence) : std::runtime_error(sentence), code_(code) {}
+  ErrorCode Code() const { return code_; }
+
+ private:
+  ErrorCode code_;
+};
+
+// ---------------------------------------------------------------- values
+
+/// How a number is stored: unsigned and signed integers and IEEE floats of so many bits.
+enum class NumberType { U8, U16, U32, I8, I16, I32, F32, F64 };
+
+/// Bytes of a number.
+KEM_API std::size_t SizeOf(NumberType type);
+/// "u8" to "f64".
+KEM_API const char* NameOf(NumberType type);
+
+template <class T>
+constexpr NumberType NumberTypeOf() {
+  if constexpr (std::is_floating_point_v<T>) return sizeof(T) == 4 ? NumberType::F32 : NumberType::F64;
+  constexpr bool sign = std::is_signed_v<T>;
+  if constexpr (sizeof(T) == 1) return sign ? NumberType::I8 : NumberType::U8;
+  if constexpr (sizeof(T) == 2) return sign ? NumberType::I16 : NumberType::U16;
+  return sign ? NumberType::I32 : NumberType::U32;
+}
+
+/// The values of a dataset: numbers of one type, or (real, imaginary) pairs of them. They never change once made,
+/// so that copies share memory.
+class KEM_API Values {
+ public:
+  Values() = default;
+  /// Takes over the bytes of \p count values in the byte order of the machine.
+  Values(NumberType type, bool complex, std::size_t count, std::unique_ptr<std::byte[]> bytes)
+      : type_(type), complex_(complex), count_(count), bytes_(std::move(bytes)) {}
+  /// Copies numbers; pairs of them when \p complex.
+  template <class T>
+  static Values Of(std::span<const T> numbers, bool complex = false) {
+    std::unique_ptr<std::byte[]> bytes(new std::byte[numbers.size_bytes()]);
+    const auto from = std::as_bytes(numbers);
+    std::copy(from.begin(), from.end(), bytes.get());
+    return {NumberTypeOf<T>(), complex, numbers.size() / (complex ? 2 : 1), std::move(bytes)};
+  }
+
+  NumberType Type() const { return type_; }
+  bool IsComplex() const { return complex_; }
+  std::size_t Count() const { return count_; }
+  std::span<const std::byte> Bytes() const { return {bytes_.get(), count_ * SizeOf(type_) * (complex_ ? 2 : 1)}; }
+
+  /// The numbers where T is their type, else nothing. Complex values are neighbours: real, imaginary.
+  template <class T>
+  std::span<const T> As() const {
+    if (NumberTypeOf<T>() != type_ || !bytes_) return {};
+    return {reinterpret_cast<const T*>(bytes_.get()), count_ * (complex_ ? 2 : 1)};
+  }
+
+  /// The k-th value; the imaginary part of real values is 0.
+  double Real(std::size_t k) const;
+  double Imaginary(std::size_t k) const;
+
+ private:
+  NumberType type_ = NumberType::F64;
+  bool complex_ = false;
+  std::size_t count_ = 0;
+  std::shared_ptr<const std::byte[]> bytes_;
+};
+
+// ---------------------------------------------------------------- axes
+
+/// The coordinates of one dimension: evenly spaced, or stored one by one in the order of the file.
+class KEM_API Axis {
+ public:
+  std::string name;
+  std::string unit;  ///< as the file spells it, blanks trimmed; empty when it names none
+
+  Axis() = default;
+  /// \p count coordinates from \p start to \p end, both included.
+  static Axis Linear(std::string name, std::string unit, std::size_t count, double start, double end);
+  static Axis Stored(std::string name, std::string unit, std::vector<double> coordinates);
+
+  std::size_t Count() const { return count_; }
+  bool IsLinear() const { return stored_.empty(); }
+  double Start() const { return count_ == 0 ? 0 : (*this)[0]; }
+  double End() const { return count_ == 0 ? 0 : (*this)[count_ - 1]; }
+  /// The spacing of a linear axis; 0 for a stored one.
+  double Step() const;
+  /// start + k (end - start) / (count - 1), or the k-th stored coordinate.
+  double operator[](std::size_t k) const;
+  /// All coordinates, computed or stored.
+  std::vector<double> Coordinates() const;
+  /// The stored coordinates; empty for a linear axis.
+  std::span<const double> StoredCoordinates() const { return stored_; }
+  /// The first \p count coordinates, where they were.
+  Axis First(std::size_t count) const;
+
+ private:
+  std::size_t count_ = 0;
+  double start_ = 0;
+  double end_ = 0;
+  std::vector<double> stored_;
+};
+
+// ---------------------------------------------------------------- parameters and notes
+
+/// One parameter of a file, in the file's spelling.
+struct Parameter {
+  std::string section;  ///< empty where the format knows none
+  std::string key;
+  std::string text;
+  std::optional<double> number = {};  ///< where the text is or begins with one
+  std::string unit = {};              ///< where the file or the format tells
+};
+
+enum class Severity {
+  Remark,    ///< good to know
+  Doubtful,  ///< values or axes may not be what the instrument meant
+  Damaged    ///< part of the data is missing or contradicts itself
+};
+
+/// What the user should know about a dataset.
+struct Note {
+  Severity severity;
+  std::string text;
+};
+
+// ---------------------------------------------------------------- datasets
+
+class Record;
+
+/// What of complex values goes where only real ones fit. Phases are in radians.
+enum class Part { Real, Imaginary, Magnitude, Phase };
+
+/// One item of a measurement file.
+struct KEM_API Dataset {
+  std::string title;  ///< of the measurement
+  std::string name;   ///< of the values, such as "Intensity"
+  std::string unit;   ///< of the values
+  Values values;
+  std::vector<Axis> axes;  ///< slowest first; the product of their counts is the count of the values
+  std::vector<Parameter> parameters;
+  std::vector<Note> notes;
+
+  std::string format;                             ///< such as "Bruker BES3T"
+  std::filesystem::path file;                     ///< as it was opened
+  std::vector<std::filesystem::path> companions;  ///< the other files that were read
+  int item = 1;
+  int items = 1;
+  std::string itemName;
+
+  /// The first parameter of a key, in any section or in the named one; null when there is none.
+  const Parameter* Find(std::string_view key, std::string_view section = {}) const;
+
+  /// The record of a curve or a grid. Values become single precision; a grid has a row for each X.
+  /// Throws Error::Unsuitable for other ranks.
+  Record ToRecord(Part part = Part::Real) const;
+};
+
+// ---------------------------------------------------------------- files
+
+/// One item of a file that may hold several.
+struct ItemInfo {
+  int number;  ///< from 1
+  std::string name;
+};
+
+/// Which format a file has, and what tells so.
+struct Identity {
+  std::string format;
+  std::string evidence;  ///< such as "name ends in .DSC, first line begins with #DESC"
+};
+
+/// A format that kem knows.
+struct FormatInfo {
+  std::string name;
+  std::vector<std::string> extensions;  ///< with their dot, in the spelling of the instruments
+  bool reads;
+  bool writes;
+};
+
+/// Opens one item of a file, counted from 1.
+KEM_API Dataset Open(const std::filesystem::path& file, int item = 1);
+/// The items of a file.
+KEM_API std::vector<ItemInfo> Items(const std::filesystem::path& file);
+/// Tells a file's format without reading its data.
+KEM_API Identity Identify(const std::filesystem::path& file);
+/// All formats.
+KEM_API std::vector<FormatInfo> Formats();
+
+}  // namespace kem
+
+#endif

@@ -1,0 +1,107 @@
+// The door of the full reading: which format a file has, its items, and what every dataset is checked for.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "dataset/reader.h"
+#include "dataset/text.h"
+
+namespace kem {
+namespace dataset {
+namespace {
+
+// The first one that recognises a file reads it.
+constexpr const Reader* kReaders[] = {&kBES3TReader};
+
+struct Recognised {
+  const Reader* reader;
+  std::string evidence;
+};
+
+Recognised Recognise(Source& source) {
+  for (const Reader* reader : kReaders)
+    if (std::string evidence = reader->recognise(source); !evidence.empty()) return {reader, std::move(evidence)};
+  Fail(ErrorCode::UnknownFormat, source.Path(), source.Size() == 0 ? "is empty" : "unknown format");
+}
+
+// ------------------------------------------------------------ checks
+
+template <class T>
+std::size_t NotFinite(std::span<const T> numbers) {
+  std::size_t count = 0;
+  for (const T v : numbers) count += std::abs(v) <= std::numeric_limits<T>::max() ? 0 : 1;
+  return count;
+}
+
+bool RepeatsOrTurns(const Axis& axis) {
+  const auto x = axis.StoredCoordinates();
+  if (x.size() < 2) return false;
+  const bool rises = x[1] > x[0];
+  for (std::size_t k = 1; k < x.size(); ++k)
+    if (rises ? !(x[k] > x[k - 1]) : !(x[k] < x[k - 1])) return true;
+  return false;
+}
+
+void Check(Dataset& d) {
+  const auto note = [&d](Severity severity, std::string text) { d.notes.push_back({severity, std::move(text)}); };
+  if (d.values.Count() == 0) note(Severity::Damaged, "holds no points");
+  const std::size_t odd = NotFinite(d.values.As<float>()) + NotFinite(d.values.As<double>());
+  if (odd > 0) note(Severity::Doubtful, "values that are not finite: " + std::to_string(odd));
+  for (const Axis& axis : d.axes)
+    if (RepeatsOrTurns(axis))
+      note(Severity::Remark, (axis.name.empty() ? "an axis" : "axis " + axis.name) + " repeats or turns round");
+  if (d.items > 1) {
+    const std::string more = std::to_string(d.items - 1);
+    note(Severity::Remark, "holds " + more + (d.items == 2 ? " more item" : " more items"));
+  }
+}
+
+void ToUtf8(Dataset& d) {
+  for (std::string* text : {&d.title, &d.name, &d.unit, &d.itemName}) *text = Utf8(*text);
+  for (Axis& axis : d.axes) {
+    axis.name = Utf8(axis.name);
+    axis.unit = Utf8(axis.unit);
+  }
+}
+
+std::string HoldsNo(int item, std::size_t items) {
+  return "holds no item " + std::to_string(item) + ", but " + std::to_string(items);
+}
+
+}  // namespace
+}  // namespace dataset
+
+using namespace dataset;
+
+Dataset Open(const std::filesystem::path& file, int item) {
+  Source source(file);
+  const Reader& reader = *Recognise(source).reader;
+  const std::vector<std::string> names = reader.items(source);
+  if (item < 1 || static_cast<std::size_t>(item) > names.size())
+    Fail(ErrorCode::NoSuchItem, file, HoldsNo(item, names.size()));
+  Dataset dataset = reader.open(source, item);
+  dataset.format = reader.format;
+  dataset.file = file;
+  dataset.item = item;
+  dataset.items = static_cast<int>(names.size());
+  dataset.itemName = names[static_cast<std::size_t>(item) - 1];
+  ToUtf8(dataset);
+  Check(dataset);
+  return dataset;
+}
+
+std::vector<ItemInfo> Items(const std::filesystem::path& file) {
+  Source source(file);
+  std::vector<ItemInfo> items;
+  for (std::string& name : Recognise(source).reader->items(source))
+    items.push_back({static_cast<int>(items.size()) + 1, Utf8(name)});
+  return items;
+}
+
+Identity Identify(const std::filesystem::path& file) {
+  Source source(file);
+  Recognised found = Recognise(source);
+  return {found.reader->format, std::move(found.evidence)};
+}
+
+}  // namespace kem

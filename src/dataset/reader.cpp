@@ -1,0 +1,48 @@
+#include "dataset/reader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <new>
+
+#include "dataset/text.h"
+
+namespace kem::dataset {
+
+std::vector<std::string> OneItem(Source&) { return {std::string()}; }
+
+void AddParameter(Dataset& dataset, std::string_view section, std::string_view key, std::string_view text,
+                  std::string_view unit) {
+  Parameter parameter{.section = Utf8(section), .key = Utf8(key), .text = Utf8(text), .unit = Utf8(unit)};
+  parameter.number = NumberIn(text);
+  const auto blank = text.find(' ');
+  if (!parameter.number && unit.empty() && blank != text.npos && text.find(' ', blank + 1) == text.npos) {
+    parameter.number = NumberIn(text.substr(0, blank));
+    if (parameter.number) parameter.unit = Utf8(text.substr(blank + 1));
+  }
+  dataset.parameters.push_back(std::move(parameter));
+}
+
+std::uint64_t CountOf(std::span<const Axis> axes) {
+  std::uint64_t count = 1;
+  for (const Axis& axis : axes) {
+    if (axis.Count() == 0) return 0;
+    if (count > std::numeric_limits<std::uint64_t>::max() / 16 / axis.Count()) throw std::bad_alloc();
+    count *= axis.Count();
+  }
+  return count;
+}
+
+std::size_t FitToFile(Dataset& dataset, std::uint64_t held, std::string_view place) {
+  const std::uint64_t announced = CountOf(dataset.axes);
+  if (held < announced) {
+    Axis& slowest = dataset.axes.front();
+    const std::uint64_t slice = announced / slowest.Count();
+    slowest = slowest.First(static_cast<std::size_t>(held / slice));
+    dataset.notes.push_back({Severity::Damaged, std::string(place) + " holds " + std::to_string(held) + " of " +
+                                                    std::to_string(announced) + " points"});
+  }
+  return static_cast<std::size_t>(CountOf(dataset.axes));
+}
+
+}  // namespace kem::dataset

@@ -1,0 +1,171 @@
+#include "dataset/source.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+namespace kem::dataset {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Lower(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return text;
+}
+
+std::string Upper(std::string text) {
+  for (char& c : text)
+    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+  return text;
+}
+
+bool IsFile(const fs::path& path) {
+  std::error_code error;
+  return fs::is_regular_file(path, error);
+}
+
+// The file of a folder whose name differs in case only, the first of several.
+fs::path InAnyCase(const fs::path& wanted) {
+  const std::string name = Lower(NameOf(wanted.filename()));
+  const fs::path folder = wanted.has_parent_path() ? wanted.parent_path() : fs::path(".");
+  std::error_code error;
+  fs::path found;
+  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    const fs::path candidate = at->path().filename();
+    if (Lower(NameOf(candidate)) == name && (found.empty() || candidate < found)) found = candidate;
+  }
+  return found.empty() ? found : fs::path(wanted).replace_filename(found);
+}
+
+fs::path CompanionPath(const fs::path& path, std::string_view extension) {
+  const std::string own = NameOf(path.extension());
+  const bool lower = own == Lower(own);
+  const std::string as_given(extension);
+  for (const std::string& spelling : {lower ? Lower(as_given) : Upper(as_given), as_given}) {
+    fs::path candidate = fs::path(path).replace_extension(spelling);
+    if (IsFile(candidate)) return candidate;
+  }
+  return InAnyCase(fs::path(path).replace_extension(as_given));
+}
+
+template <class Bits>
+void Swap(std::byte* bytes, std::size_t count) {
+  for (std::size_t k = 0; k < count; ++k) {
+    Bits value;
+    std::memcpy(&value, bytes + k * sizeof value, sizeof value);
+    Bits swapped = 0;
+    for (std::size_t b = 0; b < sizeof value; ++b)
+      swapped = static_cast<Bits>(swapped | ((value >> (8 * b)) & 0xff) << (8 * (sizeof value - 1 - b)));
+    std::memcpy(bytes + k * sizeof value, &swapped, sizeof value);
+  }
+}
+
+void ToNative(std::endian order, NumberType type, std::byte* bytes, std::size_t numbers) {
+  if (order == std::endian::native) return;
+  switch (SizeOf(type)) {
+    case 2:
+      return Swap<std::uint16_t>(bytes, numbers);
+    case 4:
+      return Swap<std::uint32_t>(bytes, numbers);
+    case 8:
+      return Swap<std::uint64_t>(bytes, numbers);
+    default:
+      return;
+  }
+}
+
+}  // namespace
+
+void Fail(ErrorCode code, const fs::path& file, std::string_view problem) {
+  throw Error(code, NameOf(file).append(": ").append(problem));
+}
+
+std::string NameOf(const fs::path& file) {
+  const auto text = file.u8string();
+  return {text.begin(), text.end()};
+}
+
+Source::Source(fs::path path) : path_(std::move(path)) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path_, error);
+  if (status.type() == fs::file_type::not_found) Fail(ErrorCode::NotFound, path_, "no such file");
+  if (fs::is_directory(status)) Fail(ErrorCode::UnknownFormat, path_, "is a folder");
+  if (!error && !fs::is_regular_file(status)) Fail(ErrorCode::UnknownFormat, path_, "is no ordinary file");
+  in_.open(path_, std::ios::binary);
+  if (!error) size_ = fs::file_size(path_, error);
+  if (in_ && !error) return;
+  const std::error_condition reason =
+      error ? error.default_error_condition() : std::generic_category().default_error_condition(errno);
+  Fail(reason == std::errc::permission_denied ? ErrorCode::PermissionDenied : ErrorCode::ReadFailed, path_,
+       reason.message());
+}
+
+std::string_view Source::Head() {
+  constexpr std::size_t kHead = 4096;
+  if (head_.empty() && size_ > 0) {
+    head_.resize(std::min<std::uint64_t>(size_, kHead));
+    Read(0, std::as_writable_bytes(std::span(head_)));
+  }
+  return head_;
+}
+
+const std::string& Source::Content() {
+  if (!complete_) {
+    content_.resize(size_);
+    Read(0, std::as_writable_bytes(std::span(content_)));
+    complete_ = true;
+  }
+  return content_;
+}
+
+void Source::Read(std::uint64_t at, std::span<std::byte> to) {
+  in_.clear();
+  errno = 0;
+  in_.seekg(static_cast<std::streamoff>(at));
+  in_.read(reinterpret_cast<char*>(to.data()), static_cast<std::streamsize>(to.size()));
+  if (in_.bad()) Fail(ErrorCode::ReadFailed, path_, std::generic_category().message(errno ? errno : EIO));
+  if (static_cast<std::size_t>(in_.gcount()) != to.size()) Fail(ErrorCode::Damaged, path_, "ends too early");
+}
+
+std::optional<Source> Source::Companion(std::string_view extension) const {
+  const fs::path path = CompanionPath(path_, extension);
+  if (path.empty()) return std::nullopt;
+  return Source(path);
+}
+
+bool Source::HasExtension(std::string_view extension) const {
+  return Lower(NameOf(path_.extension())) == Lower(std::string(extension));
+}
+
+std::uint64_t HeldValues(const Source& source, const Layout& layout) {
+  return source.Size() < layout.at ? 0 : (source.Size() - layout.at) / (SizeOf(layout.type) * layout.columns);
+}
+
+// Large enough to cost few calls, small enough to be turned round while it is in the cache.
+constexpr std::size_t kChunk = std::size_t{1} << 18;
+
+Values ReadValues(Source& source, const Layout& layout, std::size_t count) {
+  const std::size_t size = SizeOf(layout.type);
+  const std::size_t point = size * layout.columns;
+  const std::size_t kept = size * layout.taken;
+  std::unique_ptr<std::byte[]> bytes(new std::byte[count * kept]);
+  const bool all = layout.taken == layout.columns;
+  std::vector<std::byte> whole(all ? 0 : std::min(count, kChunk / point + 1) * point);
+  for (std::size_t done = 0; done < count;) {
+    const std::size_t points = std::min(count - done, kChunk / point + 1);
+    std::byte* to = bytes.get() + done * kept;
+    source.Read(layout.at + done * point,
+                all ? std::span(to, points * point) : std::span(whole).first(points * point));
+    if (!all)
+      for (std::size_t k = 0; k < points; ++k)
+        std::memcpy(to + k * kept, whole.data() + k * point + layout.column * size, kept);
+    ToNative(layout.order, layout.type, to, points * layout.taken);
+    done += points;
+  }
+  return {layout.type, layout.taken == 2, count, std::move(bytes)};
+}
+
+}  // namespace kem::dataset

@@ -1,0 +1,67 @@
+// A measurement file on its way into a dataset: its name, its bytes, and the files that belong to it.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "kem/dataset.h"
+
+namespace kem::dataset {
+
+// An error whose sentence begins with the name of a file.
+[[noreturn]] void Fail(ErrorCode code, const std::filesystem::path& file, std::string_view problem);
+
+// The name of a file as UTF-8.
+std::string NameOf(const std::filesystem::path& file);
+
+class Source {
+ public:
+  // Throws Error when the file cannot be opened, or is none.
+  explicit Source(std::filesystem::path path);
+
+  const std::filesystem::path& Path() const { return path_; }
+  std::uint64_t Size() const { return size_; }
+
+  // The first bytes, 4096 at most.
+  std::string_view Head();
+  // All bytes. Valid as long as the source.
+  const std::string& Content();
+  // Fills a buffer with bytes that are there.
+  void Read(std::uint64_t at, std::span<std::byte> to);
+
+  // The file that differs in the extension only, whatever the case of its letters; that of this file's extension
+  // is tried first.
+  std::optional<Source> Companion(std::string_view extension) const;
+  bool HasExtension(std::string_view extension) const;  // in any case
+
+ private:
+  std::filesystem::path path_;
+  std::ifstream in_;
+  std::uint64_t size_ = 0;
+  std::string head_;
+  std::string content_;
+  bool complete_ = false;  // content_ holds all bytes
+};
+
+// Numbers that lie at equal distances: of `columns` numbers per value, `taken` are kept from `column` on.
+struct Layout {
+  std::uint64_t at = 0;
+  std::endian order = std::endian::little;
+  NumberType type = NumberType::F32;
+  std::size_t columns = 1;
+  std::size_t column = 0;
+  std::size_t taken = 1;  // 2: complex
+};
+
+// How many values a file holds from `at` on.
+std::uint64_t HeldValues(const Source& source, const Layout& layout);
+// Reads values that are there.
+Values ReadValues(Source& source, const Layout& layout, std::size_t count);
+
+}  // namespace kem::dataset

@@ -1,0 +1,36 @@
+// Text of measurement files on its way into a dataset.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kem::dataset {
+
+// The text without blanks, tabs and line ends around it.
+std::string_view Trimmed(std::string_view text);
+
+// The number that a text is, from its first character to its last, with a sign or none.
+std::optional<double> NumberIn(std::string_view text);
+
+// The text as UTF-8: what is not is taken for Latin-1.
+std::string Utf8(std::string_view text);
+
+// Takes the lines of a text one by one; they end in CR, LF or CR LF, the last one perhaps in nothing.
+class Lines {
+ public:
+  explicit Lines(std::string_view text) : rest_(text) {}
+  // False at the end of the text.
+  bool Next(std::string_view& line);
+  // What has not been taken yet.
+  std::string_view Rest() const { return rest_; }
+
+ private:
+  std::string_view rest_;
+};
+
+// The entries of a list, quotes of the kind ' taken off.
+std::vector<std::string> SplitList(std::string_view text, char separator = ',');
+
+}  // namespace kem::dataset

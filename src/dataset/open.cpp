@@ -11,7 +11,7 @@ namespace dataset {
 namespace {
 
 // The first one that recognises a file reads it.
-constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader};
+constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader, &kHPDTAReader};
 
 struct Recognised {
   const Reader* reader;

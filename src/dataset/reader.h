@@ -40,5 +40,6 @@ std::uint64_t CountOf(std::span<const Axis> axes);
 // The readers of single families.
 extern const Reader kBES3TReader;
 extern const Reader kBrukerReader;
+extern const Reader kHPDTAReader;
 
 }  // namespace kem::dataset

@@ -13,6 +13,7 @@
 #include <string>
 #include <variant>
 
+#include "instruments/hpdta_status.h"
 #include "kem.h"
 #include "load/block.h"
 #include "load/text.h"
@@ -20,6 +21,50 @@
 
 using namespace kem::load;
 using namespace kem::record;
+
+namespace {
+
+// ------------------------------------------------------------ walking the status text
+
+// Takes the front of a text up to one of some characters.
+std::string_view TakeUntil(std::string_view& text, std::string_view ends) {
+  const auto taken = text.substr(0, text.find_first_of(ends));
+  text.remove_prefix(taken.size());
+  return taken;
+}
+
+void Skip(std::string_view& text, std::size_t count) { text.remove_prefix(std::min(count, text.size())); }
+
+constexpr std::string_view kSeparators = ",\r\n ";
+
+std::string_view TakeValue(std::string_view& text) {
+  if (!text.starts_with('"')) return TakeUntil(text, ",[\r\n");
+  Skip(text, 1);
+  const auto value = TakeUntil(text, "\"");
+  Skip(text, 1);
+  return value;
+}
+
+}  // namespace
+
+void kem::WalkHPDTAStatus(std::string_view text,
+                          const std::function<void(std::string_view, std::string_view, std::string_view)>& visit) {
+  std::string_view section;
+  for (;;) {
+    Skip(text, text.find_first_not_of(kSeparators));
+    if (text.empty()) return;
+    if (text.front() == '[') {
+      Skip(text, 1);
+      section = TakeUntil(text, "]");
+      Skip(text, 1);
+      continue;
+    }
+    const auto key = TakeUntil(text, "=,[\r\n");
+    if (!text.starts_with('=')) continue;
+    Skip(text, 1);
+    visit(section, key, TakeValue(text));
+  }
+}
 
 namespace {
 
@@ -58,15 +103,6 @@ void Store(Header& block, std::string_view value, const Target& target) {
   std::visit([&](auto to) { Store(block, value, to); }, target);
 }
 
-// Takes the front of a text up to one of some characters.
-std::string_view TakeUntil(std::string_view& text, std::string_view ends) {
-  const auto taken = text.substr(0, text.find_first_of(ends));
-  text.remove_prefix(taken.size());
-  return taken;
-}
-
-void Skip(std::string_view& text, std::size_t count) { text.remove_prefix(std::min(count, text.size())); }
-
 // ------------------------------------------------------------ status by position
 
 // "#1290": one character of any kind, then the position.
@@ -79,8 +115,6 @@ struct StatusField {
   int index;
   Target to;
 };
-
-constexpr int kStatusFields = 83;
 
 constexpr StatusField kStatusLayout[] = {
     {5, StoreAcqMode},
@@ -103,7 +137,7 @@ constexpr StatusField kStatusLayout[] = {
 // Fields behind the end of the text are empty.
 void ParseByPosition(Header& block, std::string_view text) {
   const auto* row = std::begin(kStatusLayout);
-  for (int index = 0; index < kStatusFields; ++index) {
+  for (int index = 0; index < kem::kHPDTAStatusFields; ++index) {
     const auto value = TakeUntil(text, ",");
     Skip(text, 1);
     if (row == std::end(kStatusLayout) || row->index != index) continue;
@@ -146,37 +180,14 @@ constexpr StatusKey kStatusKeys[] = {
     {"Comment", "UserComment", &Header::hpdtaComment},
 };
 
-constexpr std::string_view kSeparators = ",\r\n ";
-
-std::string_view TakeValue(std::string_view& text) {
-  if (!text.starts_with('"')) return TakeUntil(text, ",[\r\n");
-  Skip(text, 1);
-  const auto value = TakeUntil(text, "\"");
-  Skip(text, 1);
-  return value;
-}
-
 void StoreByKey(Header& block, std::string_view section, std::string_view key, std::string_view value) {
   for (const StatusKey& row : kStatusKeys)
     if (row.section == section && row.key == key) return Store(block, value, row.to);
 }
 
 void ParseByKey(Header& block, std::string_view text) {
-  std::string_view section;
-  for (;;) {
-    Skip(text, text.find_first_not_of(kSeparators));
-    if (text.empty()) break;
-    if (text.front() == '[') {
-      Skip(text, 1);
-      section = TakeUntil(text, "]");
-      Skip(text, 1);
-      continue;
-    }
-    const auto key = TakeUntil(text, "=,[\r\n");
-    if (!text.starts_with('=')) continue;
-    Skip(text, 1);
-    StoreByKey(block, section, key, TakeValue(text));
-  }
+  kem::WalkHPDTAStatus(text,
+                       [&block](auto section, auto key, auto value) { StoreByKey(block, section, key, value); });
   // Acquisitions are counted in triggers, or else in exposures.
   if (block.hpdtaAcqNumber == 0) block.hpdtaAcqNumber = block.hpdtaExposures;
   // An axis without a table counts pixels, whatever its scale is called.

@@ -41,5 +41,6 @@ std::uint64_t CountOf(std::span<const Axis> axes);
 extern const Reader kBES3TReader;
 extern const Reader kBrukerReader;
 extern const Reader kHPDTAReader;
+extern const Reader kJcampReader;
 
 }  // namespace kem::dataset

@@ -11,7 +11,7 @@ namespace dataset {
 namespace {
 
 // The first one that recognises a file reads it.
-constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader, &kHPDTAReader, &kJcampReader};
+constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader, &kHPDTAReader, &kJcampReader, &kCaryReader};
 
 struct Recognised {
   const Reader* reader;

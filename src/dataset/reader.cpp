@@ -15,6 +15,9 @@ void AddParameter(Dataset& dataset, std::string_view section, std::string_view k
                   std::string_view unit) {
   Parameter parameter{.section = Utf8(section), .key = Utf8(key), .text = Utf8(text), .unit = Utf8(unit)};
   parameter.number = NumberIn(text);
+  const auto open = key.rfind(" (");
+  if (parameter.number && unit.empty() && open != key.npos && key.back() == ')')
+    parameter.unit = Utf8(key.substr(open + 2, key.size() - open - 3));
   const auto blank = text.find(' ');
   if (!parameter.number && unit.empty() && blank != text.npos && text.find(' ', blank + 1) == text.npos) {
     parameter.number = NumberIn(text.substr(0, blank));

@@ -25,7 +25,7 @@ struct Reader {
 // For formats whose files hold one item without a name.
 std::vector<std::string> OneItem(Source& source);
 
-// Adds a parameter. Its number is the text, where that is one; "3516.00 G" is a number and a unit.
+// Adds a parameter. Its number is the text, where that is one; "3516.00 G" and the key "Start (nm)" name a unit, too.
 void AddParameter(Dataset& dataset, std::string_view section, std::string_view key, std::string_view text,
                   std::string_view unit = {});
 
@@ -39,6 +39,7 @@ std::uint64_t CountOf(std::span<const Axis> axes);
 
 // The readers of single families.
 extern const Reader kBES3TReader;
+extern const Reader kCaryReader;
 extern const Reader kBrukerReader;
 extern const Reader kHPDTAReader;
 extern const Reader kJcampReader;

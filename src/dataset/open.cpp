@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "dataset/foreign.h"
 #include "dataset/reader.h"
 #include "dataset/text.h"
 
@@ -11,17 +12,33 @@ namespace dataset {
 namespace {
 
 // The first one that recognises a file reads it.
-constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader, &kHPDTAReader, &kJcampReader, &kCaryReader};
+constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader, &kHPDTAReader,
+                                      &kJcampReader, &kCaryReader,   &kColumnsReader};
 
 struct Recognised {
   const Reader* reader;
   std::string evidence;
 };
 
+// Why a file that nothing recognises is not what its name says.
+std::string Unknown(const Source& source) {
+  if (source.Size() == 0) return "is empty";
+  for (const char* extension : {".par", ".spc"})
+    if (source.HasExtension(extension))
+      return "is not a Bruker ESR file: its parameters hold none of JSS, DOS, GST and JEX";
+  for (const char* extension : {".DSC", ".DTA"})
+    if (source.HasExtension(extension)) return "is not a Bruker BES3T file: there is no #DESC";
+  return "unknown format";
+}
+
 Recognised Recognise(Source& source) {
   for (const Reader* reader : kReaders)
     if (std::string evidence = reader->recognise(source); !evidence.empty()) return {reader, std::move(evidence)};
-  Fail(ErrorCode::UnknownFormat, source.Path(), source.Size() == 0 ? "is empty" : "unknown format");
+  Fail(ErrorCode::UnknownFormat, source.Path(), Unknown(source));
+}
+
+void RefuseForeign(Source& source) {
+  if (const auto foreign = ForeignFormat(source)) Fail(ErrorCode::NotReadable, source.Path(), foreign->refusal);
 }
 
 // ------------------------------------------------------------ checks
@@ -75,6 +92,7 @@ using namespace dataset;
 
 Dataset Open(const std::filesystem::path& file, int item) {
   Source source(file);
+  RefuseForeign(source);
   const Reader& reader = *Recognise(source).reader;
   const std::vector<std::string> names = reader.items(source);
   if (item < 1 || static_cast<std::size_t>(item) > names.size())
@@ -92,6 +110,7 @@ Dataset Open(const std::filesystem::path& file, int item) {
 
 std::vector<ItemInfo> Items(const std::filesystem::path& file) {
   Source source(file);
+  RefuseForeign(source);
   std::vector<ItemInfo> items;
   for (std::string& name : Recognise(source).reader->items(source))
     items.push_back({static_cast<int>(items.size()) + 1, Utf8(name)});
@@ -100,6 +119,7 @@ std::vector<ItemInfo> Items(const std::filesystem::path& file) {
 
 Identity Identify(const std::filesystem::path& file) {
   Source source(file);
+  if (auto foreign = ForeignFormat(source)) return {std::move(foreign->format), std::move(foreign->evidence)};
   Recognised found = Recognise(source);
   return {found.reader->format, std::move(found.evidence)};
 }

@@ -25,7 +25,8 @@ struct Reader {
 // For formats whose files hold one item without a name.
 std::vector<std::string> OneItem(Source& source);
 
-// Adds a parameter. Its number is the text, where that is one; "3516.00 G" and the key "Start (nm)" name a unit, too.
+// Adds a parameter. Its number is the text, where that is one; "3516.00 G" and the key "Start (nm)" name a unit,
+// too.
 void AddParameter(Dataset& dataset, std::string_view section, std::string_view key, std::string_view text,
                   std::string_view unit = {});
 
@@ -41,6 +42,7 @@ std::uint64_t CountOf(std::span<const Axis> axes);
 extern const Reader kBES3TReader;
 extern const Reader kCaryReader;
 extern const Reader kBrukerReader;
+extern const Reader kColumnsReader;
 extern const Reader kHPDTAReader;
 extern const Reader kJcampReader;
 

@@ -1,0 +1,304 @@
+// Columns of numbers in text, whatever program wrote them.
+//
+// A row is a line of two numbers or more. Tabs and semicolons separate, and so do commas and blanks where they
+// leave a reading; a comma that cannot separate is a decimal one:
+//
+//   1.5 2.5     1.5,2.5     1.5, 2.5     1,5;2,5     1,5 2,5     1.5<TAB>2.5
+//
+// Other lines are parameters ("Key: value", "KEY<TAB>value", "# key = value") or comments. The line before the
+// first row may name the columns. Each column behind the first is an item; three columns that run through a lattice
+// are a grid. The headers of XY and NXY files name titles by position, see columns.cpp.
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+#include "dataset/reader.h"
+#include "dataset/text.h"
+
+namespace kem::dataset {
+namespace {
+
+// ------------------------------------------------------------ rows
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// What keeps the numbers of a line apart.
+struct Separators {
+  std::string_view strong;  // one of them stands between two fields, which may be empty
+  bool decimalComma = false;
+};
+
+// Commas separate where a blank follows each of them or no blanks stand between numbers.
+Separators SeparatorsOf(std::string_view line) {
+  if (line.find('\t') != line.npos) return {"\t", true};
+  if (line.find(';') != line.npos) return {";", true};
+  const auto comma = line.find(',');
+  if (comma == line.npos) return {};
+  const bool blanks = line.find(' ') != line.npos;
+  for (auto at = comma; blanks && at != line.npos; at = line.find(',', at + 1))
+    if (at + 1 < line.size() && line[at + 1] != ' ') return {{}, true};
+  return {",", false};
+}
+
+std::optional<double> FieldNumber(std::string_view field, bool decimalComma) {
+  const auto comma = field.find(',');
+  if (comma == field.npos) return NumberIn(field);
+  if (!decimalComma || comma == 0 || comma + 1 == field.size() || !IsDigit(field[comma + 1])) return std::nullopt;
+  std::string plain(field);
+  plain[comma] = '.';
+  return NumberIn(plain);
+}
+
+// Takes the next field of a line without the blanks around it.
+std::string_view TakeField(std::string_view& line, std::string_view strong) {
+  const auto end = std::min(line.find_first_of(strong.empty() ? " \t" : strong), line.size());
+  const std::string_view field = Trimmed(line.substr(0, end));
+  line.remove_prefix(std::min(end + 1, line.size()));
+  if (strong.empty()) line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+  return field;
+}
+
+// The numbers of a row; false when the line is none. An empty field is not a number.
+bool ScanRow(std::string_view line, std::vector<double>& numbers) {
+  numbers.clear();
+  line = Trimmed(line);
+  if (line.empty() || !(IsDigit(line[0]) || std::string_view("+-.").find(line[0]) != std::string_view::npos))
+    return false;
+  const Separators separators = SeparatorsOf(line);
+  while (!line.empty()) {
+    const std::string_view field = TakeField(line, separators.strong);
+    const auto number =
+        field.empty() ? std::numeric_limits<double>::quiet_NaN() : FieldNumber(field, separators.decimalComma);
+    if (!number) return false;
+    numbers.push_back(*number);
+  }
+  return numbers.size() >= 2 && !std::isnan(numbers[0]);
+}
+
+// ------------------------------------------------------------ header
+
+// "Intensity (counts)", "Field [G]": the name and the unit.
+struct Title {
+  std::string name;
+  std::string unit;
+};
+
+Title TitleOf(std::string_view text) {
+  text = Trimmed(text);
+  if (text.size() > 1 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
+  for (const std::string_view brackets : {"()", "[]"}) {
+    const auto open = text.rfind(brackets[0]);
+    if (open == text.npos || open == 0 || !text.ends_with(brackets[1])) continue;
+    return {std::string(Trimmed(text.substr(0, open))),
+            std::string(Trimmed(text.substr(open + 1, text.size() - open - 2)))};
+  }
+  return {std::string(text), {}};
+}
+
+void AddHeaderLine(Dataset& d, std::string_view line) {
+  while (!line.empty() && (line.front() == '#' || line.front() == ' ')) line.remove_prefix(1);
+  if (Trimmed(line).empty()) return;
+  for (const char separator : {'\t', ':', '='}) {
+    constexpr std::size_t kLongestKey = 60;
+    const auto at = line.find(separator);
+    if (at == line.npos || at == 0 || at > kLongestKey || line.front() == '"') continue;
+    return AddParameter(d, {}, Trimmed(line.substr(0, at)), Trimmed(line.substr(at + 1)));
+  }
+  AddParameter(d, {}, "Comment", Trimmed(line));
+}
+
+// The titles of the columns, where the line before the first row has one for each.
+std::vector<Title> ColumnTitles(std::string_view line, std::size_t columns) {
+  std::vector<Title> titles;
+  line = Trimmed(line);
+  while (!line.empty() && line.front() == '#') line = Trimmed(line.substr(1));
+  const bool blanks = line.find_first_of("\t;,") == line.npos;
+  const std::string_view strong = blanks                         ? std::string_view()
+                                  : line.find('\t') != line.npos ? "\t"
+                                  : line.find(';') != line.npos  ? ";"
+                                                                 : ",";
+  while (!line.empty()) {
+    const bool quoted = !blanks && line.front() == '"' && line.find('"', 1) != line.npos;
+    if (quoted) {
+      const auto end = line.find('"', 1);
+      titles.push_back(TitleOf(line.substr(1, end - 1)));
+      line.remove_prefix(std::min(line.find_first_of(strong, end), line.size()));
+      line.remove_prefix(std::min<std::size_t>(1, line.size()));
+    } else {
+      titles.push_back(TitleOf(TakeField(line, strong)));
+    }
+  }
+  const bool plain =
+      std::none_of(titles.begin(), titles.end(), [](const Title& t) { return t.name.empty() || NumberIn(t.name); });
+  return titles.size() == columns && plain ? titles : std::vector<Title>();
+}
+
+// ------------------------------------------------------------ tables
+
+struct Table {
+  std::size_t columns = 0;
+  std::vector<double> numbers;            // row by row
+  std::vector<std::string_view> header;   // lines before the rows
+  std::vector<std::string_view> trailer;  // and behind them
+  std::size_t oddRows = 0;                // rows of another length
+
+  std::size_t Rows() const { return columns == 0 ? 0 : numbers.size() / columns; }
+  double At(std::size_t row, std::size_t column) const { return numbers[row * columns + column]; }
+};
+
+// The rows begin where two lines of equally many numbers follow each other.
+Table TableOf(std::string_view text) {
+  Table table;
+  std::vector<double> row;
+  std::vector<double> before;
+  std::string_view lineBefore;
+  Lines lines(text);
+  for (std::string_view line; lines.Next(line);) {
+    if (table.columns != 0) {
+      if (ScanRow(line, row) && row.size() == table.columns)
+        table.numbers.insert(table.numbers.end(), row.begin(), row.end());
+      else if (!Trimmed(line).empty())
+        table.trailer.push_back(line), table.oddRows += !row.empty() && row.size() >= 2 ? 1 : 0;
+      continue;
+    }
+    if (Trimmed(line).empty()) continue;
+    const bool isRow = ScanRow(line, row);
+    if (isRow && row.size() == before.size()) {
+      table.columns = row.size();
+      table.header.pop_back();
+      table.numbers = before;
+      table.numbers.insert(table.numbers.end(), row.begin(), row.end());
+      continue;
+    }
+    table.header.push_back(line);
+    before = isRow ? row : std::vector<double>();
+  }
+  return table;
+}
+
+// Control characters do not stand in text.
+bool LooksBinary(std::string_view head) {
+  return std::any_of(head.begin(), head.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < 32 && std::string_view("\t\n\v\f\r").find(c) == std::string_view::npos) || byte == 127;
+  });
+}
+
+std::string_view WithoutMark(std::string_view text) {
+  return text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text;
+}
+
+// A file has one table, which its items share.
+Table TableOf(Source& source) { return TableOf(WithoutMark(source.Content())); }
+
+// The X positions of a lattice whose second column stays while the first runs; 0 where the rows are none.
+std::size_t LatticeWidth(const Table& t) {
+  if (t.columns != 3) return 0;
+  std::size_t width = 1;
+  while (width < t.Rows() && t.At(width, 1) == t.At(0, 1)) ++width;
+  if (width < 2 || width == t.Rows() || t.Rows() % width != 0) return 0;
+  for (std::size_t k = 0; k < t.Rows(); ++k)
+    if (t.At(k, 0) != t.At(k % width, 0) || t.At(k, 1) != t.At(k - k % width, 1)) return 0;
+  return width;
+}
+
+// ------------------------------------------------------------ titles by position
+
+enum class Kind { Any, XY, NXY };
+
+Kind KindOf(const Table& t) {
+  if (t.header.empty()) return Kind::Any;
+  const std::string_view first = Trimmed(t.header.front());
+  return first == "XY" && t.header.size() >= 5 ? Kind::XY : first.starts_with("NXY ") ? Kind::NXY : Kind::Any;
+}
+
+struct Titles {
+  std::string title;
+  std::vector<Title> columns;
+};
+
+// "NXY 3 Wavelength (nm)", a title for each column, start, stop, the name.
+Titles TitlesOfNXY(const Table& t) {
+  std::string_view first = Trimmed(t.header[0]);
+  (void)TakeField(first, {});
+  (void)TakeField(first, {});
+  Titles titles{{}, {TitleOf(first)}};
+  for (std::size_t k = 1; k < t.columns; ++k)
+    titles.columns.push_back(k < t.header.size() ? TitleOf(t.header[k]) : Title());
+  if (t.header.size() > t.columns + 2) titles.title = Trimmed(t.header[t.columns + 2]);
+  return titles;
+}
+
+// Also fills the parameters from the lines that name no titles.
+Titles TitlesOf(Dataset& d, const Table& t) {
+  if (KindOf(t) == Kind::NXY) return TitlesOfNXY(t);
+  if (KindOf(t) == Kind::XY)
+    return {t.header.size() > 5 ? std::string(Trimmed(t.header[5])) : std::string(),
+            {TitleOf(t.header[1]), TitleOf(t.header[2])}};
+  Titles titles;
+  if (!t.header.empty()) titles.columns = ColumnTitles(t.header.back(), t.columns);
+  const std::size_t named = titles.columns.empty() ? 0 : 1;
+  for (std::size_t k = 0; k + named < t.header.size(); ++k) AddHeaderLine(d, t.header[k]);
+  for (const std::string_view line : t.trailer) AddHeaderLine(d, line);
+  titles.columns.resize(t.columns);
+  const auto text = [&d](std::string_view key) { return d.Find(key) ? d.Find(key)->text : std::string(); };
+  if (titles.columns[0].unit.empty()) titles.columns[0].unit = text("XUNITS");
+  if (titles.columns[1].unit.empty()) titles.columns[1].unit = text("YUNITS");
+  titles.title = text("TITLE");
+  return titles;
+}
+
+// ------------------------------------------------------------ reader
+
+std::string RecogniseColumns(Source& source) {
+  if (source.Size() == 0 || LooksBinary(WithoutMark(source.Head()))) return {};
+  const Table table = TableOf(source);
+  if (table.Rows() < 2) return {};
+  return "text with " + std::to_string(table.Rows()) + " rows of " + std::to_string(table.columns) + " numbers";
+}
+
+std::vector<std::string> ColumnItems(Source& source) {
+  const Table table = TableOf(source);
+  if (LatticeWidth(table) > 0) return {std::string()};
+  Dataset scratch;
+  const Titles titles = TitlesOf(scratch, table);
+  std::vector<std::string> names;
+  for (std::size_t k = 1; k < table.columns; ++k) names.push_back(titles.columns[k].name);
+  return names;
+}
+
+std::vector<double> Column(const Table& t, std::size_t column, std::size_t count, std::size_t step) {
+  std::vector<double> values(count);
+  for (std::size_t k = 0; k < count; ++k) values[k] = t.At(k * step, column);
+  return values;
+}
+
+Dataset OpenColumns(Source& source, int item) {
+  const Table table = TableOf(source);
+  Dataset d;
+  const Titles titles = TitlesOf(d, table);
+  d.title = titles.title;
+  const auto axis = [&](std::size_t column, std::size_t count, std::size_t step) {
+    return Axis::Stored(titles.columns[column].name, titles.columns[column].unit,
+                        Column(table, column, count, step));
+  };
+  const std::size_t width = LatticeWidth(table);
+  const std::size_t values = width > 0 ? 2 : static_cast<std::size_t>(item);
+  if (width > 0)
+    d.axes = {axis(1, table.Rows() / width, width), axis(0, width, 1)};
+  else
+    d.axes = {axis(0, table.Rows(), 1)};
+  d.name = titles.columns[values].name;
+  d.unit = titles.columns[values].unit;
+  d.values = Values::Of(std::span<const double>(Column(table, values, table.Rows(), 1)));
+  if (table.oddRows > 0)
+    d.notes.push_back({Severity::Damaged, "rows of another length: " + std::to_string(table.oddRows)});
+  return d;
+}
+
+}  // namespace
+
+const Reader kColumnsReader{"columns of text", RecogniseColumns, ColumnItems, OpenColumns};
+
+}  // namespace kem::dataset

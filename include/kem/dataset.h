@@ -21,7 +21,7 @@
 
 #include "kem.h"
 
-#include <complex>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -46,8 +46,6 @@ enum class ErrorCode {
   NotReadable,    ///< recognised, but kem does not read this kind of it
   Damaged,        ///< recognised, but the content contradicts itself or is cut off
   NoSuchItem,
-  Unsuitable,   ///< a dataset or record does not fit what is asked of it
-  WriteFailed,  ///< the system could not store a file
 };
 
 /// Why something could not be done, as one sentence.
@@ -179,11 +177,6 @@ struct Note {
 
 // ---------------------------------------------------------------- datasets
 
-class Record;
-
-/// What of complex values goes where only real ones fit. Phases are in radians.
-enum class Part { Real, Imaginary, Magnitude, Phase };
-
 /// One item of a measurement file.
 struct KEM_API Dataset {
   std::string title;  ///< of the measurement
@@ -203,10 +196,6 @@ struct KEM_API Dataset {
 
   /// The first parameter of a key, in any section or in the named one; null when there is none.
   const Parameter* Find(std::string_view key, std::string_view section = {}) const;
-
-  /// The record of a curve or a grid. Values become single precision; a grid has a row for each X.
-  /// Throws Error::Unsuitable for other ranks.
-  Record ToRecord(Part part = Part::Real) const;
 };
 
 // ---------------------------------------------------------------- files
@@ -223,12 +212,10 @@ struct Identity {
   std::string evidence;  ///< such as "name ends in .DSC, first line begins with #DESC"
 };
 
-/// A format that kem knows.
+/// A format that \ref Open reads.
 struct FormatInfo {
   std::string name;
   std::vector<std::string> extensions;  ///< with their dot, in the spelling of the instruments
-  bool reads;
-  bool writes;
 };
 
 /// Opens one item of a file, counted from 1.
@@ -237,7 +224,7 @@ KEM_API Dataset Open(const std::filesystem::path& file, int item = 1);
 KEM_API std::vector<ItemInfo> Items(const std::filesystem::path& file);
 /// Tells a file's format without reading its data.
 KEM_API Identity Identify(const std::filesystem::path& file);
-/// All formats.
+/// The formats that \ref Open reads, in the order in which they are tried.
 KEM_API std::vector<FormatInfo> Formats();
 
 }  // namespace kem

@@ -124,4 +124,10 @@ Identity Identify(const std::filesystem::path& file) {
   return {found.reader->format, std::move(found.evidence)};
 }
 
+std::vector<FormatInfo> Formats() {
+  std::vector<FormatInfo> formats;
+  for (const Reader* reader : kReaders) formats.push_back({reader->format, SplitList(reader->extensions, ' ')});
+  return formats;
+}
+
 }  // namespace kem

@@ -13,6 +13,7 @@ namespace kem::dataset {
 // A format that kem::Open knows. A file belongs to the first one that recognises it.
 struct Reader {
   const char* format;
+  const char* extensions;  // separated by blanks
   // What tells that the file has this format, as "name ends in .DSC, first line begins with #DESC"; empty when it
   // has another one.
   std::string (*recognise)(Source& source);

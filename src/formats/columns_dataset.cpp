@@ -299,6 +299,7 @@ Dataset OpenColumns(Source& source, int item) {
 
 }  // namespace
 
-const Reader kColumnsReader{"columns of text", RecogniseColumns, ColumnItems, OpenColumns};
+const Reader kColumnsReader{"columns of text", ".txt .csv .prn .xy .dat", RecogniseColumns, ColumnItems,
+                            OpenColumns};
 
 }  // namespace kem::dataset

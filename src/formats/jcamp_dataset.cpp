@@ -378,6 +378,6 @@ Dataset OpenJcamp(Source& source, int number) {
 
 }  // namespace
 
-const Reader kJcampReader{"JCAMP-DX", RecogniseJcamp, JcampItems, OpenJcamp};
+const Reader kJcampReader{"JCAMP-DX", ".dx .jdx .jcm", RecogniseJcamp, JcampItems, OpenJcamp};
 
 }  // namespace kem::dataset

@@ -236,6 +236,6 @@ Dataset OpenBruker(Source& source, int item) {
 
 }  // namespace
 
-const Reader kBrukerReader{"Bruker ESR spc/par", RecogniseBruker, BrukerItems, OpenBruker};
+const Reader kBrukerReader{"Bruker ESR spc/par", ".par .spc", RecogniseBruker, BrukerItems, OpenBruker};
 
 }  // namespace kem::dataset

@@ -178,6 +178,6 @@ Dataset OpenCary(Source& source, int item) {
 
 }  // namespace
 
-const Reader kCaryReader{"Cary DSW", RecogniseCary, CaryItems, OpenCary};
+const Reader kCaryReader{"Cary DSW", ".DSW .BSW .BSK .CSW", RecogniseCary, CaryItems, OpenCary};
 
 }  // namespace kem::dataset

@@ -197,6 +197,6 @@ Dataset OpenHPDTA(Source& source, int) {
 
 }  // namespace
 
-const Reader kHPDTAReader{"HPDTA image", RecogniseHPDTA, OneItem, OpenHPDTA};
+const Reader kHPDTAReader{"HPDTA image", ".img", RecogniseHPDTA, OneItem, OpenHPDTA};
 
 }  // namespace kem::dataset

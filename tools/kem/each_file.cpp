@@ -1,9 +1,13 @@
 #include "each_file.h"
 
+#ifndef _WIN32
+#include <sys/ioctl.h>
+#endif
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <new>
 
@@ -12,23 +16,47 @@
 namespace kem::tool {
 namespace {
 
-constexpr std::size_t kTerminalWidth = 78;
-constexpr std::size_t kBarWidth = 30;
+// Columns of the terminal that shows standard error.
+std::size_t TerminalWidth() {
+#ifdef TIOCGWINSZ
+  winsize size = {};
+  if (ioctl(fileno(stderr), TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+#endif
+  const char* columns = std::getenv("COLUMNS");
+  const int width = columns ? std::atoi(columns) : 0;
+  return width > 0 ? static_cast<std::size_t>(width) : 80;
+}
+
+// As many whole characters of a text in UTF-8 as surely fit: those of East Asia take two columns.
+std::string Fitting(std::string_view text, std::size_t columns) {
+  std::string fitting;
+  for (std::size_t at = 0, next = 0; at < text.size(); at = next) {
+    for (next = at + 1; next < text.size() && (text[next] & 0xC0) == 0x80;) ++next;
+    const std::size_t width = static_cast<unsigned char>(text[at]) >= 0xE1 ? 2 : 1;
+    if (width > columns) break;
+    columns -= width;
+    const bool control = static_cast<unsigned char>(text[at]) < ' ' || text[at] == 0x7F;
+    fitting += control ? "?" : text.substr(at, next - at);
+  }
+  return fitting;
+}
 
 // One line of a terminal that is written over and over, and cleared before anything else is said.
 bool barIsShown = false;
 
 void ClearProgress() {
-  if (barIsShown) std::cerr << '\r' << std::string(kTerminalWidth, ' ') << '\r' << std::flush;
+  if (barIsShown) std::cerr << '\r' << std::string(TerminalWidth() - 1, ' ') << '\r' << std::flush;
   barIsShown = false;
 }
 
 void ShowProgress(std::size_t done, std::size_t count, const std::string& file) {
-  const std::size_t filled = kBarWidth * done / count;
-  std::string line = '[' + std::string(filled, '#') + std::string(kBarWidth - filled, '.') + "] ";
+  ClearProgress();
+  const std::size_t width = TerminalWidth();
+  const std::size_t bar = std::min<std::size_t>(width / 3, 30);
+  const std::size_t filled = bar * done / count;
+  std::string line = '[' + std::string(filled, '#') + std::string(bar - filled, '.') + "] ";
   line += std::to_string(done) + '/' + std::to_string(count) + ' ' + file;
-  line.resize(kTerminalWidth, ' ');
-  std::cerr << '\r' << line << std::flush;
+  std::cerr << Fitting(line, width - 1) << std::flush;
   barIsShown = true;
 }
 

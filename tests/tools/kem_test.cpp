@@ -86,8 +86,6 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
       {folder.Write("profile.prf", "x"), "recognised as HPDTA profile, but kem cannot read this layout"},
       {folder.Path("alone.DSC"), "recognised as Bruker BES3T, but alone.DTA, which belongs to it, is missing"},
       {WritePair(folder, "igd", false, "YTYP IGD\n"), "DATA: 3D Data not supported yet!"},
-      {folder.Write(std::string(140, 'n'), "XY\n"),
-       "its path has more than the 131 characters that kem can follow"},
   };
   std::string all = Quoted(good);
   std::string err;
@@ -262,6 +260,37 @@ TEST_CASE("kem convert: several files, of which two would become one") {
   CHECK(result.err.find("pair.csv has just been made from " + pair + '\n') != std::string::npos);
   CHECK(result.err.ends_with("kem: 2 of 4 files written\n"));
   CHECK(Names(out) == std::set<std::string>{"pair.csv", "raman.csv"});
+}
+
+TEST_CASE("kem: standard input and output, names longer than the library takes, and what is no file") {
+  const TempFolder folder;
+  const std::string deep = std::string(60, 'd') + '/' + std::string(90, 'n') + ".v1";
+  fs::create_directory(folder.Path(std::string(60, 'd')));
+  CHECK(Kem("convert --to csv " + Quoted(WritePair(folder, deep, false))).status == 0);
+  CHECK(ReadBytes(folder.Path(deep + ".csv")).ends_with("\n0.1,1\n0.2,2.5\n0.3,1e-07\n"));
+  const std::string set = WriteColumns(folder, "set.txt");
+  const std::string name = std::string(90, 'n') + "_02.txt";
+  fs::copy(set, folder.Path(deep.substr(0, 151) + ".txt"));
+  CHECK(Kem("info --item 2 " + Quoted(folder.Path(deep.substr(0, 151) + ".txt"))).out.find(name + '\n') < 132);
+
+  CHECK(Kem("info --item 2 - <" + Quoted(set)).out.starts_with("-_02\n"));
+  CHECK(Kem("convert --to csv --item 2 - <" + Quoted(set)).out == "nm,green\n1,20\n2,21\n");
+  CHECK(
+      Kem("convert --to csv -ao - " + Quoted(set)).err.ends_with("item 3: standard output takes one item only\n"));
+  CHECK(Kem("info - <" + Quoted(WritePair(folder, "pair", false))).err ==
+        "kem: -: recognised as Bruker BES3T, but that is a pair of files, and standard input is one\n");
+#ifndef _WIN32
+  CHECK(Kem("info " + Quoted(folder.Path("pipe")), "mkfifo " + Quoted(folder.Path("pipe")) + "; ").err ==
+        "kem: " + folder.Path("pipe") + ": is a pipe; kem reads files, and standard input as -\n");
+  CHECK(Kem("info /dev/null").err == "kem: /dev/null: is a device\n");
+  fs::create_directory(folder.Path("left"));
+  for (const std::string signal : {"HUP", "INT", "QUIT", "TERM", "PIPE", "XFSZ"}) {
+    const std::string waits = "while [ -z \"$(ls -A left)\" ]; do sleep .01; done; ";
+    Kem("info - <&3", "cd " + Quoted(folder.Path("")) + "; exec 3<>pipe; (" + waits + "kill -" + signal +
+                          " $$)& TMPDIR=left exec ");
+    CHECK(Names(folder.Path("left")).empty());
+  }
+#endif
 }
 
 TEST_CASE("kem items: each item is listed and converted under its number") {

@@ -10,6 +10,7 @@
 
 #include "csv.h"
 #include "shape.h"
+#include "system.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -116,7 +117,7 @@ Problem NotFinite(const Format& format, const PrnType& record) {
 // Whether a file holds as many points as the record that was written to it.
 bool ReadsBack(const PrnType& record, const Format& format, const std::string& name) {
   PrnType copy;
-  std::ifstream in(name, std::ios::binary);
+  std::ifstream in(PathOf(name), std::ios::binary);
   return (copy.*format.read)(in) != 0 && ShapeOf(copy) == ShapeOf(record);
 }
 

@@ -8,6 +8,7 @@
 #include "json.h"
 #include "options.h"
 #include "shape.h"
+#include "source.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -90,7 +91,7 @@ Json Describe(const Input& input) {
   const PrnType& r = *input.record;
   const Titles titles(r);
   const bool grid = r.Is3D() != 0;
-  const char* format = KemFormatName(input.file.c_str());
+  const char* format = KemFormatName(Source(input.file).Name().c_str());
   Json description = {{"file", Utf8(input.file)},
                       {"item", input.item},
                       {"more", input.more},

@@ -5,10 +5,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <sstream>
 #include <string_view>
 #include <system_error>
 
+#include "source.h"
 #include "system.h"
 #include "text.h"
 
@@ -67,6 +69,10 @@ bool ExistsInAnyCase(const fs::path& path) try {
   return false;
 }
 
+bool IsPair(std::string_view format) {
+  return std::any_of(std::begin(kPairs), std::end(kPairs), [format](const Pair& p) { return p.format == format; });
+}
+
 // Name of the file of a pair that is not there; empty when none is missing.
 std::string MissingPartner(const std::string& file, std::string_view format) {
   for (const Pair& pair : kPairs) {
@@ -87,17 +93,17 @@ Problem WhyUnreadable(const std::string& file) {
   if (error) return error.message();
   if (fs::is_directory(status)) return "is a folder";
   if (!std::ifstream(PathOf(file), std::ios::binary)) return std::generic_category().message(errno);
-  if (file.size() >= kTextSize)
-    return "its path has more than the " + std::to_string(kTextSize - 1) + " characters that kem can follow";
   return {};
 }
 
-Problem WhyNotLoaded(const std::string& file, const std::string& messages) {
-  if (Problem unreadable = WhyUnreadable(file); !unreadable.empty()) return unreadable;
+// `name` is what the library was asked for.
+Problem WhyNotLoaded(const std::string& file, const std::string& name, const std::string& messages) {
+  if (Problem unreadable = WhyUnreadable(name); !unreadable.empty()) return unreadable;
   if (!messages.empty()) return messages;
-  const char* format = KemFormatName(file.c_str());
+  const char* format = KemFormatName(name.c_str());
   if (!format) return "unknown format";
   const std::string recognised = std::string("recognised as ") + format + ", but ";
+  if (file == kStandard && IsPair(format)) return recognised + "that is a pair of files, and standard input is one";
   if (const std::string missing = MissingPartner(file, format); !missing.empty())
     return recognised + missing + ", which belongs to it, is missing";
   return recognised + "kem cannot read this layout";
@@ -114,17 +120,21 @@ void WarnOfFactors(const std::string& file) {
 
 Input Load(const std::string& file, int item, int index) {
   Input input{.file = file, .item = item, .record = nullptr};
+  const Source source(file);
+  input.problem = source.WhyNot();
+  if (!input.problem.empty()) return input;
   std::string messages;
   {
     const CapturedOutput output;
-    input.record = std::make_unique<PrnType>(file.c_str(), index);
+    input.record = std::make_unique<PrnType>(source.Name().c_str(), index);
     messages = output.Lines();
   }
   input.more = ReadNextFlag != 0;
   if (!*input.record) {
     input.record = nullptr;
-    input.problem = WhyNotLoaded(file, messages);
+    input.problem = WhyNotLoaded(file, source.Name(), messages);
   } else {
+    source.Restore(*input.record);
     WarnOfFactors(file);
   }
   return input;

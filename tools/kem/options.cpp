@@ -53,7 +53,7 @@ void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
 void AddFiles(CLI::App& app, std::vector<std::string>& files) {
   app.add_option_function<std::vector<std::string>>(
          "FILE", [&files](const std::vector<std::string>& names) { files = Expanded(names); },
-         "Files of any format that kem knows")
+         "Files of any format that kem knows; - is standard input")
       ->type_name("")
       ->required();
 }

@@ -1,7 +1,10 @@
 #include "output.h"
 
+#include <fstream>
+#include <iostream>
 #include <system_error>
 
+#include "source.h"
 #include "system.h"
 #include "temporary_file.h"
 
@@ -20,7 +23,7 @@ std::string Numbered(const fs::path& name, int number) {
 fs::path TargetOf(const Output& output, const std::string& source, int number, const Format& format) {
   fs::path target = PathOf(output.file);
   if (output.file.empty()) {
-    target = PathOf(source);
+    target = PathOf(source == kStandard ? "stdin" : source);
     if (!output.folder.empty()) target = PathOf(output.folder) / target.filename();
     target.replace_extension(format.name);
   }
@@ -56,10 +59,21 @@ Problem Write(PrnType& record, const Format& format, const fs::path& target, boo
   return problem.empty() ? "" : target.string() + " cannot be written: " + problem;
 }
 
+// Standard output gets a file when it is complete.
+Problem Print(PrnType& record, const Format& format) {
+  TemporaryFile file(TemporaryFolder());
+  Problem problem = file.WhyNot().empty() ? WriteRecord(record, format, file.Name()) : file.WhyNot();
+  if (!problem.empty()) return "standard output " + problem;
+  SetBinary(stdout);
+  std::cout << std::ifstream(PathOf(file.Name()), std::ios::binary).rdbuf();
+  return {};
+}
+
 }  // namespace
 
 CLI::Option* AddOutputFile(CLI::App& app, Output& output) {
-  CLI::Option* file = app.add_option("-o,--output", output.file, "Write to this file")->type_name("FILE");
+  CLI::Option* file = app.add_option("-o,--output", output.file, "Write to this file, or to standard output as -")
+                          ->type_name("FILE");
   app.add_option("-t,--to", output.format, "Format, if the extension of the output does not tell: " + FormatNames())
       ->type_name("FORMAT")
       ->check([](const std::string& name) {
@@ -86,6 +100,7 @@ const Format* FormatOf(const CLI::App& app, const Output& output) {
 
 Problem Save(PrnType& record, const std::string& source, int number, const Format& format, Output& output) {
   if (Problem problem = CannotHold(format, record); !problem.empty()) return problem;
+  if (output.file == kStandard) return number > 0 ? "standard output takes one item only" : Print(record, format);
   std::error_code error;
   if (!output.folder.empty()) fs::create_directories(PathOf(output.folder), error);
   fs::path target = TargetOf(output, source, number, format);

@@ -53,13 +53,30 @@ std::string Message(int error) { return std::generic_category().message(error); 
 
 // ------------------------------------------------------------ files
 
-constexpr int kTries = 100;
+// Makes something under a name that is new in a folder.
+template <class Make>
+Removed MakeNew(const fs::path& folder, Make make, Problem& problem) {
+  std::random_device random;
+  for (int tries = 0; tries < 100; ++tries) {
+    char name[32];
+    std::snprintf(name, sizeof name, ".kem-%08x.tmp", static_cast<unsigned>(random()));
+    Removed path = RemovedLater(folder / name);
+    if (make(path.get())) return path;
+    const int error = errno;
+    *path.release() = '\0';
+    if (error != EEXIST || tries == 99) problem = Message(error);
+    if (error != EEXIST) break;
+  }
+  return nullptr;
+}
 
 #ifdef _WIN32
 
 int Create(const fs::path& path) {
   return _wopen(path.c_str(), _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
 }
+
+bool CreateFolder(const fs::path& path) { return _wmkdir(path.c_str()) == 0; }
 
 void TakeMode(int, const fs::path&) {}
 
@@ -71,6 +88,8 @@ int MoveToNew(const fs::path& from, const fs::path& to) {
 #else
 
 int Create(const fs::path& path) { return open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); }
+
+bool CreateFolder(const fs::path& path) { return mkdir(path.c_str(), 0700) == 0; }
 
 // The mode of the file that is replaced, or that of any new file.
 void TakeMode(int file, const fs::path& target) {
@@ -117,22 +136,17 @@ Removed RemovedLater(const fs::path& path) {
   return Removed(*slot);
 }
 
-TemporaryFile::TemporaryFile(const fs::path& folder) {
-  std::random_device random;
-  for (int tries = 0; file_ < 0 && tries < kTries; ++tries) {
-    char name[32];
-    std::snprintf(name, sizeof name, ".kem-%08x.tmp", static_cast<unsigned>(random()));
-    path_ = folder / name;
-    file_ = Create(path_);
-    if (file_ < 0 && errno != EEXIST) break;
-  }
-  if (file_ < 0)
-    problem_ = Message(errno);
-  else
-    removed_ = RemovedLater(path_);
+fs::path TemporaryFolder() {
+  std::error_code error;
+  const fs::path folder = fs::temp_directory_path(error);
+  return error ? "." : folder;
 }
 
-TemporaryFile::~TemporaryFile() { Close(); }
+Removed NewTemporaryFolder(Problem& problem) { return MakeNew(TemporaryFolder(), CreateFolder, problem); }
+
+TemporaryFile::TemporaryFile(const fs::path& folder)
+    : path_(MakeNew(
+          folder, [this](const fs::path& path) { return (file_ = Create(path)) >= 0; }, problem_)) {}
 
 void TemporaryFile::Close() {
   if (file_ >= 0) close(file_);
@@ -142,7 +156,7 @@ void TemporaryFile::Close() {
 // Windows keeps the path of an open file as it is.
 std::string TemporaryFile::Name() const {
 #ifdef _WIN32
-  return path_.string();
+  return path_.get();
 #else
   return "/dev/fd/" + std::to_string(file_);
 #endif
@@ -153,18 +167,18 @@ Problem TemporaryFile::MoveTo(const fs::path& target, bool replace) {
   Close();
   std::error_code error;
   if (replace)
-    fs::rename(path_, target, error);
-  else if (const int code = MoveToNew(path_, target))
+    fs::rename(path_.get(), target, error);
+  else if (const int code = MoveToNew(path_.get(), target))
     error.assign(code, std::generic_category());
   if (error) return error.message();
-  *removed_.release() = '\0';
+  *path_.release() = '\0';
   return {};
 }
 
-fs::path TemporaryFolder() {
-  std::error_code error;
-  const fs::path folder = fs::temp_directory_path(error);
-  return error ? "." : folder;
+void SetBinary([[maybe_unused]] std::FILE* stream) {
+#ifdef _WIN32
+  _setmode(_fileno(stream), _O_BINARY);
+#endif
 }
 
 }  // namespace kem::tool

@@ -1,6 +1,7 @@
 // Files and folders that must not outlive the program, however it ends.
 #pragma once
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -19,12 +20,17 @@ struct Removal {
 using Removed = std::unique_ptr<char, Removal>;
 Removed RemovedLater(const std::filesystem::path& path);
 
+// Where temporary files of the program belong, and a new folder in there that is closed to other users; null and
+// the reason when there is none.
+std::filesystem::path TemporaryFolder();
+Removed NewTemporaryFolder(Problem& problem);
+
 // A new file in a folder, under a name of its own and closed to other users. It is opened once, and whoever takes a
 // name is given one of the open file: another file that comes to stand under its path is never touched.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::filesystem::path& folder);
-  ~TemporaryFile();
+  ~TemporaryFile() { Close(); }
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
@@ -38,13 +44,12 @@ class TemporaryFile {
  private:
   void Close();
 
-  std::filesystem::path path_;
   int file_ = -1;
-  Removed removed_;
   Problem problem_;
+  Removed path_;
 };
 
-// Where temporary files of the program belong.
-std::filesystem::path TemporaryFolder();
+// Keeps the system from translating line ends.
+void SetBinary(std::FILE* stream);
 
 }  // namespace kem::tool

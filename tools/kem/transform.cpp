@@ -1,5 +1,7 @@
 #include "transform.h"
 
+#include "source.h"
+
 namespace kem::tool {
 
 Problem Become(Record& record, PrnType& result, std::string_view why) {
@@ -25,6 +27,8 @@ int Transform(const CLI::App& app, Task& task, const Operation& operation) {
     Complain(app.get_name() + ": --output is for one file, --dir for several");
     return kMisused;
   }
+  const bool fromStandard = selection.files.size() == 1 && selection.files.front() == kStandard;
+  if (fromStandard && output.file.empty() && output.folder.empty()) output.file = kStandard;
   const bool numbered = selection.allItems || (selection.item > 0 && output.file.empty());
   return EachSelected(selection, "written", [&](Input& input) {
     Problem problem = operation(input.record);

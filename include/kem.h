@@ -318,7 +318,7 @@ class KEM_API PrnType {
   PrnType operator=(const PrnType& src);
   /// The same, with the arrays taken over from \p src, which is left empty. Where hooks are set it is copied, so
   /// that each of its extensions is created, copied and freed as ever.
-  PrnType operator=(PrnType&& src);
+  PrnType operator=(PrnType&& src);  // NOLINT(performance-noexcept-move-constructor): it copies for its caller
 
   /// Creates the arrays of \p type (contents not initialised) and sets counts, axes, labels and `fileType` to
   /// those of a fresh record. Curves have \p count1 points; grids \p count1 rows of \p count2 values. The

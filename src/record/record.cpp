@@ -260,7 +260,7 @@ PrnType PrnType::operator=(const PrnType& src) {
   return *this;
 }
 
-PrnType PrnType::operator=(PrnType&& src) {
+PrnType PrnType::operator=(PrnType&& src) {  // NOLINT(performance-noexcept-move-constructor)
   const bool hooked = ExtensionCreateHook || ExtensionFreeHook || ExtensionCopyHook;
   if (hooked || this == &src) return *this = std::as_const(src);
   DeAllocate();

@@ -16,7 +16,7 @@
 ///   2. parameter blocks of the instruments
 ///   3. the record: storage, report, loading, exchange formats, instrument readers, arithmetic, analysis
 ///   4. plain functions for hosts that keep one current record
-///   5. the list of acquisition parameters behind a record
+///   5. what is known about files and records: acquisition parameters, items, format
 ///
 /// The library is single-threaded: \ref prn, \ref ReadNextFlag, \ref WriteFailedFlag and the extension hooks
 /// are process-wide and unguarded.
@@ -693,6 +693,14 @@ extern KEM_API int WriteFailedFlag;
 /// a file without factors and for every other format; of several blocks, the last factor that is not 1.
 extern KEM_API float ReadXFactor;
 extern KEM_API float ReadYFactor;
+/// Values that a file announces and does not hold are 0, but a file may not announce more than this number (64 Mi
+/// unless a host changes it) beyond 16 times its bytes, nor less than 0: its load ends in std::bad_alloc before
+/// there is any array.
+extern KEM_API int ReadMostMissing;
+/// How many values the file just read announces, 0 for formats whose length tells, and how many bytes it has; of
+/// a pair, the file of the values.
+extern KEM_API double ReadAnnounced;
+extern KEM_API double ReadFileBytes;
 /// Placeholder for hosts that import it; never read or written.
 extern KEM_API int nKemDll;
 
@@ -729,7 +737,7 @@ KEM_API int fnKemDll();
 /// The library's version, "major.minor.patch".
 KEM_API const char* KemVersion();
 
-// ---------------------------------------------------------------- 5. acquisition parameters
+// ---------------------------------------------------------------- 5. about files and records
 
 /// How a parameter is stored in its record.
 enum class KemParameterKind { Text, Int, Float, Bytes };
@@ -745,6 +753,20 @@ struct KemParameter {
 /// The acquisition parameters of records of a `fileType`, in the order of their block; none for generic
 /// types.
 KEM_API std::span<const KemParameter> KemParameters(int fileType);
+
+/// An item of a file that holds several, as far as it can be told without its values.
+struct KemItem {
+  int index;      ///< what \ref PrnType::ReadFile takes for it; 0 when there is one item
+  int allocType;  ///< shape and counts of its record
+  int nX;
+  int nY;
+  char title[kTextSize];  ///< of its values
+};
+
+/// Lists the items of a file, which is read once: hands those that begin inside the file over to \p take, together
+/// with \p host, in their order. Returns how many the file announces, or 0 when it cannot be loaded. Of the two
+/// signals of an NPico scan, ReadFile loads the first when \ref ReadNextFlag is 0.
+KEM_API int KemItems(const char* name, void (*take)(const KemItem& item, void* host), void* host);
 
 /// Name of the format by which \ref PrnType::ReadFile would first try to read a file, such as
 /// "Bruker BES3T"; null when the file cannot be opened or its format is not recognised.

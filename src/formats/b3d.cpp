@@ -11,6 +11,7 @@
 
 #include "formats/labels.h"
 #include "kem.h"
+#include "load/announced.h"
 #include "load/number_text.h"
 #include "load/text.h"
 #include "record/storage.h"
@@ -133,17 +134,20 @@ int PrnType::ReadB3D(std::ifstream& in) {
   Reset(*this);
   const int shape = ReadHeader(*this, in, {AllocZ, AllocXZ, AllocYZ, AllocXYZ});
   if (shape == AllocNone) return 0;
-  const int rows = CheckedCount(nX);
-  const int columns = CheckedCount(nY);
-  auto x = shape & AllocX ? NewZeroArray(rows) : nullptr;
-  auto y = shape & AllocY ? NewZeroArray(columns) : nullptr;
+  int rows = nX;
+  int columns = nY;
+  CheckGrid(in, rows, columns);
+  auto x = shape & AllocX ? NewZeroArray(nX) : nullptr;
+  auto y = shape & AllocY ? NewZeroArray(nY) : nullptr;
   Grid z = NewZeroGrid(rows, columns);
-  if (x) ReadRow(in, x.get(), rows);
-  if (y) ReadRow(in, y.get(), columns);
-  for (int i = 0; i < rows; ++i) ReadRow(in, z[i], columns);
+  if (x) ReadRow(in, x.get(), nX);
+  if (y) ReadRow(in, y.get(), nY);
+  for (int i = 0; i < rows && in.good(); ++i) ReadRow(in, z[i], columns);
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
   Own(zArray, std::move(z));
+  nX = rows;
+  nY = columns;
   allocType = shape;
   fileType = FileP3D;
   ReadLabels(*this, in, {&xLabel, &yLabel, &zLabel});
@@ -158,7 +162,7 @@ int PrnType::ReadB2D(std::ifstream& in) {
   Reset(*this);
   const int shape = ReadHeader(*this, in, {AllocY, AllocXY});
   if (shape == AllocNone) return 0;
-  const int room = std::max(CheckedCount(nX), CheckedCount(nY));
+  const int room = std::max(CheckedCount(in, nX), CheckedCount(in, nY));
   auto x = shape & AllocX ? NewZeroArray(room) : nullptr;
   auto y = NewZeroArray(room);
   if (x) ReadRow(in, x.get(), nY);

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/number_scanner.h"
 #include "load/number_text.h"
 #include "load/text.h"
@@ -47,7 +48,7 @@ int ReadStored(PrnType& record, std::ifstream& in, const Text& points) {
   int n = -1;
   ScanLine(points, "%*[\"XY: #points:\"] %d", {&n});
   if (n < 0) return 0;
-  const auto count = static_cast<std::size_t>(CheckedCount(n));
+  const auto count = static_cast<std::size_t>(CheckedCount(in, n));
   auto y = NewZeroArray(n);
   auto x = NewZeroArray(n);
   ScanNumbers(in, {y.get(), count});

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/number_scanner.h"
 #include "load/number_text.h"
 #include "load/text.h"
@@ -137,10 +138,10 @@ Points ReadBlocks(std::istream& in, PrnType& record, Counts& counts) {
   int left = counts.blocks;
   for (; left > 0 && in.good(); --left) {
     ReadBlockHeader(in, record, counts);
-    ReadPoints(in, counts.points, points);
-    points.announced += std::max(counts.points, 0);
+    ReadPoints(in, CheckedCount(in, counts.points), points);
+    points.announced += counts.points;
   }
-  points.announced += static_cast<double>(left) * std::max(counts.points, 0);  // blocks that never come
+  points.announced += static_cast<double>(left) * counts.points;  // blocks that never come
   return points;
 }
 
@@ -148,6 +149,22 @@ std::unique_ptr<float[]> Padded(const std::vector<float>& values, int count) {
   auto array = NewZeroArray(count);
   std::copy(values.begin(), values.end(), array.get());
   return array;
+}
+
+// Moves the last of the values held to the end of an array of `count`, so that there are zeros from `at` on.
+void OpenGap(float* values, int at, int held, int count) {
+  std::copy_backward(values + at, values + held, values + count);
+  std::fill(values + at, values + std::min(held, at + count - held), 0.0f);
+}
+
+// Sorts the points. Those that are announced and not there are 0, and have their place among the others.
+void SortPoints(PrnType& record, int held, int count) {
+  record.nX = record.nY = held;
+  record.SortAxes();
+  const float* x = record.xArray;
+  const auto at = static_cast<int>(std::partition_point(x, x + held, [](float v) { return v <= 0; }) - x);
+  for (float* values : {record.xArray, record.yArray}) OpenGap(values, at, held, count);
+  record.nX = record.nY = count;
 }
 
 }  // namespace
@@ -182,16 +199,15 @@ int PrnType::ReadDX(std::ifstream& in) {
   ReadPreamble(in, *this, counts);
   if (counts.blocks > 0) {
     const Points points = ReadBlocks(in, *this, counts);
-    const int count = CheckedCount(points.announced);
+    const int count = CheckedCount(in, points.announced);
     auto x = Padded(points.xs, count);
     auto y = Padded(points.ys, count);
     Own(xArray, std::move(x));
     Own(yArray, std::move(y));
     allocType = AllocXY;
-    nX = nY = count;
+    SortPoints(*this, static_cast<int>(points.xs.size()), count);
   }
   active = 1;
-  SortAxes();
   MinMax();
   return 1;
 }

@@ -16,6 +16,7 @@
 
 #include "formats/labels.h"
 #include "kem.h"
+#include "load/announced.h"
 #include "load/number_scanner.h"
 #include "load/number_text.h"
 #include "load/text.h"
@@ -82,7 +83,7 @@ std::unique_ptr<float[]> ReadAxis(PrnType& record, const Axis& axis, std::istrea
     int& count = record.*axis.count;
     ScanLine(line, "%*s %*s %d", {&count});
     if (count == 0) return nullptr;
-    auto values = NewZeroArray(CheckedCount(count));
+    auto values = NewZeroArray(CheckedCount(in, count));
     ScanNumbers(in, {values.get(), static_cast<std::size_t>(count)});
     return values;
   }
@@ -94,9 +95,9 @@ std::unique_ptr<float[]> ReadAxis(PrnType& record, const Axis& axis, std::istrea
 }
 
 // Steps of a defined axis from its start to its end, in either direction.
-int StepsOf(const PrnType& record, const Axis& axis) {
+int StepsOf(const PrnType& record, const Axis& axis, std::istream& in) {
   const float steps = (record.*axis.end - record.*axis.start) / record.*axis.step;
-  return CheckedCount(std::floor(std::fabs(double{steps}) + 0.5));
+  return CheckedCount(in, std::floor(std::fabs(double{steps}) + 0.5));
 }
 
 void ScanGrid(std::istream& in, float* const* rows, int nX, int nY) {
@@ -148,8 +149,9 @@ int PrnType::ReadP3D(std::ifstream& in) {
   ReadComments(*this, in, line);
   auto x = ReadAxis(*this, kX, in, line);
   auto y = ReadAxis(*this, kY, in, line);
-  if (!x) nX = StepsOf(*this, kX);
-  if (!y) nY = StepsOf(*this, kY);
+  if (!x) nX = StepsOf(*this, kX, in);
+  if (!y) nY = StepsOf(*this, kY, in);
+  CheckGrid(in, nX, nY);
   Grid z = NewZeroGrid(nX, nY);
   line[0] = '\0';
   FindLine(in, line, "[Z]");
@@ -173,7 +175,7 @@ int PrnType::ReadP2D(std::ifstream& in) {
   for (Text* label : {&xLabel, &yLabel}) ReadTrimmedLine(in, *label);
   ReadComments(*this, in, line);
   auto x = ReadAxis(*this, kX, in, line);
-  if (!x) nX = StepsOf(*this, kX) + 1;
+  if (!x) nX = StepsOf(*this, kX, in) + 1;
   nY = nX;
   auto y = NewZeroArray(nY);
   line[0] = '\0';

@@ -3,10 +3,10 @@
 //
 //   card  4 nY      5 nX      6 yStart   7 xStart   8 yStep   9 xStep     "KEYWORD = 512"
 //   card 10 X title 11 Y title 13 Z title
-#include <algorithm>
 #include <fstream>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/block.h"
 #include "load/text.h"
 #include "record/storage.h"
@@ -46,14 +46,16 @@ int PrnType::ReadAT1(std::ifstream& in) {
   CopyText(xLabel, cards.Text(10 * kCardSize, kCardSize));
   CopyText(yLabel, cards.Text(11 * kCardSize, kCardSize));
   CopyText(zLabel, cards.Text(13 * kCardSize, kCardSize));
-  nX = std::max(nX, 0);
-  nY = std::max(nY, 0);
+  if (nX < 0 || nY < 0) return 0;
+  CheckGrid(in, nX, nY);
   xEnd = static_cast<float>(nX - 1) * xStep + xStart;
   yEnd = static_cast<float>(nY - 1) * yStep + yStart;
   Grid grid = NewZeroGrid(nX, nY);
   in.clear();
   in.seekg(kPixels);
-  for (int i = 0; i < nX; ++i) ReadValues(in, Wire::U16, Order::Little, {grid[i], static_cast<std::size_t>(nY)});
+  const auto columns = static_cast<std::size_t>(nY);
+  for (int i = 0; i < nX; ++i)
+    if (!ReadValues(in, Wire::U16, Order::Little, {grid[i], columns})) break;
   Own(zArray, std::move(grid));
   allocType = AllocZ;
   MinMax();

@@ -20,6 +20,7 @@
 #include <variant>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/block.h"
 #include "load/files.h"
 #include "load/text.h"
@@ -467,7 +468,7 @@ int CheckBes3tData(const Desc& desc) {
   if (!grid && desc.xType == Bes3tAxisType::NoData) return kNoData;
   if (desc.realFormat == Bes3tDataFormat::Ascii) return kDataIsAscii;
   if (desc.realFormat == Bes3tDataFormat::None) return kDataWithoutFormat;
-  if (desc.xPoints < 0 || desc.yPoints < 0 || (grid && desc.xType != Bes3tAxisType::Idx)) return kRefused;
+  if (desc.xPoints < 0 || (grid && (desc.yPoints < 0 || desc.xType != Bes3tAxisType::Idx))) return kRefused;
   return 0;
 }
 
@@ -536,6 +537,10 @@ int PrnType::ReadBES3T(const char* name, int& columns, int which) {
   if (!Succeeded(kDescStage, ParseBes3tDesc(desc, descriptor))) return 0;
   if (!Succeeded(kSplStage, ParseBes3tSpl(parameters, descriptor))) return 0;
   if (!Succeeded(kDataStage, CheckBes3tData(desc))) return 0;
+  if (desc.yType == Bes3tAxisType::Idx)
+    CheckGrid(values, desc.xPoints, desc.yPoints);
+  else
+    CheckedCount(values, desc.xPoints);
   if (!Succeeded(kAxisStage, ReadBes3tAxis(x, 'X', desc, descriptor))) return 0;
   if (!Succeeded(kAxisStage, ReadBes3tAxis(y, 'Y', desc, descriptor))) return 0;
 

@@ -16,6 +16,7 @@
 #include <variant>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/block.h"
 #include "load/text.h"
 #include "record/storage.h"
@@ -178,8 +179,9 @@ void SetSweep(PrnType& record, const Par& par) {
   }
 }
 
-void FillImage(PrnType& record, const Par& par, std::istream& spc) {
-  Grid grid = NewGrid(par.sizeX, par.sizeY);
+void FillImage(PrnType& record, Par par, std::istream& spc) {
+  CheckGrid(spc, par.sizeX, par.sizeY);
+  Grid grid = NewZeroGrid(par.sizeX, par.sizeY);
   spc.seekg(0);
   ReadLines(spc, Wire::S32, Order::Big, grid.get(), par.sizeX, par.sizeY);
   Own(record.zArray, std::move(grid));

@@ -11,7 +11,9 @@
 #include <vector>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/block.h"
+#include "load/items.h"
 #include "load/number_scanner.h"
 #include "load/text.h"
 #include "record/storage.h"
@@ -73,13 +75,17 @@ constexpr TrailerNumber kTrailerNumbers[] = {
     {13, &Dilor::dilorRepeat},
 };
 
-// The points run from high to low abscissa, so the first number belongs at the end.
-void ReadPoints(std::istream& in, float* x, std::span<float> y) {
+// The points run from high to low abscissa, so the first number belongs at the end. Returns the values that were
+// there.
+std::span<float> ReadPoints(std::istream& in, float* x, std::span<float> y) {
   NumberScanner numbers(in);
-  for (std::size_t k = y.size(); k-- > 0 && !numbers.Failed();) {
+  std::size_t k = y.size();
+  while (k > 0 && !numbers.Failed()) {
+    --k;
     if (x) numbers.Next(x[k]);
     numbers.Next(y[k]);
   }
+  return y.subspan(k);
 }
 
 // ------------------------------------------------------------ series
@@ -127,12 +133,20 @@ float DecodeDilorFloat(std::span<const unsigned char, kNumberSize> b) {
   return value;
 }
 
-// As many numbers as the file holds from a position on.
-void ReadNumbers(std::istream& in, std::streamoff at, std::span<float> values) {
+// Reads as many numbers as the file holds from a position on, and returns them.
+std::span<float> ReadNumbers(std::istream& in, std::streamoff at, std::span<float> values) {
   const Block block(in, at, values.size() * kNumberSize);
-  const std::size_t held = std::min(values.size(), block.Size() / kNumberSize);
-  for (std::size_t k = 0; k < held; ++k)
-    values[k] = DecodeDilorFloat(block.Bytes().subspan(k * kNumberSize).first<kNumberSize>());
+  const auto held = values.first(std::min(values.size(), block.Size() / kNumberSize));
+  for (std::size_t k = 0; k < held.size(); ++k)
+    held[k] = DecodeDilorFloat(block.Bytes().subspan(k * kNumberSize).first<kNumberSize>());
+  return held;
+}
+
+// Where a spectrum of a series begins; number 0 is the abscissa.
+std::streamoff GroupAt(int points, int number) {
+  const std::size_t numbers = static_cast<std::size_t>(points) + 6;
+  const std::size_t blocks = (numbers + kNumbersPerBlock - 1) / kNumbersPerBlock;
+  return kSeriesStart + static_cast<std::streamoff>(blocks * kNumbersPerBlock * kNumberSize) * number;
 }
 
 void DecodeField(const Block& header, std::size_t offset, float& value) {
@@ -165,11 +179,12 @@ int PrnType::ReadDilorSingle(std::ifstream& in) {
   ReadTextLines(in, header);
   int points = 0;
   ScanLine(TextOf(header[kCountLine]), "%d", {&points});
+  if (points < 0) return 0;
+  CheckedCount(in, points);
   const bool storedX = Contains(TextOf(header[kKindLine]), "Multi");
   auto x = storedX ? NewZeroArray(points) : nullptr;
   auto y = NewZeroArray(points);
-  const std::span<float> values(y.get(), static_cast<std::size_t>(points));
-  ReadPoints(in, x.get(), values);
+  const auto values = ReadPoints(in, x.get(), {y.get(), static_cast<std::size_t>(points)});
 
   CopyText(dilor.dilorXLabel, TextOf(header[kXLabelLine]));
   CopyText(dilor.dilorYLabel, TextOf(header[kYLabelLine]));
@@ -190,6 +205,11 @@ int PrnType::ReadDilorSingle(std::ifstream& in) {
   return 1;
 }
 
+void kem::load::ListDilorSeries(std::istream& in, Items& items) {
+  const auto size = FileSize(in);
+  std::erase_if(items, [size](const KemItem& item) { return GroupAt(item.nY, item.index) >= size; });
+}
+
 int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
   if (in.fail()) return 0;
   Reset(*this);
@@ -208,13 +228,12 @@ int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
 
   if (which == 0) which = 1;
   if (which >= 1 && which <= count) {
+    if (points < 0) return 0;
     auto x = NewZeroArray(points);
     auto y = NewZeroArray(points);
     const auto size = static_cast<std::size_t>(points);
-    const std::size_t group = (size + 6 + kNumbersPerBlock - 1) / kNumbersPerBlock * kNumbersPerBlock * kNumberSize;
-    ReadNumbers(in, kSeriesStart, {x.get(), size});
-    ReadNumbers(in, kSeriesStart + static_cast<std::streamoff>(group) * which, {y.get(), size});
-    DivideByTime({y.get(), size}, dilor.dilorIntTime);
+    ReadNumbers(in, GroupAt(points, 0), {x.get(), size});
+    DivideByTime(ReadNumbers(in, GroupAt(points, which), {y.get(), size}), dilor.dilorIntTime);
     TakeCurve(*this, points, std::move(x), std::move(y));
   }
   ReadNextFlag = which == count ? 0 : which;

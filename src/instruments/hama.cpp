@@ -36,7 +36,7 @@ int PrnType::ReadHama(std::ifstream& in) {
   if (span == 0) return 0;
 
   Reset(*this);
-  Grid grid = NewGrid(kWavelengths, kTimes);
+  Grid grid = NewZeroGrid(kWavelengths, kTimes);
   in.seekg(kValuesAt);
   ReadLines(in, Wire::U16, Order::Big, grid.get(), kWavelengths, kTimes);
   Own(zArray, std::move(grid));

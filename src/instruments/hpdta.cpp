@@ -15,6 +15,7 @@
 
 #include "instruments/hpdta_status.h"
 #include "kem.h"
+#include "load/announced.h"
 #include "load/block.h"
 #include "load/text.h"
 #include "record/storage.h"
@@ -227,10 +228,11 @@ std::optional<Wire> WireOf(int dataType) {
 }
 
 // Values of a type that is not known are 0.
-Grid ReadImage(const Layout& layout, std::istream& in) {
+Grid ReadImage(Layout layout, std::istream& in) {
+  CheckGrid(in, layout.width, layout.height);
+  Grid grid = NewZeroGrid(layout.width, layout.height);
   const auto wire = WireOf(layout.dataType);
-  if (!wire) return NewZeroGrid(layout.width, layout.height);
-  Grid grid = NewGrid(layout.width, layout.height);
+  if (!wire) return grid;
   in.clear();
   in.seekg(static_cast<std::streamoff>(kHeaderSize) + layout.textSize);
   ReadLines(in, *wire, Order::Little, grid.get(), layout.width, layout.height);

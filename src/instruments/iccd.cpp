@@ -10,7 +10,9 @@
 #include <iostream>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/block.h"
+#include "load/items.h"
 #include "load/text.h"
 #include "record/storage.h"
 
@@ -69,6 +71,8 @@ void StoreCurveTitle(Text& title, std::string_view padded, std::size_t first) {
   CopyText(title, text.substr(0, text.find('\0')));
 }
 
+constexpr std::size_t kExtra = sizeof IccdCurveHeaderType::iccdCurveExtra;
+
 struct Curve {
   Block header;
   int type = 0;
@@ -79,7 +83,14 @@ struct Curve {
     header.Get(kStoredPoints, Wire::U16, stored);
   }
   bool IsCurve() const { return header.Size() == kCurveHeader && header.Bytes()[kFlag] == 0; }
-  std::streamoff ValueBytes() const { return static_cast<std::streamoff>(stored) * kValueSize; }
+  std::streamoff ToExtra() const {
+    return static_cast<std::streamoff>(kCurveHeader + static_cast<std::size_t>(stored) * kValueSize);
+  }
+  std::streamoff Size() const { return ToExtra() + static_cast<std::streamoff>(kExtra); }
+  void StoreTitles(Text& x, Text& y) const {
+    StoreCurveTitle(x, header.Text(0, kCurveYTitle), 0);
+    StoreCurveTitle(y, header.Text(kCurveYTitle, kFlag - kCurveYTitle), kCurveYTitle);
+  }
 };
 
 }  // namespace
@@ -98,9 +109,11 @@ int PrnType::ReadIccdImg(std::ifstream& in) {
     header.Get(kWords + 2 * static_cast<std::size_t>(k), Wire::S16, iccdImage.iccdImageHeader[k]);
   }
   if (!StartsWith(bytes.subspan(4), kImageSignature)) return 0;
+  int columns = iccdImage.iccdImageHeader[kColumns];
+  int rows = iccdImage.iccdImageHeader[kRows];
+  if (columns < 0 || rows < 0) return 0;
   fileType = FileIccdImage;
-  const int columns = iccdImage.iccdImageHeader[kColumns];
-  const int rows = iccdImage.iccdImageHeader[kRows];
+  CheckGrid(in, columns, rows);
   Grid grid = NewZeroGrid(columns, rows);
   ReadLines(in, bytes[0] == kImageOf32Bits ? Wire::S32 : Wire::S16, Order::Little, grid.get(), columns, rows);
   Own(zArray, std::move(grid));
@@ -118,6 +131,17 @@ int PrnType::ReadIccdImg(std::ifstream& in) {
   return 1;
 }
 
+void kem::load::ListIccdCurves(std::istream& in, Items& items) {
+  std::streamoff at = kFileHeader;
+  for (std::size_t k = 0; k < items.size(); ++k) {
+    const Curve curve(in, at);
+    if (!curve.IsCurve()) return items.resize(k);
+    Text xTitle;
+    curve.StoreTitles(xTitle, items[k].title);
+    at += curve.Size();
+  }
+}
+
 int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   if (in.fail()) return 0;
   Reset(*this);
@@ -132,20 +156,18 @@ int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   for (int skipped = 0; skipped < which; ++skipped) {
     const Curve curve(in, at);
     if (!curve.IsCurve()) return 0;
-    at += static_cast<std::streamoff>(kCurveHeader) + curve.ValueBytes() + sizeof iccdCurve.iccdCurveExtra;
+    at += curve.Size();
   }
   const Curve curve(in, at);
   if (!curve.IsCurve()) return 0;
   auto values = NewZeroArray(points);
   ReadValues(in, curve.type == kFloats ? Wire::F32 : Wire::S32, Order::Little,
              {values.get(), static_cast<std::size_t>(std::min(points, curve.stored))});
-  const Block extra(in, at + static_cast<std::streamoff>(kCurveHeader) + curve.ValueBytes(),
-                    sizeof iccdCurve.iccdCurveExtra);
+  const Block extra(in, at + curve.ToExtra(), kExtra);
 
-  StoreCurveTitle(xLabel, curve.header.Text(0, kCurveYTitle), 0);
-  StoreCurveTitle(yLabel, curve.header.Text(kCurveYTitle, kFlag - kCurveYTitle), kCurveYTitle);
+  curve.StoreTitles(xLabel, yLabel);
   iccdCurve = {};
-  const std::string_view trailing = extra.Text(0, sizeof iccdCurve.iccdCurveExtra);
+  const std::string_view trailing = extra.Text(0, kExtra);
   trailing.copy(reinterpret_cast<char*>(&iccdCurve.iccdCurveExtra), trailing.size());
   Own(yArray, std::move(values));
   allocType = AllocY;

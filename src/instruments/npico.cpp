@@ -13,6 +13,7 @@
 #include <variant>
 
 #include "kem.h"
+#include "load/announced.h"
 #include "load/number_scanner.h"
 #include "load/text.h"
 #include "record/storage.h"
@@ -144,15 +145,27 @@ bool ReadParameters(std::istream& in, Scan& scan) {
 // Signal over reference in thousandths; without a reference the raw signal.
 float Ratio(float signal, float reference) { return reference != 0 ? signal / reference * 1000 : signal; }
 
-// Numbers of a point that no rule covers are not read.
+bool IsReadable(const Scan& scan) {
+  const bool ratio = scan.record.npico.npicoScanType == kDcDelay && (scan.columns == 2 || scan.columns == 4);
+  return scan.columns == 1 || ratio;
+}
+
 float ReadPoint(NumberScanner& numbers, const Scan& scan, bool second) {
   float v[4] = {};
-  const NPicoHeaderType& block = scan.record.npico;
-  const bool ratio = block.npicoScanType == kDcDelay && (scan.columns == 2 || scan.columns == 4);
-  if (scan.columns != 1 && !ratio) return 0;
   for (int k = 0; k < scan.columns; ++k) numbers.Next(v[k]);
-  if (scan.columns == 1) return v[0] / block.npicoIntTime;
+  if (scan.columns == 1) return v[0] / scan.record.npico.npicoIntTime;
   return second ? Ratio(v[2], v[3]) : Ratio(v[0], v[1]);
+}
+
+// Points that no rule covers are not read.
+void ReadPoints(std::istream& in, const Scan& scan, bool second, float* values) {
+  if (!IsReadable(scan)) return;
+  NumberScanner numbers(in);
+  for (int i = 0; i < scan.points; ++i) {
+    const float value = ReadPoint(numbers, scan, second);
+    if (numbers.Failed()) return;
+    values[i] = value;
+  }
 }
 
 void ReadComments(std::istream& in, NPicoHeaderType& block) {
@@ -178,17 +191,10 @@ int PrnType::ReadNPico(std::ifstream& in) {
   fileType = FileNPico;
   Scan scan{*this};
   if (!ReadParameters(in, scan)) return 0;
-  auto values = NewZeroArray(scan.points);
+  auto values = NewZeroArray(CheckedCount(in, scan.points));
   // Four numbers per point are two signals, loaded by alternate calls.
   const bool twoSignals = kind == kDcDelay && scan.columns == 4;
-  {
-    NumberScanner numbers(in);
-    for (int i = 0; i < scan.points; ++i) {
-      const float value = ReadPoint(numbers, scan, twoSignals && ReadNextFlag != 0);
-      if (numbers.Failed()) break;
-      values[static_cast<std::size_t>(i)] = value;
-    }
-  }
+  ReadPoints(in, scan, twoSignals && ReadNextFlag != 0, values.get());
   if (twoSignals) ReadNextFlag = ReadNextFlag == 0 ? 1 : 0;
   ReadComments(in, npico);
   Own(yArray, std::move(values));

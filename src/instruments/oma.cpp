@@ -7,6 +7,7 @@
 
 #include "kem.h"
 #include "load/block.h"
+#include "load/items.h"
 #include "load/text.h"
 #include "record/storage.h"
 
@@ -21,7 +22,7 @@ constexpr std::size_t kCurveCount = 125;
 constexpr std::size_t kCalibration = 308;
 constexpr std::size_t kBackground = 359;
 constexpr std::size_t kBackgroundSize = 77;
-constexpr std::size_t kDirectoryEntries = 2135;
+constexpr std::streamoff kDirectoryEntries = 2135;
 constexpr std::streamoff kDirectory = 2136;
 constexpr std::size_t kRawWord = 2188;
 constexpr std::size_t kRanges = 2230;
@@ -90,11 +91,13 @@ void ReadHeader(PrnType& record, const Block& header, std::istream& in) {
 }
 
 struct CurveHeader {
+  bool held = false;  // the file does not end in it
   int points = 0;
   int type = 0;
 
   CurveHeader(std::istream& in, std::streamoff at) {
     const Block block(in, at, kCurveHeader);
+    held = block.Size() == kCurveHeader;
     points = Word(block, 0);
     block.Get(kCurveType, Wire::S16, type);
   }
@@ -114,13 +117,16 @@ constexpr ValueType kValueTypes[] = {
 };
 
 // Values of an unknown type take no room and stay 0.
-void ReadY(std::istream& in, int type, std::span<float> y) {
+bool ReadY(std::istream& in, int type, std::span<float> y) {
   for (const ValueType& v : kValueTypes)
     if (v.type == type) return ReadValues(in, v.wire, Order::Little, y);
+  return true;
 }
 
-// Where the curves begin. A directory that leaves the file ends the search.
-std::streamoff EndOfDirectory(std::istream& in, int entries) {
+// Where the curves begin, behind the directory. One that leaves the file ends the search.
+std::streamoff FirstCurve(std::istream& in) {
+  int entries = 0;
+  Block(in, kDirectoryEntries, 1).Get(0, Wire::U8, entries);
   std::streamoff at = kDirectory;
   for (int k = 0; k < entries; ++k) {
     int length = 0;
@@ -132,6 +138,16 @@ std::streamoff EndOfDirectory(std::istream& in, int entries) {
 
 }  // namespace
 
+void kem::load::ListOMA(std::istream& in, Items& items) {
+  std::streamoff at = FirstCurve(in);
+  for (std::size_t k = 0; k < items.size(); ++k) {
+    const CurveHeader curve(in, at);
+    if (!curve.held) return items.resize(k);
+    items[k].nX = items[k].nY = curve.points;
+    at += curve.Size();
+  }
+}
+
 int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   if (in.fail()) return 0;
   const EmptyOnThrow guard(*this);
@@ -142,16 +158,17 @@ int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   if (which < 1 || which > count) return 0;
   ReadHeader(*this, header, in);
 
-  int entries = 0;
-  header.Get(kDirectoryEntries, Wire::U8, entries);
-  std::streamoff at = EndOfDirectory(in, entries);
-  for (int skipped = 1; skipped < which; ++skipped) at += CurveHeader(in, at).Size();
+  std::streamoff at = FirstCurve(in);
+  for (int skipped = 1; skipped < which; ++skipped) {
+    const CurveHeader curve(in, at);
+    if (!curve.held) break;
+    at += curve.Size();
+  }
   const CurveHeader curve(in, at);
   auto y = NewZeroArray(curve.points);
   auto x = NewZeroArray(curve.points);
   const auto points = static_cast<std::size_t>(curve.points);
-  ReadY(in, curve.type, {y.get(), points});
-  ReadValues(in, Wire::F32, Order::Little, {x.get(), points});
+  if (ReadY(in, curve.type, {y.get(), points})) ReadValues(in, Wire::F32, Order::Little, {x.get(), points});
 
   // Without a calibration the axis counts pixels.
   constexpr double kLeastCalibration = 0.1;

@@ -76,42 +76,52 @@ std::size_t ReadBytes(std::istream& in, unsigned char* to, std::size_t size) {
 constexpr std::size_t kBand = 16;
 
 // Stores a band of lines into the rows of a grid from column j on. Values change places as they are in the file,
-// a few columns at a time, and become floats on their way to their row: both loops run in vectors.
+// a few columns at a time, and become floats on their way to their row: both loops run in vectors where the number
+// of lines is a constant.
 template <class Stored, Order order>
 void StoreBand(const Bits<Stored>* lines, std::size_t width, std::size_t step, float* const* rows, std::size_t j,
-               std::size_t count) {
+               auto count) {
   constexpr std::size_t kColumns = 64;
   std::array<Bits<Stored>, kColumns * kBand> turned;
   for (std::size_t first = 0; first < width; first += kColumns) {
     const std::size_t columns = std::min(kColumns, width - first);
     const Bits<Stored>* from = lines + first * step;
     for (std::size_t i = 0; i < columns; ++i)
-      for (std::size_t k = 0; k < kBand; ++k) turned[i * kBand + k] = from[k * width * step + i * step];
+      for (std::size_t k = 0; k < count; ++k) turned[i * kBand + k] = from[k * width * step + i * step];
     for (std::size_t i = 0; i < columns; ++i) {
       float* row = rows[first + i] + j;
       const Bits<Stored>* values = turned.data() + i * kBand;
-      if (count == kBand)
-        for (std::size_t k = 0; k < kBand; ++k) row[k] = ValueOf<Stored, order>(values[k]);
-      else
-        for (std::size_t k = 0; k < count; ++k) row[k] = ValueOf<Stored, order>(values[k]);
+      for (std::size_t k = 0; k < count; ++k) row[k] = ValueOf<Stored, order>(values[k]);
     }
   }
+}
+
+// Lines of which the file holds a value, at most as many as the image has.
+std::size_t LinesHeld(std::istream& in, std::size_t lineBytes, std::size_t height) {
+  const std::size_t left = BytesLeft(in);
+  return std::min(height, left / lineBytes + (left % lineBytes != 0 ? 1 : 0));
 }
 
 template <class Stored, Order order>
 void ReadLinesAs(std::istream& in, float* const* rows, std::size_t width, std::size_t height, std::size_t step) {
   constexpr std::size_t kChunk = std::size_t{1} << 17;
   const std::size_t lineLength = width * step;
+  const std::size_t held = LinesHeld(in, lineLength * sizeof(Stored), height);
   const std::size_t bands = std::max<std::size_t>(1, kChunk / (lineLength * kBand * sizeof(Stored)));
-  const std::size_t most = std::min(bands, (height + kBand - 1) / kBand) * kBand;
+  const std::size_t most = std::min(bands * kBand, held);
   std::vector<Bits<Stored>> lines(lineLength * most);
-  for (std::size_t j = 0; j < height; j += most) {
-    const std::size_t count = std::min(most, height - j);
+  for (std::size_t j = 0; j < held; j += most) {
+    const std::size_t count = std::min(most, held - j);
     auto* bytes = reinterpret_cast<unsigned char*>(lines.data());
-    const std::size_t held = ReadBytes(in, bytes, count * lineLength * sizeof(Stored)) / sizeof(Stored);
-    std::fill(lines.begin() + static_cast<std::ptrdiff_t>(held), lines.end(), Bits<Stored>{0});
-    for (std::size_t k = 0; k < count; k += kBand)
-      StoreBand<Stored, order>(lines.data() + k * lineLength, width, step, rows, j + k, std::min(kBand, count - k));
+    const std::size_t values = ReadBytes(in, bytes, count * lineLength * sizeof(Stored)) / sizeof(Stored);
+    std::fill(lines.begin() + static_cast<std::ptrdiff_t>(values), lines.end(), Bits<Stored>{0});
+    for (std::size_t k = 0; k < count; k += kBand) {
+      const Bits<Stored>* band = lines.data() + k * lineLength;
+      if (count - k >= kBand)
+        StoreBand<Stored, order>(band, width, step, rows, j + k, std::integral_constant<std::size_t, kBand>());
+      else
+        StoreBand<Stored, order>(band, width, step, rows, j + k, count - k);
+    }
   }
 }
 
@@ -167,7 +177,7 @@ void Decode(Wire wire, Order order, std::span<const unsigned char> bytes, std::s
   });
 }
 
-void ReadValues(std::istream& in, Wire wire, Order order, std::span<float> values) {
+bool ReadValues(std::istream& in, Wire wire, Order order, std::span<float> values) {
   constexpr std::size_t kChunk = 1 << 14;
   std::vector<unsigned char> bytes(std::min(kChunk, values.size()) * SizeOf(wire));
   while (!values.empty()) {
@@ -175,9 +185,10 @@ void ReadValues(std::istream& in, Wire wire, Order order, std::span<float> value
     const std::size_t wanted = chunk.size() * SizeOf(wire);
     const std::size_t held = ReadBytes(in, bytes.data(), wanted);
     Decode(wire, order, std::span(bytes).first(held), chunk);
-    if (held < wanted) return;
+    if (held < wanted) return false;
     values = values.subspan(chunk.size());
   }
+  return true;
 }
 
 void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int nX, int nY, std::size_t step) {

@@ -72,11 +72,13 @@ void Fill(Record& record, const Block& block, std::span<const BinaryField<Record
 void Decode(Wire wire, Order order, std::span<const unsigned char> bytes, std::span<float> values,
             std::size_t step = 1);
 
-// Reads values from where the stream stands; values that the file does not hold leave their target alone.
-void ReadValues(std::istream& in, Wire wire, Order order, std::span<float> values);
+// Reads values from where the stream stands; values that the file does not hold leave their target alone. Returns
+// whether it holds all.
+bool ReadValues(std::istream& in, Wire wire, Order order, std::span<float> values);
 
-// Reads an image stored line by line, X running fastest: value number j * nX + i becomes rows[i][j], and 0 when
-// the file does not hold it. Each value of the image is one of `step` values in the file.
+// Reads an image stored line by line, X running fastest: value number j * nX + i becomes rows[i][j]. In the line in
+// which the file ends the rest is 0; lines that the file does not hold leave their targets alone. Each value of the
+// image is one of `step` values in the file.
 void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int nX, int nY, std::size_t step = 1);
 
 // Number of bytes from where the stream stands to its end.

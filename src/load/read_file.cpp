@@ -42,6 +42,8 @@ Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
   }
   if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::NoPartner;
   void* const extension = record.extension;
+  ReadAnnounced = 0;
+  ReadFileBytes = 0;
   const bool loaded = format.read && format.read(record, state) != 0;
   if (!loaded) RestoreExtension(record, extension);
   state.partner.close();

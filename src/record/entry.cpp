@@ -9,6 +9,9 @@ int ReadNextFlag = 0;
 int WriteFailedFlag = 0;
 float ReadXFactor = 1;
 float ReadYFactor = 1;
+int ReadMostMissing = 64 << 20;
+double ReadAnnounced = 0;
+double ReadFileBytes = 0;
 int nKemDll = 0;
 
 CKemDll::CKemDll() = default;

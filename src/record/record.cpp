@@ -1,8 +1,6 @@
 // Storage, construction and copying of a record.
 #include <algorithm>
 #include <cstring>
-#include <limits>
-#include <new>
 #include <utility>
 
 #include "load/text.h"
@@ -43,27 +41,6 @@ Grid CopyOf(float* const* rows, int nX, int nY) {
   Grid copy = NewGrid(nX, nY);
   for (int i = 0; i < nX; ++i) std::copy_n(rows[i], nY, copy[i]);
   return copy;
-}
-
-// Asks for the memory of a whole grid at once and gives it back. A system that promises row after row would
-// otherwise run dry half-way instead of saying no.
-void ProbeMemory(std::size_t rows, std::size_t columns) {
-  constexpr std::size_t kPerRow = 4 * sizeof(float*);  // table entry and bookkeeping
-  constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max();
-  if (columns > (kMost - kPerRow) / sizeof(float)) throw std::bad_alloc();
-  const std::size_t perRow = columns * sizeof(float) + kPerRow;
-  if (rows > kMost / perRow) throw std::bad_alloc();
-  ::operator delete(::operator new(rows* perRow));
-}
-
-template <auto NewRow>
-Grid MakeGrid(int rows, int columns) {
-  const int made = std::max(rows, 0);
-  if (made > 0) ProbeMemory(Length(made), Length(columns));
-  Grid grid(
-      new float* [Length(made)] {}, GridDeleter{made});
-  for (int i = 0; i < made; ++i) grid[i] = NewRow(columns).release();
-  return grid;
 }
 
 void ClearAxes(PrnType& record) {
@@ -167,23 +144,6 @@ int LabelsOf(int fileType) {
 }
 
 }  // namespace
-
-std::unique_ptr<float[]> NewArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]); }
-std::unique_ptr<float[]> NewZeroArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]()); }
-
-int CheckedCount(double count) {
-  // The largest int is what a longer count is clamped to when it is scanned.
-  if (!(count >= 0 && count < std::numeric_limits<int>::max())) throw std::bad_alloc();
-  return static_cast<int>(count);
-}
-
-void GridDeleter::operator()(float** grid) const {
-  for (int i = 0; i < rows; ++i) delete[] grid[i];
-  delete[] grid;
-}
-
-Grid NewGrid(int rows, int columns) { return MakeGrid<NewArray>(rows, columns); }
-Grid NewZeroGrid(int rows, int columns) { return MakeGrid<NewZeroArray>(rows, columns); }
 
 EmptyOnThrow::~EmptyOnThrow() {
   if (std::uncaught_exceptions() == exceptions_) return;

@@ -10,11 +10,7 @@ namespace kem::record {
 
 // A length that is negative or cannot be had ends in std::bad_alloc.
 std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
-std::unique_ptr<float[]> NewZeroArray(int count);  // all 0
-
-// A count that a file announces. One that is negative, not a number, or too large for an int ends in
-// std::bad_alloc, as a length that cannot be had does.
-int CheckedCount(double count);
+std::unique_ptr<float[]> NewZeroArray(int count);  // all 0; a large one takes memory only where it is written
 
 // The rows of a grid and their table, each an allocation of its own.
 struct GridDeleter {
@@ -23,7 +19,7 @@ struct GridDeleter {
 };
 using Grid = std::unique_ptr<float*[], GridDeleter>;
 
-// No rows are made when their count is 0 or below.
+// No rows are made when their count is 0 or below. Zeros are had as for arrays.
 Grid NewGrid(int rows, int columns);
 Grid NewZeroGrid(int rows, int columns);
 

@@ -59,7 +59,7 @@ TEST_CASE("jcamp: blocks, point counts and what ends a header") {
                         {"##NPOINTS\n##XYDATA=\n1 2\n", {}, {}},              // no count, but an end
                         {"##BLOCKS=1\n##ANY=1\n1 2\n##NPOINTS=1\n", {}, {}},  // a line without "##" ends the header
                         {longLine + "##BLOCKS=1\n" + std::string(longLine).append(part), {1}, {2}},
-                        {"##BLOCKS=1\n" + Block("1 2\n", -4), {}, {}},
+                        {"##BLOCKS=1\n" + Block("2 1\n-1 3\n", 4), {-1, 0, 0, 2}, {3, 0, 0, 1}},
                         {"##BLOCKS=1\n" + Block("3 x 5 6\n", 2), {0, 3}, {0, 0}},
                         {"", {}, {}}}) {
     CAPTURE(c.text);
@@ -80,6 +80,7 @@ TEST_CASE("jcamp: blocks, point counts and what ends a header") {
   CHECK(none.result == 1);
   CHECK(none.record.allocType == AllocNone);
   CHECK_THROWS_AS(Read("##BLOCKS=2000000000\n" + Block("1 2\n", 2), &PrnType::ReadDX), std::bad_alloc);
+  CHECK_THROWS_AS(Read("##BLOCKS=1\n" + Block("1 2\n", -4), &PrnType::ReadDX), std::bad_alloc);
   CHECK_THROWS_AS(Read("##NPOINTS=99999999999\n##XYDATA\n1 2\n", &PrnType::ReadDX), std::bad_alloc);
   LoadDamaged("hurt.jdx", "##TITLE=t\n##BLOCKS=2\n" + two, 150);
 }

@@ -49,11 +49,7 @@ TEST_CASE("at1: axes by position, pixels row by row") {
 
 TEST_CASE("at1: counts of nothing, missing cards and short files") {
   const TempFolder folder;
-  for (const int count : {0, -3}) {
-    const PrnType r(folder.Write("a.ccd", AT1File({.nX = count})).c_str(), 0);
-    CHECK(r.allocType == AllocZ);
-    CHECK(r.nX == 0);
-  }
+  CHECK(!PrnType(folder.Write("a.ccd", AT1File({.nX = -3})).c_str(), 0));
   const PrnType cut(folder.Write("a.ccd", AT1File().substr(0, 2883)).c_str(), 0);
   REQUIRE(cut.nX == 3);
   CHECK_BITS(cut.zArray[0][0], 65535);

@@ -104,7 +104,7 @@ TEST_CASE("dilor: short and damaged files") {
   const PrnType cut = Load("a.m3d", Series(2, 4).substr(0, 536 + 256 + 9), 1);
   CHECK_BITS(cut.yArray[1], 101.0f / 4);
   CHECK_BITS(cut.yArray[3], 0);
-  CHECK(std::isnan(Load("a.ms0", SingleFile(false, "10 end")).yArray[0]));  // no integration time is reached
+  CHECK_BITS(Load("a.ms0", SingleFile(false, "10 end")).yArray[0], 0);
   LoadEveryPrefix("cut.ms0", SingleFile(true, "1 10 2 20 3 30"), 300);
   LoadEveryPrefix("cut.m3d", Series(1, 4), 300);
 }

@@ -40,7 +40,7 @@ TEST_CASE_TEMPLATE("block: lines become rows bit for bit, whatever the size, and
     std::string bytes(nX * nY * step * sizeof(Number), '\0');
     for (char& c : bytes) c = static_cast<char>(rng());
     if (rng() % 3 == 0) bytes.resize(rng() % bytes.size());
-    std::vector<float> values(nX * nY, -1);
+    std::vector<float> values(nX * nY);
     std::vector<float*> rows(nX);
     for (std::size_t i = 0; i < nX; ++i) rows[i] = values.data() + i * nY;
     std::istringstream in(bytes);

@@ -83,6 +83,49 @@ TEST_CASE("loading: a reader that is chosen by name and refuses leaves the conte
   CHECK(PrnType(folder.Write("pair.dhd", kXYFile).c_str(), 0).fileType == FileXY);
 }
 
+TEST_CASE("loading: what a file announces and does not hold is 0, unless it is absurd or negative") {
+  const TempFolder folder;
+  const auto image = [](int nY, int nX) {
+    std::string cards = "SIMPLE" + std::string(314, ' ');
+    for (const int count : {nY, nX})
+      (cards += "K = " + std::to_string(count)).resize(cards.size() / 80 * 80 + 80, ' ');
+    return cards;
+  };
+  const auto scan = [](const std::string& points) { return "[Delay]\nIntTime= 1\nNrPoints= " + points + "\n7\n"; };
+  constexpr int kMost = 64 << 20;
+  struct Case {
+    std::string bytes;
+    int nX, nY;  // -1 where there is no record
+    double announced;
+  };
+  for (const Case& c : {Case{image(0, 2147483647), 0, 0, 0},
+                        {image(2147483647, 0), 0, 0, 0},
+                        {image(8192, 8192), 8192, 8192, kMost},
+                        {image(8192, 8194), -1, -1, 8192.0 * 8194},
+                        {image(1, 8 << 20), -1, -1, 8 << 20},  // rows take memory of their own
+                        {image(-2, 3), -1, -1, 0},
+                        {scan(std::to_string(kMost)), kMost, kMost, kMost},
+                        {scan("2147483646"), -1, -1, 2147483646},
+                        {scan("1:3"), 1, 1, 1},
+                        {"Version\n\n\n-3\n", -1, -1, 0}}) {
+    const std::string name = folder.Write("file", c.bytes);
+    PrnType record;
+    try {
+      record.ReadFile(name.c_str(), 0);
+    } catch (const std::bad_alloc&) {
+      CHECK(c.nX == -1);
+    }
+    CAPTURE(c.bytes.substr(0, 80));
+    CHECK(!record == (c.nX == -1));
+    CHECK(record.nX == std::max(c.nX, 0));
+    CHECK(record.nY == std::max(c.nY, 0));
+    CHECK(ReadAnnounced == c.announced);
+    if (c.announced > 0) CHECK(ReadFileBytes == static_cast<double>(c.bytes.size()));
+    CHECK(record.zMax == 0);
+    if (record.HasY()) CHECK(record.yStart == 0);
+  }
+}
+
 TEST_CASE("loading: what is no file, or has no room for its name, is a failed load") {
   const TempFolder folder;
   for (const std::string& name : {folder.Path("missing.txt"), folder.Path(""), folder.Path(std::string(140, 'n')),

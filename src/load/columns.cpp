@@ -10,6 +10,7 @@
 #include <string>
 
 #include "kem.h"
+#include "load/items.h"
 #include "load/number_scanner.h"
 #include "load/number_text.h"
 #include "load/text.h"
@@ -173,6 +174,16 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
   ReadNextFlag = k == count ? 0 : k;
   MinMax();
   return 1;
+}
+
+void kem::load::ListNXY(std::istream& in, Items& items) {
+  in.clear();
+  in.seekg(0);
+  std::string word;
+  int count = 0;
+  in >> word >> count;
+  SkipLines(in, 1);
+  for (KemItem& item : items) ReadTrimmedLine(in, item.title);
 }
 
 int PrnType::WriteXYPrn(char* const name) const {

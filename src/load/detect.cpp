@@ -13,6 +13,12 @@ int FromMain(PrnType& record, LoadState& state) {
   return (record.*Read)(state.main);
 }
 
+// Lists the items of the main stream.
+template <void (*List)(std::istream&, Items&)>
+void ListMain(LoadState& state, Items& items) {
+  List(state.main, items);
+}
+
 constexpr Format kP3D{"P3D text grid", FromMain<&PrnType::ReadP3D>};
 constexpr Format kB3D{"B3D binary grid", FromMain<&PrnType::ReadB3D>};
 constexpr Format kB2D{"B2D binary curve", FromMain<&PrnType::ReadB2D>};
@@ -26,10 +32,12 @@ constexpr Format kBruker{"Bruker ESR spc/par",
                            return record.ReadBruker(state.partner, state.main, state.index);
                          },
                          Pairing::Bruker};
-constexpr Format kDilor{"Dilor Raman", [](PrnType& record, LoadState& state) {
+constexpr Format kDilor{"Dilor Raman",
+                        [](PrnType& record, LoadState& state) {
                           if (state.multi3D) return record.ReadDilorM3D(state.main, state.count, state.index);
                           return record.ReadDilorSingle(state.main);
-                        }};
+                        },
+                        Pairing::None, 1, ListMain<ListDilorSeries>};
 constexpr Format kImage{"ICCD or HPDTA image", [](PrnType& record, LoadState& state) {
                           if (record.ReadIccdImg(state.main) != 0) return 1;
                           return record.ReadHPDTA(state.main);
@@ -41,25 +49,31 @@ constexpr Format kCary45{"Cary 45",
                            return record.ReadCary45(state.partner, state.main);
                          },
                          Pairing::Cary45};
-constexpr Format kBES3T{"Bruker BES3T", [](PrnType& record, LoadState& state) {
+constexpr Format kBES3T{"Bruker BES3T",
+                        [](PrnType& record, LoadState& state) {
                           state.main.close();
                           return record.ReadBES3T(state.name.c_str(), state.count, state.index);
-                        }};
-constexpr Format kIccdCurve{"ICCD curve", [](PrnType& record, LoadState& state) {
-                              return record.ReadIccdCrv(state.main, state.count, state.index);
-                            }};
+                        },
+                        Pairing::None, 1};
+constexpr Format kIccdCurve{
+    "ICCD curve",
+    [](PrnType& record, LoadState& state) { return record.ReadIccdCrv(state.main, state.count, state.index); },
+    Pairing::None, 0, ListMain<ListIccdCurves>};
 constexpr Format kNPico{"NPico scan", FromMain<&PrnType::ReadNPico>};
 constexpr Format kHama{"Hamamatsu raw image", FromMain<&PrnType::ReadHama>};
 constexpr Format kCaryPrn{"Cary absorption prn", FromMain<&PrnType::ReadCaryPrn>};
 constexpr Format kAT1{"AT1 image", FromMain<&PrnType::ReadAT1>};
-constexpr Format kOMA{"EG&G OMA", [](PrnType& record, LoadState& state) {
-                        return record.ReadOMA(state.main, state.count, state.index);
-                      }};
-constexpr Format kXY{"XY, NXY or JCAMP-DX", [](PrnType& record, LoadState& state) {
+constexpr Format kOMA{
+    "EG&G OMA",
+    [](PrnType& record, LoadState& state) { return record.ReadOMA(state.main, state.count, state.index); },
+    Pairing::None, 1, ListMain<ListOMA>};
+constexpr Format kXY{"XY, NXY or JCAMP-DX",
+                     [](PrnType& record, LoadState& state) {
                        if (state.nxy) return record.ReadNXYPrn(state.main, state.count, state.index);
                        if (state.jcamp) return record.ReadDX(state.main);
                        return record.ReadXYPrn(state.main);
-                     }};
+                     },
+                     Pairing::None, 1, ListMain<ListNXY>};
 
 // ------------------------------------------------------------ tests
 

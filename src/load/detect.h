@@ -7,16 +7,20 @@
 #include <string_view>
 
 #include "kem.h"
+#include "load/items.h"
 
 namespace kem::load {
 
-// What one load hands from its tests to its reader.
+struct Format;
+
+// What one load hands from its tests to its reader, and what became of it.
 struct LoadState {
   std::string name;
   int index;
   std::ifstream main;
-  std::ifstream partner;  // the other file of a pair
-  int count = 0;          // items that the file holds
+  std::ifstream partner;           // the other file of a pair
+  const Format* format = nullptr;  // whose reader loaded the file
+  int count = 0;                   // items that the file holds
   bool multi3D = false;
   bool nxy = false;
   bool jcamp = false;
@@ -32,6 +36,8 @@ struct Format {
   const char* name;
   int (*read)(PrnType& record, LoadState& state);
   Pairing pairing = Pairing::None;
+  int firstIndex = 0;                                      // of several items
+  void (*list)(LoadState& state, Items& items) = nullptr;  // when they are not all alike
 };
 
 // A text that decides for a format, and what else it tells the reader.

@@ -1,6 +1,7 @@
 // The one door: opens a file, chooses its reader by name and then by content, and runs it.
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "kem.h"
 #include "load/detect.h"
@@ -46,6 +47,7 @@ Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
   ReadFileBytes = 0;
   const bool loaded = format.read && format.read(record, state) != 0;
   if (!loaded) RestoreExtension(record, extension);
+  state.format = &format;
   state.partner.close();
   return loaded ? Outcome::Loaded : Outcome::Refused;
 }
@@ -99,6 +101,28 @@ void PrnType::ReadFile(const char* name, int index) {
   if ((state.multi3D || state.nxy || state.oma || ReadNextFlag != 0) && state.count > 1)
     MakeNumberedFileName(fileName, index == 0 ? 1 : index);
   if (ExtensionCreateHook) ExtensionCreateHook(&extension);
+}
+
+// Items are counted by the reader of the first, except by those that know of a second one at most.
+int KemItems(const char* name, void (*take)(const KemItem& item, void* host), void* host) {
+  const int before = std::exchange(ReadNextFlag, 0);
+  PrnType first("", 0);  // empty, and made without a hook
+  const kem::record::EmptyOnThrow guard(first);
+  LoadState state{.name = name, .index = 0, .main = {}, .partner = {}};
+  const bool loaded = Load(first, state);
+  const bool several = std::exchange(ReadNextFlag, before) != 0;
+  if (!loaded) return 0;
+  KemItem item{.index = 0, .allocType = first.allocType, .nX = first.nX, .nY = first.nY, .title = {}};
+  Text titles[2];
+  first.LabelAxes(titles[0], first.Is3D() ? titles[1] : item.title, first.Is3D() ? item.title : titles[1]);
+  Items items(several ? static_cast<std::size_t>(std::max(state.count, 2)) : 1, item);
+  const int announced = static_cast<int>(items.size());
+  for (int k = 0; k < announced && several; ++k)
+    items[static_cast<std::size_t>(k)].index = state.format->firstIndex + k;
+  if (several && state.format->list) state.format->list(state, items);
+  if (items.empty()) items.push_back(item);
+  for (const KemItem& one : items) take(one, host);
+  return announced;
 }
 
 const char* KemFormatName(const char* name) {

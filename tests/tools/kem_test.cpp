@@ -317,6 +317,25 @@ TEST_CASE("kem items: each item is listed and converted under its number") {
   CHECK(Names(folder.Path("one")) == std::set<std::string>{"raman.prn"});
 }
 
+TEST_CASE("kem: files that announce more than they hold") {
+  const TempFolder folder;
+  const std::string scan = folder.Write("scan", "[Delay]\nIntTime= 1\nNrPoints= 2147483646\n");
+  const std::string image = folder.Write("a.par", "JSS\rXPLS 1\rSSX 1024\rSSY 1025\r");
+  folder.Write("a.spc", "ab");
+  std::string series(140, '\0');
+  const std::string oma = folder.Write("series", series.replace(0, 4, "EG&G").replace(125, 2, "\xFF\xFF"));
+  for (const char* command : {"info ", "items ", "convert -a --to csv "}) {
+    CHECK(Kem(command + Quoted(scan)).err ==
+          "kem: " + scan + ": announces 2147483646 values, the file has 41 bytes\n");
+    CHECK(Kem(command + Quoted(image)).err ==
+          "kem: " + image + ": announces 1049600 values, the file has 2 bytes\n");
+  }
+  const Result items = Kem("items " + Quoted(oma));
+  CHECK(items.status == 1);
+  CHECK(items.out == oma + ": 1 item\n1\tcurve 0\tY\n");
+  CHECK(items.err == "kem: " + oma + ": announces 65535 items, the file has 140 bytes\n");
+}
+
 TEST_CASE("kem items: files that count from 0, and signals that alternate") {
   const TempFolder folder;
   Bytes curves;

@@ -135,23 +135,12 @@ int PrintJson(const InfoOptions& options) {
   return status;
 }
 
-// The title of the values. An ICCD curve has one in its label, though none for its axes.
-std::string TitleOf(const PrnType& record) {
-  const Titles titles(record);
-  if (record.fileType == FileIccdCurve) return record.yLabel;
-  return record.Is3D() ? titles.z : titles.y;
-}
-
 bool PrintItems(const std::string& file) {
-  std::vector<std::string> lines;
-  const bool complete = EachItem(file, [&lines](const Input& input) {
-    lines.push_back(std::to_string(input.item) + '\t' + ShapeOf(*input.record) + '\t' + TitleOf(*input.record));
-    return true;
-  });
-  if (lines.empty()) return false;
-  std::cout << file << ": " << lines.size() << (lines.size() == 1 ? " item" : " items") << '\n';
-  for (const std::string& line : lines) std::cout << line << '\n';
-  return complete;
+  const auto [items, problem] = ListItems(file);
+  if (!items.empty()) std::cout << file << ": " << items.size() << (items.size() == 1 ? " item" : " items") << '\n';
+  for (std::size_t k = 0; k < items.size(); ++k)
+    std::cout << k + 1 << '\t' << ShapeOf(items[k]) << '\t' << items[k].title << '\n';
+  return NoProblem(file, problem);
 }
 
 }  // namespace

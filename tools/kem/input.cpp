@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <new>
 #include <sstream>
 #include <string_view>
 #include <system_error>
@@ -118,16 +120,28 @@ void WarnOfFactors(const std::string& file) {
            " are not applied; the numbers are those in the file");
 }
 
+// Why there is no memory for a file: there is no value without a byte. Else the failure being handled goes on.
+Problem AnnouncesTooMuch() {
+  if (ReadAnnounced >= 0 && ReadAnnounced <= ReadFileBytes) throw;
+  char text[2 * kTextSize];
+  std::snprintf(text, sizeof text, "announces %.0f values, the file has %.0f bytes", ReadAnnounced, ReadFileBytes);
+  return text;
+}
+
 Input Load(const std::string& file, int item, int index) {
   Input input{.file = file, .item = item, .record = nullptr};
   const Source source(file);
   input.problem = source.WhyNot();
   if (!input.problem.empty()) return input;
   std::string messages;
-  {
+  ReadNextFlag = item - 1;  // readers of two signals look at what has been read before
+  try {
     const CapturedOutput output;
     input.record = std::make_unique<PrnType>(source.Name().c_str(), index);
     messages = output.Lines();
+  } catch (const std::bad_alloc&) {
+    input.problem = AnnouncesTooMuch();
+    return input;
   }
   input.more = ReadNextFlag != 0;
   if (!*input.record) {
@@ -140,48 +154,54 @@ Input Load(const std::string& file, int item, int index) {
   return input;
 }
 
-// Index of the item behind the one just read at `index`. Most readers count from 1, and take 0 for 1 too.
-int NextIndex(const PrnType& record, int index) {
-  switch (record.fileType) {
-    case FileIccdCurve:
-    case FileBruker:
-    case FileNPico:
-      return index + 1;
-    default:
-      return ReadNextFlag + 1;
-  }
-}
-
-// Their readers take any number but one for the other.
-bool HoldsTwoAtMost(const PrnType& record) { return record.fileType == FileBruker || record.fileType == FileNPico; }
-
-Input LoadFirst(const std::string& file) {
-  ReadNextFlag = 0;
-  return Load(file, 1, 0);
-}
+Input LoadFirst(const std::string& file) { return Load(file, 1, 0); }
 
 }  // namespace
+
+Items ListItems(const std::string& file) {
+  const Source source(file);
+  Items items{.held = {}, .problem = source.WhyNot()};
+  if (!items.problem.empty()) return items;
+  int announced = 0;
+  std::string messages;
+  try {
+    const CapturedOutput output;
+    const auto take = [](const KemItem& item, void* host) { static_cast<Items*>(host)->held.push_back(item); };
+    announced = KemItems(source.Name().c_str(), take, &items);
+    messages = output.Lines();
+  } catch (const std::bad_alloc&) {
+    items.problem = AnnouncesTooMuch();
+    return items;
+  }
+  if (announced == 0) items.problem = WhyNotLoaded(file, source.Name(), messages);
+  if (announced > std::ssize(items.held))
+    items.problem = "announces " + std::to_string(announced) + " items, the file has " +
+                    std::to_string(fs::file_size(PathOf(source.Name()))) + " bytes";
+  return items;
+}
 
 Input LoadItem(const std::string& file, int item) {
   Input first = LoadFirst(file);
   if (item == 1 || !first.record) return first;
-  if (first.more && !(item > 2 && HoldsTwoAtMost(*first.record))) {
-    Input input = Load(file, item, NextIndex(*first.record, 0) + item - 2);
-    // A reader that refuses the item leaves the file to others that may make something of it.
-    if (input.record && input.record->fileType == first.record->fileType) return input;
-  }
+  const auto number = static_cast<std::size_t>(item);
+  const auto held = first.more ? ListItems(file).held : std::vector<KemItem>();
+  if (number <= held.size()) return Load(file, item, held[number - 1].index);
   return {.file = file, .item = item, .record = nullptr, .problem = "holds no item " + std::to_string(item)};
 }
 
 bool EachItem(const std::string& file, const std::function<bool(Input&)>& action) {
-  bool succeeded = true;
-  int index = 0;
-  for (Input input = LoadFirst(file);; input = Load(file, input.item + 1, index)) {
+  Input first = LoadFirst(file);
+  if (!NoProblem(file, first.problem)) return false;
+  bool succeeded = action(first);
+  if (!first.more) return succeeded;
+  first.record = nullptr;
+  const Items items = ListItems(file);
+  for (std::size_t k = 1; k < items.held.size(); ++k) {
+    Input input = Load(file, static_cast<int>(k) + 1, items.held[k].index);
     if (!NoProblem(file, input.problem)) return false;
-    if (input.more) index = NextIndex(*input.record, index);
     succeeded = action(input) && succeeded;
-    if (!input.more) return succeeded;
   }
+  return NoProblem(file, items.problem) && succeeded;
 }
 
 }  // namespace kem::tool

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "each_file.h"
 #include "kem.h"
@@ -22,6 +23,13 @@ struct Input {
 
 // Loads one item of a file.
 Input LoadItem(const std::string& file, int item);
+
+// The items of a file, which is read once, and why there are none or fewer than it announces.
+struct Items {
+  std::vector<KemItem> held;
+  Problem problem;
+};
+Items ListItems(const std::string& file);
 
 // Loads the items of a file one after the other and runs an action, which tells whether it succeeded, on each.
 // Returns whether all items were loaded and all actions succeeded.

@@ -23,8 +23,12 @@ void SetTitles(PrnType& curve, const char* x, const char* y) {
 }
 
 std::string ShapeOf(const PrnType& record) {
-  if (record.Is3D()) return "grid " + std::to_string(record.nX) + " x " + std::to_string(record.nY);
-  return "curve " + std::to_string(record.nY);
+  return ShapeOf(KemItem{.index = 0, .allocType = record.allocType, .nX = record.nX, .nY = record.nY, .title = {}});
+}
+
+std::string ShapeOf(const KemItem& item) {
+  if (item.allocType & AllocZ) return "grid " + std::to_string(item.nX) + " x " + std::to_string(item.nY);
+  return "curve " + std::to_string(item.nY);
 }
 
 double LinearAxis::Last() const {

@@ -21,6 +21,7 @@ void SetTitles(PrnType& curve, const char* x, const char* y);
 
 // "curve 1024" or "grid 64 x 100".
 std::string ShapeOf(const PrnType& record);
+std::string ShapeOf(const KemItem& item);
 
 // An axis that is not stored: the coordinate of sample k is start + k (Last() - start) / (points - 1), rounded
 // once.

@@ -365,6 +365,7 @@ class KEM_API PrnType {
   /// \param name in UTF-8 under Windows; what is not UTF-8 there is taken in the host's code page.
   /// \param index item of a multi-item file, 0 for the first; -1 also reads a file of unknown name as plain
   ///   XY columns.
+  ///
   /// On success `fileName` holds the name, numbered "_NN" before its first dot when the file holds several
   /// items. On failure `allocType` is 0. The record must hold no arrays.
   void ReadFile(const char* name, int index);

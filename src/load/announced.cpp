@@ -36,8 +36,8 @@ int CheckedCount(std::istream& in, double count) {
 
 void CheckGrid(std::istream& in, int& rows, int& columns) {
   const int least = std::min(rows, columns);
-  Check(in, least < 0 ? least : static_cast<double>(rows) * columns, rows);
   if (least == 0) rows = columns = 0;
+  Check(in, least < 0 ? least : static_cast<double>(rows) * columns, rows);
 }
 
 }  // namespace kem::load

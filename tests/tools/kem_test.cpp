@@ -326,7 +326,7 @@ TEST_CASE("kem: files that announce more than they hold") {
   const std::string oma = folder.Write("series", series.replace(0, 4, "EG&G").replace(125, 2, "\xFF\xFF"));
   for (const char* command : {"info ", "items ", "convert -a --to csv "}) {
     CHECK(Kem(command + Quoted(scan)).err ==
-          "kem: " + scan + ": announces 2147483646 values, the file has 41 bytes\n");
+          "kem: " + scan + ": announces 2147483646 values, the file has 40 bytes\n");
     CHECK(Kem(command + Quoted(image)).err ==
           "kem: " + image + ": announces 1049600 values, the file has 2 bytes\n");
   }

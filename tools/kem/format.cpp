@@ -114,22 +114,20 @@ Problem NotFinite(const Format& format, const PrnType& record) {
   return {};
 }
 
-// Whether a file holds as many points as the record that was written to it.
-bool ReadsBack(const PrnType& record, const Format& format, const std::string& name) {
+// What the reader makes of the file.
+std::string ShapeInFile(const Format& format, const std::string& name) {
   PrnType copy;
   std::ifstream in(PathOf(name), std::ios::binary);
-  return (copy.*format.read)(in) != 0 && ShapeOf(copy) == ShapeOf(record);
+  return (copy.*format.read)(in) != 0 ? ShapeOf(copy) : "nothing";
 }
 
 }  // namespace
 
 std::span<const Format> Formats() { return kFormats; }
 
-const Format* FormatNamed(std::string name) {
-  for (char& c : name)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  const auto* found =
-      std::find_if(std::begin(kFormats), std::end(kFormats), [&name](const Format& f) { return name == f.name; });
+const Format* FormatNamed(const std::string& name) {
+  const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats),
+                                   [small = LowerCase(name)](const Format& f) { return small == f.name; });
   return found == std::end(kFormats) ? nullptr : found;
 }
 
@@ -158,9 +156,9 @@ Problem WriteRecord(PrnType& record, const Format& format, const std::string& na
   std::string buffer = name;  // the library's writers take no constant text
   if (!format.write(record, buffer.data()))
     return "cannot be written completely" + (errno ? ": " + std::generic_category().message(errno) : "");
-  if (format.read && !ReadsBack(record, format, name))
-    return "would not read back as " + ShapeOf(record) + ": one of its texts looks like " + format.name + " data";
-  return {};
+  if (!format.read) return {};
+  const std::string shape = ShapeInFile(format, name);
+  return shape == ShapeOf(record) ? "" : "would read back as " + shape + " instead of " + ShapeOf(record);
 }
 
 }  // namespace kem::tool

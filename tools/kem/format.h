@@ -33,7 +33,7 @@ struct Format {
 std::span<const Format> Formats();
 
 // In capitals, too; null when there is none.
-const Format* FormatNamed(std::string name);
+const Format* FormatNamed(const std::string& name);
 // "prn, csv, ..."
 std::string FormatNames();
 

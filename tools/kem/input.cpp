@@ -55,12 +55,6 @@ constexpr Pair kPairs[] = {
     {"Bruker ESR spc/par", {".par", ".spc"}},
 };
 
-std::string LowerCase(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return text;
-}
-
 bool ExistsInAnyCase(const fs::path& path) try {
   const std::string wanted = LowerCase(path.filename().string());
   const fs::directory_iterator entries(path.has_parent_path() ? path.parent_path() : ".");

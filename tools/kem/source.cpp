@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "system.h"
+#include "text.h"
 
 namespace kem::tool {
 namespace {
@@ -47,12 +48,6 @@ bool MakeLink(const fs::path& to, const fs::path& link) {
   if (error) fs::create_hard_link(to, link, error);
   if (error) fs::copy_file(to, link, error);
   return !error;
-}
-
-std::string LowerCase(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return text;
 }
 
 // The files beside one that have its name but for the extension, those that spell it in the same case first.

@@ -33,6 +33,12 @@ std::string Utf8(std::string_view text) {
   return utf8;
 }
 
+std::string LowerCase(std::string text) {
+  for (char& c : text)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return text;
+}
+
 std::string CsvText(std::string_view text) {
   if (text.find_first_of(",\"\r\n") == text.npos) return std::string(text);
   std::string quoted = "\"";

@@ -9,6 +9,9 @@ namespace kem::tool {
 // Text of a data file as UTF-8; what is not UTF-8 yet is taken for Latin-1.
 std::string Utf8(std::string_view text);
 
+// Text with its capitals from A to Z made small.
+std::string LowerCase(std::string text);
+
 // Text as a field of comma-separated values: quoted if it holds a separator, quotes in it doubled.
 std::string CsvText(std::string_view text);
 

@@ -77,8 +77,13 @@ TEST_CASE("kem: help, manual page and completion come from one description") {
 TEST_CASE("kem: a file that cannot be read is named with the reason, and stops no other") {
   const TempFolder folder;
   const std::string good = Example("raman.prn");
+  const std::string pointer = "version https://git-lfs.github.com/spec/v1\n";
+  const std::string galactic("\x80\x4B\0\x15", 4);
   WritePair(folder, "alone", false);
   fs::remove(folder.Path("alone.DTA"));
+  folder.Write("image.par", ";\n;  scan JSS\nFormat : 1\n");
+  folder.Write("absent.dsc", pointer);
+  folder.Write("parted.spc", galactic);
   const std::pair<std::string, std::string> cases[] = {
       {folder.Path("none.prn"), "no such file"},
       {folder.Path("."), "is a folder"},
@@ -86,12 +91,24 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
       {folder.Write("profile.prf", "x"), "recognised as HPDTA profile, but kem cannot read this layout"},
       {folder.Path("alone.DSC"), "recognised as Bruker BES3T, but alone.DTA, which belongs to it, is missing"},
       {WritePair(folder, "igd", false, "YTYP IGD\n"), "DATA: 3D Data not supported yet!"},
+      {folder.Write("absent.DTA", "x"), "not a pair of data files: absent.dsc is a pointer of git-lfs to the data"},
+      {folder.Write("ir.spc", galactic), "not a Bruker ESR spc/par file: it begins like a Galactic spc file"},
+      {folder.Write("uv.SPC", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"),
+       "not a Bruker ESR spc/par file: it begins like a Shimadzu spc file"},
+      {folder.Write("image.spc", "xx"),
+       "not a Bruker ESR spc/par file: image.par has no line that begins with JSS, DOS, GST or JEX"},
+      {folder.Write("parted.par", "GSI 1\n"),
+       "not a Bruker ESR spc/par file: it has no line that begins with JSS, DOS, GST or JEX"},
+      {folder.Write("table.cvt", "ca\nx\ny\n\n\n\n1 2\n3 4\n"),
+       "not a CVT file: it is a table with several numbers in a line"},
+      {folder.Path("\x1b[1m"), "no such file"},
   };
   std::string all = Quoted(good);
   std::string err;
   for (const auto& [file, reason] : cases) {
     all += Quoted(file);
-    err.append("kem: ").append(file).append(": ").append(reason).append("\n");
+    const std::string name = file.ends_with("\x1b[1m") ? folder.Path("\\x1b[1m") : file;
+    err.append("kem: ").append(name).append(": ").append(reason).append("\n");
   }
   const Result result = Kem("info --level 1 " + all + Quoted(good));
   const std::string report = Printed([&good] { PrnType(good.c_str(), 0).PrintLog(1); });
@@ -247,20 +264,30 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
   CHECK(ReadBytes(out).starts_with("\"Field"));
 }
 
-TEST_CASE("kem convert: several files, of which two would become one") {
+TEST_CASE("kem: a pair counts once, and two files of a name are not made one") {
   const TempFolder folder;
   const std::string pair = WritePair(folder, "pair", false);
-  const std::string other = folder.Path("pair.DTA");
+  folder.Write("pair.XGF", "axis");
+  fs::copy(pair, folder.Path("small.dsc"));
+  fs::copy(folder.Path("pair.DTA"), folder.Path("small.dta"));
+  folder.Write("pair.prn", "XY\n\n\n\n\n\n\n1 2\n");
   const std::string none = folder.Path("none");
   const std::string out = folder.Path("new/folder");
-  const Result result = Kem("convert --force --to csv --dir " + Quoted(out) + Quoted(pair) + Quoted(none) +
-                            Quoted(other) + Quoted(Example("raman.prn")));
+  std::string all;
+  for (const char* name : {"pair.DSC", "none", "pair.DTA", "pair.XGF", "pair.prn", "small.dta"})
+    all += Quoted(folder.Path(name));
+  const Result result = Kem("convert --force --to csv --dir " + Quoted(out) + all);
   CHECK(result.status == 1);
   CHECK(result.out.empty());
   CHECK(result.err.find("kem: " + none + ": no such file\n") == 0);
   CHECK(result.err.find("pair.csv has just been made from " + pair + '\n') != std::string::npos);
   CHECK(result.err.ends_with("kem: 2 of 4 files written\n"));
-  CHECK(Names(out) == std::set<std::string>{"pair.csv", "raman.csv"});
+  CHECK(Names(out) == std::set<std::string>{"pair.csv", "small.csv"});
+#ifndef _WIN32
+  fs::remove(folder.Path("pair.DTA"));
+  fs::create_symlink("pair.DTA", folder.Path("pair.DTA"));
+  CHECK(Kem(Quoted(pair)).err.ends_with("pair.DTA, which belongs to it: Too many levels of symbolic links\n"));
+#endif
 }
 
 TEST_CASE("kem: standard input and output, names longer than the library takes, and what is no file") {

@@ -12,6 +12,8 @@
 #include <new>
 
 #include "command.h"
+#include "pairs.h"
+#include "text.h"
 
 namespace kem::tool {
 namespace {
@@ -72,7 +74,7 @@ bool Succeeds(const std::string& file, const std::function<bool(const std::strin
 
 void Complain(std::string_view sentence) {
   ClearProgress();
-  std::cerr << "kem: " << sentence << std::endl;
+  std::cerr << "kem: " << Printable{sentence} << std::endl;
 }
 
 bool NoProblem(std::string_view file, const Problem& problem) {
@@ -80,8 +82,9 @@ bool NoProblem(std::string_view file, const Problem& problem) {
   return problem.empty();
 }
 
-int EachFile(const std::vector<std::string>& files, std::string_view done,
+int EachFile(const std::vector<std::string>& given, std::string_view done,
              const std::function<bool(const std::string& file)>& action) {
+  const std::vector<std::string> files = EachPairOnce(given);
   const bool several = !done.empty() && files.size() > 1;
   const bool withBar = several && isatty(fileno(stderr)) != 0;
   std::size_t succeeded = 0;

@@ -17,9 +17,9 @@ void Complain(std::string_view sentence);
 // Names the problem of a file, if there is one, on standard error. Returns whether there is none.
 bool NoProblem(std::string_view file, const Problem& problem);
 
-// Runs an action, which tells whether it succeeded, on every file. `done` ("converted") asks for a progress bar
-// on a terminal and for a summary of several files. Returns the exit status.
-int EachFile(const std::vector<std::string>& files, std::string_view done,
+// Runs an action, which tells whether it succeeded, on every file, and once on a pair of files. `done`
+// ("converted") asks for a progress bar on a terminal and for a summary of several files. Returns the exit status.
+int EachFile(const std::vector<std::string>& given, std::string_view done,
              const std::function<bool(const std::string& file)>& action);
 
 }  // namespace kem::tool

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <streambuf>
 
 #include "command.h"
 #include "input.h"
@@ -109,6 +110,35 @@ Json Describe(const Input& input) {
   return description;
 }
 
+// ------------------------------------------------------------ reports
+
+// While it lives, lines for standard output pass through it and become printable: a report holds what stood in a
+// file.
+class PrintableLines : std::streambuf {
+ public:
+  PrintableLines() = default;
+  ~PrintableLines() override {
+    std::cout.rdbuf(below_.rdbuf());
+    std::cout.setstate(below_.rdstate());
+  }
+  PrintableLines(const PrintableLines&) = delete;
+  PrintableLines& operator=(const PrintableLines&) = delete;
+
+ private:
+  int_type overflow(int_type c) override {
+    if (c != '\n') {
+      line_ += traits_type::to_char_type(c);
+    } else {
+      below_ << Printable{Utf8(line_)} << '\n';
+      line_.clear();
+    }
+    return below_ ? traits_type::not_eof(c) : traits_type::eof();
+  }
+
+  std::ostream below_{std::cout.rdbuf(this)};
+  std::string line_;
+};
+
 // ------------------------------------------------------------ commands
 
 int PrintReports(const InfoOptions& options) {
@@ -118,6 +148,7 @@ int PrintReports(const InfoOptions& options) {
     if (!NoProblem(file, input.problem)) return false;
     if (!first) std::cout << '\n';
     first = false;
+    const PrintableLines lines;
     input.record->PrintLog(options.level);
     return true;
   });
@@ -139,7 +170,7 @@ bool PrintItems(const std::string& file) {
   const auto [items, problem] = ListItems(file);
   if (!items.empty()) std::cout << file << ": " << items.size() << (items.size() == 1 ? " item" : " items") << '\n';
   for (std::size_t k = 0; k < items.size(); ++k)
-    std::cout << k + 1 << '\t' << ShapeOf(items[k]) << '\t' << items[k].title << '\n';
+    std::cout << k + 1 << '\t' << ShapeOf(items[k]) << '\t' << Printable{Utf8(items[k].title)} << '\n';
   return NoProblem(file, problem);
 }
 

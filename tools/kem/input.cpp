@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -12,6 +13,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "foreign.h"
+#include "pairs.h"
 #include "source.h"
 #include "system.h"
 #include "text.h"
@@ -44,43 +47,6 @@ class CapturedOutput {
 
 // ------------------------------------------------------------ why a load failed
 
-// Formats whose data come in two files of one name.
-struct Pair {
-  std::string_view format;
-  const char* extensions[2];
-};
-
-constexpr Pair kPairs[] = {
-    {"Bruker BES3T", {".DSC", ".DTA"}},
-    {"Bruker ESR spc/par", {".par", ".spc"}},
-};
-
-bool ExistsInAnyCase(const fs::path& path) try {
-  const std::string wanted = LowerCase(path.filename().string());
-  const fs::directory_iterator entries(path.has_parent_path() ? path.parent_path() : ".");
-  return std::any_of(begin(entries), end(entries), [&wanted](const fs::directory_entry& entry) {
-    return LowerCase(entry.path().filename().string()) == wanted;
-  });
-} catch (const fs::filesystem_error&) {
-  return false;
-}
-
-bool IsPair(std::string_view format) {
-  return std::any_of(std::begin(kPairs), std::end(kPairs), [format](const Pair& p) { return p.format == format; });
-}
-
-// Name of the file of a pair that is not there; empty when none is missing.
-std::string MissingPartner(const std::string& file, std::string_view format) {
-  for (const Pair& pair : kPairs) {
-    if (pair.format != format) continue;
-    for (const char* extension : pair.extensions) {
-      const fs::path partner = PathOf(file).replace_extension(extension);
-      if (!ExistsInAnyCase(partner)) return partner.filename().string();
-    }
-  }
-  return {};
-}
-
 Problem WhyUnreadable(const std::string& file) {
   std::error_code error;
   const fs::file_status status = fs::status(PathOf(file), error);
@@ -100,8 +66,14 @@ Problem WhyNotLoaded(const std::string& file, const std::string& name, const std
   if (!format) return "unknown format";
   const std::string recognised = std::string("recognised as ") + format + ", but ";
   if (file == kStandard && IsPair(format)) return recognised + "that is a pair of files, and standard input is one";
-  if (const std::string missing = MissingPartner(file, format); !missing.empty())
-    return recognised + missing + ", which belongs to it, is missing";
+  if (const Partner partner = PartnerOf(file); !partner.file.empty()) {
+    const std::string partnerName = PathOf(partner.file).filename().string() + ", which belongs to it";
+    if (!partner.exists) return recognised + partnerName + ", is missing";
+    if (const Problem unreadable = WhyUnreadable(partner.file); !unreadable.empty())
+      return recognised + partnerName + ": " + unreadable;
+  } else if (IsPair(format)) {
+    return recognised + "its extension is none of the two that such files have";
+  }
   return recognised + "kem cannot read this layout";
 }
 
@@ -114,6 +86,12 @@ void WarnOfFactors(const std::string& file) {
            " are not applied; the numbers are those in the file");
 }
 
+// Why the library should not be asked for a file.
+Problem WhyNotAsked(const std::string& file, const Source& source) {
+  if (!source.WhyNot().empty()) return source.WhyNot();
+  return WhyForeign(file == kStandard ? source.Name() : file);
+}
+
 // Why there is no memory for a file: there is no value without a byte. Else the failure being handled goes on.
 Problem AnnouncesTooMuch() {
   if (ReadAnnounced >= 0 && ReadAnnounced <= ReadFileBytes) throw;
@@ -124,8 +102,8 @@ Problem AnnouncesTooMuch() {
 
 Input Load(const std::string& file, int item, int index) {
   Input input{.file = file, .item = item, .record = nullptr};
-  const Source source(file);
-  input.problem = source.WhyNot();
+  const Source source(NameToOpen(file));
+  if (item == 1) input.problem = WhyNotAsked(file, source);
   if (!input.problem.empty()) return input;
   std::string messages;
   ReadNextFlag = item - 1;  // readers of two signals look at what has been read before
@@ -153,8 +131,8 @@ Input LoadFirst(const std::string& file) { return Load(file, 1, 0); }
 }  // namespace
 
 Items ListItems(const std::string& file) {
-  const Source source(file);
-  Items items{.held = {}, .problem = source.WhyNot()};
+  const Source source(NameToOpen(file));
+  Items items{.held = {}, .problem = WhyNotAsked(file, source)};
   if (!items.problem.empty()) return items;
   int announced = 0;
   std::string messages;
@@ -172,6 +150,17 @@ Items ListItems(const std::string& file) {
     items.problem = "announces " + std::to_string(announced) + " items, the file has " +
                     std::to_string(fs::file_size(PathOf(source.Name()))) + " bytes";
   return items;
+}
+
+NamedItem ItemNamed(const std::string& name) {
+  const auto mark = name.rfind('#');
+  std::error_code error;
+  if (mark == name.npos || fs::exists(PathOf(name), error)) return {name};
+  int item = 0;
+  const char* const end = name.data() + name.size();
+  const auto read = std::from_chars(name.data() + mark + 1, end, item);
+  if (read.ec != std::errc() || read.ptr != end || item < 1) return {name};
+  return {name.substr(0, mark), item};
 }
 
 Input LoadItem(const std::string& file, int item) {

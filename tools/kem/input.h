@@ -21,6 +21,15 @@ struct Input {
   bool IsOneOfSeveral() const { return item > 1 || more; }
 };
 
+// What a name in an expression stands for: "scan.DSC#2" is the second item of scan.DSC, unless there is a file of
+// just that name.
+struct NamedItem {
+  std::string file;
+  int item = 0;  // 0: the first, because none was asked for
+};
+
+NamedItem ItemNamed(const std::string& name);
+
 // Loads one item of a file.
 Input LoadItem(const std::string& file, int item);
 

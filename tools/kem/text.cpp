@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <nlohmann/json.hpp>
+#include <ostream>
+#include <utility>
 
 namespace kem::tool {
 namespace {
@@ -15,7 +17,27 @@ bool IsUtf8(const std::string& text) {
   }
 }
 
+// Text with the letters that begin at `from` replaced by those that begin at `to`.
+std::string WithLetters(std::string text, char from, char to) {
+  for (char& c : text)
+    if (c >= from && c < from + 26) c = static_cast<char>(c - from + to);
+  return text;
+}
+
+// How many bytes from a place on are one control character, and which it is; those of Latin-1 are two in UTF-8.
+std::size_t ControlAt(std::string_view text, unsigned char& code) {
+  const auto at = [text](std::size_t k) { return static_cast<unsigned char>(k < text.size() ? text[k] : ' '); };
+  code = at(0);
+  if (code < 0x20 || code == 0x7F) return 1;
+  if (code != 0xC2 || at(1) < 0x80 || at(1) >= 0xA0) return 0;
+  code = at(1);
+  return 2;
+}
+
 }  // namespace
+
+std::string LowerCase(std::string text) { return WithLetters(std::move(text), 'A', 'a'); }
+std::string UpperCase(std::string text) { return WithLetters(std::move(text), 'a', 'A'); }
 
 std::string Utf8(std::string_view text) {
   std::string plain(text);
@@ -33,10 +55,19 @@ std::string Utf8(std::string_view text) {
   return utf8;
 }
 
-std::string LowerCase(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return text;
+std::ostream& operator<<(std::ostream& out, Printable printable) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string_view rest = printable.text;
+  while (!rest.empty()) {
+    std::size_t plain = 0;
+    std::size_t control = 0;
+    unsigned char code = 0;
+    while (plain < rest.size() && (control = ControlAt(rest.substr(plain), code)) == 0) ++plain;
+    out << rest.substr(0, plain);
+    rest.remove_prefix(plain + control);
+    if (control > 0) out << "\\x" << kDigits[code >> 4] << kDigits[code & 15];
+  }
+  return out;
 }
 
 std::string CsvText(std::string_view text) {

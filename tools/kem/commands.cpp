@@ -43,7 +43,17 @@ other axis.)",
      R"(Values lie on the line through two neighbours. A curve is 0 where it had no
 samples; a grid goes on along its last lines.)",
      DefineResample},
-    {"swap", "Exchange X and Y: transpose grids, invert curves", "Titles stay where they are.", DefineSwap},
+    {"axis", "Calculate with the coordinates of an axis",
+     R"(An operation is one of + - * / ^ with a number behind it, or one of inv, exp, log
+(to base 10), ln, sin, cos, tan, asin, acos, atan, sinh, cosh, tanh, asinh, acosh,
+atanh and s, which changes the sign. Coordinates that a function is not defined
+for become 0. Titles and values stay as they are.
+
+Examples:
+  kem axis scan.DSC --x -3480 -o around_zero.prn
+  kem axis --x '*8065.54' --to prn --dir wavenumbers *.dx)",
+     DefineAxis},
+    {"swap", "Exchange X and Y: transpose grids, invert curves", "Titles go with their axes.", DefineSwap},
     {"sort", "Put axes into ascending order", "", DefineSort},
     {"calc", "Calculate with files and numbers",
      R"--(An expression has the operators + - * / ^ and &, parentheses, and the functions
@@ -51,7 +61,8 @@ Exp, Log (to base 10), Ln, Sin, Cos, Tan, ASin, ACos, ATan, SinH, CosH, TanH,
 ASinH, ACosH, ATanH, Inv and Set(FILE, NUMBER), which makes every value that
 number. A name with a blank or one of + - * ^ & ( ) , in it, or one that begins
 like a number, stands in quotes of either kind. A / in the middle of a name is part
-of it: a / b divides, a/b is the file b in the folder a.
+of it: a / b divides, a/b is the file b in the folder a. Of a file that holds several
+items scan.DSC#2 is the second.
 
 ^ binds before a sign and groups from the right: -a^2 is -(a^2). Then come * / &
 and then + and -, from the left. An expression that begins with a sign stands in
@@ -82,6 +93,10 @@ least 16 samples are lost at either end.)",
      DefineDiff},
     {"baseline", "Subtract the straight line through two points of the data", "", DefineBaseline},
     {"slant", "Multiply curves by a linear factor that gives two values", "", DefineSlant},
+    {"value", "Show the value at a coordinate",
+     R"(It lies on the line through the two samples nearest to the coordinate, of a grid
+along X and then along Y. Of several records each stands behind its name and a tab.)",
+     DefineValue},
     {"integrate", "Integrate: as a number, or with an output as a curve",
      R"(Prints the integral between bounds; of several records each behind its name and a
 tab. With --output, --dir or --to it writes a curve instead: the running integral
@@ -89,8 +104,9 @@ of a curve, or the integral of a grid along the axis whose bounds are given,
 divided by the number of samples inside them.)",
      DefineIntegrate},
     {"stats", "Show ranges, extremes and their places, noise and integral",
-     R"(The noise level is the mean difference of neighbouring values along Y of a grid.
-Of a curve it is that of its abscissae: it tells how evenly they lie.)",
+     R"(The noise of a grid is the sum of the absolute differences of neighbours along Y,
+divided by the number of samples. Of curves the same is shown of the abscissae, as
+their spacing.)",
      DefineStats},
     {"histogram", "Count the values in equal parts of their range",
      "Prints lower bound, upper bound and count of each part.", DefineHistogram},

@@ -1,4 +1,4 @@
-// kem integrate, stats and histogram: numbers about records.
+// kem value, integrate, stats and histogram: numbers about records.
 #include <algorithm>
 #include <iostream>
 
@@ -19,49 +19,104 @@ std::string NameOf(const Input& input) {
 
 std::string Text(const Bounds& range) { return Shortest(range.from) + " to " + Shortest(range.to); }
 
-// ------------------------------------------------------------ integrate
+// From the first to the last sample of an axis.
+Bounds Ends(const std::vector<float>& axis) {
+  if (axis.empty()) return {0, 0};
+  const auto [low, high] = std::minmax_element(axis.begin(), axis.end());
+  return axis.front() > axis.back() ? Bounds{*high, *low} : Bounds{*low, *high};
+}
 
-struct IntegrateOptions {
+// The part of records that is measured.
+struct Area {
   BoundsOption x;
   BoundsOption y;
-  bool absolute = false;
+
+  Bounds XOf(const PrnType& r) const { return x.Or(Ends(XCoordinates(r))); }
+  Bounds YOf(const PrnType& r) const { return y.Or(Ends(YCoordinates(r))); }
+  bool Given() const { return x.Given() || y.Given(); }
 };
 
-float IntegralOf(const PrnType& r, const IntegrateOptions& options) {
-  const Bounds x = options.x.Or(XRange(r));
-  const Bounds y = options.y.Or(YRange(r));
-  return options.absolute ? r.AbsIntegral(x.from, x.to, y.from, y.to) : r.Integral(x.from, x.to, y.from, y.to);
+void AddArea(CLI::App& app, Area& area, const std::string& does) {
+  AddBounds(app, 'x', area.x, (does + " this part of X (default all)").c_str());
+  AddBounds(app, 'y', area.y, (does + " this part of Y, for grids (default all)").c_str());
 }
 
 // Outside the data the library would count triangles.
-Problem CannotIntegrate(const PrnType& r, const IntegrateOptions& options) {
-  if (!r.Is3D() && options.y.Given()) return kForGrids;
-  Problem problem = CannotReach('X', XRange(r), options.x.Or(XRange(r)));
-  if (problem.empty() && r.Is3D()) problem = CannotReach('Y', YRange(r), options.y.Or(YRange(r)));
+Problem CannotMeasure(const PrnType& r, const Area& area) {
+  if (!r.Is3D() && area.y.Given()) return kForGrids;
+  Problem problem = CannotReach('X', Ends(XCoordinates(r)), area.XOf(r));
+  if (problem.empty() && r.Is3D()) problem = CannotReach('Y', Ends(YCoordinates(r)), area.YOf(r));
   return problem;
 }
 
-int PrintIntegrals(const Selection& selection, const IntegrateOptions& options) {
+// Prints a number of every record selected, where there are several behind its name.
+int PrintEach(const Selection& selection, const std::function<Problem(const PrnType&)>& cannot,
+              const std::function<float(PrnType&)>& number) {
   const bool named = selection.allItems || selection.files.size() > 1;
   return EachSelected(selection, "", [&](const Input& input) {
-    if (!NoProblem(input, CannotIntegrate(*input.record, options))) return false;
+    if (!NoProblem(input, cannot(*input.record))) return false;
     if (named) std::cout << NameOf(input) << '\t';
-    std::cout << Shortest(IntegralOf(*input.record, options)) << '\n';
+    std::cout << Shortest(number(*input.record)) << '\n';
     return true;
   });
 }
 
+// ------------------------------------------------------------ integrate
+
+struct IntegrateOptions {
+  Area area;
+  bool absolute = false;
+};
+
+// Stores a linear axis so that it begins at 0: there single precision is finest, and the integral is the same.
+// Returns the bounds on it.
+Bounds MoveToZero(PrnType& r, const LinearAxis& axis, const BoundsOption& bounds,
+                  void (*store)(PrnType&, const std::vector<float>&)) {
+  const LinearAxis moved{0, static_cast<float>(axis.Last() - axis.start), axis.step, axis.points};
+  store(r, moved.Coordinates());
+  const Bounds ends = Ends(moved.Coordinates());
+  const auto [low, high] = std::minmax(ends.from, ends.to);
+  const auto on = [&axis, low = low, high = high](float at) { return std::clamp(at - axis.start, low, high); };
+  return bounds.Given() ? Bounds{on(bounds.at[0]), on(bounds.at[1])} : ends;
+}
+
+float IntegralOf(const PrnType& record, const IntegrateOptions& options) {
+  PrnType r(record);
+  const auto& [x, y] = options.area;
+  const Bounds xs = r.HasX() ? options.area.XOf(r) : MoveToZero(r, XAxis(r), x, StoreX);
+  const Bounds ys = r.HasY() ? options.area.YOf(r) : MoveToZero(r, YAxis(r), y, StoreY);
+  return options.absolute ? r.AbsIntegral(xs.from, xs.to, ys.from, ys.to)
+                          : r.Integral(xs.from, xs.to, ys.from, ys.to);
+}
+
 Problem Integrate(Record& record, const IntegrateOptions& options) {
-  const bool bounds = options.x.Given() || options.y.Given();
+  const auto& [x, y] = options.area;
   if (!record->Is3D())
-    return bounds ? "is a curve, whose running integral takes no bounds; kem cut does"
-                  : Become(record, record->RunningIntegral(), "has no samples");
-  if (options.x.Given() == options.y.Given()) return "is a grid, which is integrated along either --x or --y";
-  const auto [from, to] = (options.x.Given() ? options.x : options.y).at;
+    return options.area.Given() ? "is a curve, whose running integral takes no bounds; kem cut does"
+                                : Become(record, record->RunningIntegral(), "has no samples");
+  if (x.Given() == y.Given()) return "is a grid, which is integrated along either --x or --y";
+  const auto [from, to] = (x.Given() ? x : y).at;
   const Titles titles(*record);
-  PrnType& profile = options.x.Given() ? record->IntegrateX(from, to) : record->IntegrateY(from, to);
-  SetTitles(profile, options.x.Given() ? titles.y : titles.x, titles.z);
+  PrnType& profile = x.Given() ? record->IntegrateX(from, to) : record->IntegrateY(from, to);
+  SetTitles(profile, x.Given() ? titles.y : titles.x, titles.z);
   return Become(record, profile, "has no samples within the bounds");
+}
+
+// ------------------------------------------------------------ value
+
+struct Place {
+  float x = 0;
+  float y = 0;
+  CLI::Option* givesY = nullptr;
+  bool nearest = false;
+};
+
+Problem HasNone(const PrnType& r, const Place& place) {
+  const bool grid = r.Is3D() != 0;
+  if (grid != (place.givesY->count() > 0)) return grid ? "is a grid, and needs --y too" : kForGrids;
+  Problem problem = CannotReach('X', Ends(XCoordinates(r)), {place.x, place.x});
+  if (problem.empty() && grid) problem = CannotReach('Y', Ends(YCoordinates(r)), {place.y, place.y});
+  return problem;
 }
 
 // ------------------------------------------------------------ stats
@@ -72,31 +127,37 @@ struct Extreme {
   float y = 0;
 };
 
-// The exact coordinate of a sample that the library found at the sum of its steps.
-void MakeExact(float& at, const std::vector<float>& found, const std::vector<float>& exact) {
-  const auto sample = std::find(found.begin(), found.end(), at);
-  if (sample != found.end()) at = exact[static_cast<std::size_t>(sample - found.begin())];
-}
+// A mean difference of neighbours: between the values of a grid it is noise, between the abscissae of a curve their
+// spacing.
+const char* NameOfDifference(const PrnType& r) { return r.Is3D() ? "noise" : "spacing"; }
 
 struct Statistics {
+  Bounds x;
+  Bounds y;
   Extreme least;
   Extreme greatest;
-  float noise;
+  float difference;
   float integral;
 
-  explicit Statistics(const PrnType& r) : noise(r.NoiseLevel()), integral(IntegralOf(r, {})) {
-    const Bounds all;
+  Statistics(PrnType& r, const Area& area)
+      : x(area.XOf(r)), y(area.YOf(r)), difference(r.NoiseLevel()), integral(IntegralOf(r, {area})) {
+    StoreAxes(r);
+    const auto [x1, x2] = std::minmax(x.from, x.to);
+    const auto [y1, y2] = std::minmax(y.from, y.to);
     if (r.Is3D())
-      r.MinMaxZ(all.from, all.to, all.from, all.to, least.value, greatest.value, least.x, least.y, greatest.x,
-                greatest.y);
+      r.MinMaxZ(x1, x2, y1, y2, least.value, greatest.value, least.x, least.y, greatest.x, greatest.y);
     else
-      r.MinMaxY(all.from, all.to, least.value, greatest.value, least.x, greatest.x);
-    for (Extreme* extreme : {&least, &greatest}) {
-      MakeExact(extreme->x, XOfOperations(r), XCoordinates(r));
-      if (r.Is3D()) MakeExact(extreme->y, YOfOperations(r), YCoordinates(r));
-    }
+      r.MinMaxY(x1, x2, least.value, greatest.value, least.x, greatest.x);
+    if (area.Given()) difference = Record(&r.Cut(x1, x2, y1, y2))->NoiseLevel();
   }
 };
+
+Problem HasNoStatistics(const PrnType& r, const Area& area) {
+  if (Problem problem = CannotMeasure(r, area); !problem.empty()) return problem;
+  const bool any =
+      HoldAnyOf(area.XOf(r), XCoordinates(r)) && (!r.Is3D() || HoldAnyOf(area.YOf(r), YCoordinates(r)));
+  return any || !area.Given() ? "" : "has no samples within the bounds";
+}
 
 Json RangeJson(const Bounds& range) { return {{"start", Number(range.from)}, {"end", Number(range.to)}}; }
 
@@ -106,19 +167,18 @@ Json ExtremeJson(const Extreme& extreme, bool grid) {
   return json;
 }
 
-Json StatisticsJson(const Input& input) {
+Json StatisticsJson(const Input& input, const Statistics& statistics) {
   const PrnType& r = *input.record;
-  const Statistics statistics(r);
   const bool grid = r.Is3D() != 0;
   Json json = {{"file", Utf8(input.file)},
                {"item", input.item},
                {"shape", grid ? "grid" : "curve"},
                {"points", grid ? Json{r.nX, r.nY} : Json{r.nY}},
-               {"x", RangeJson(XRange(r))}};
-  if (grid) json["y"] = RangeJson(YRange(r));
+               {"x", RangeJson(statistics.x)}};
+  if (grid) json["y"] = RangeJson(statistics.y);
   json["min"] = ExtremeJson(statistics.least, grid);
   json["max"] = ExtremeJson(statistics.greatest, grid);
-  json["noise"] = Number(statistics.noise);
+  json[NameOfDifference(r)] = Number(statistics.difference);
   json["integral"] = Number(statistics.integral);
   return json;
 }
@@ -127,25 +187,31 @@ std::string Text(const Extreme& extreme, bool grid) {
   return Shortest(extreme.value) + " at " + Shortest(extreme.x) + (grid ? ", " + Shortest(extreme.y) : "");
 }
 
-void PrintStatistics(const Input& input) {
+void PrintStatistics(const Input& input, const Statistics& statistics) {
   const PrnType& r = *input.record;
-  const Statistics statistics(r);
   const bool grid = r.Is3D() != 0;
-  std::cout << NameOf(input) << ": " << ShapeOf(r) << "\n  X         " << Text(XRange(r));
-  if (grid) std::cout << "\n  Y         " << Text(YRange(r));
-  std::cout << "\n  least     " << Text(statistics.least, grid)     //
-            << "\n  greatest  " << Text(statistics.greatest, grid)  //
-            << "\n  noise     " << Shortest(statistics.noise)       //
-            << "\n  integral  " << Shortest(statistics.integral) << '\n';
+  const std::vector<std::pair<std::string, std::string>> lines = {
+      {"X", Text(statistics.x)},
+      {grid ? "Y" : "", Text(statistics.y)},
+      {"least", Text(statistics.least, grid)},
+      {"greatest", Text(statistics.greatest, grid)},
+      {NameOfDifference(r), Shortest(statistics.difference)},
+      {"integral", Shortest(statistics.integral)},
+  };
+  std::cout << NameOf(input) << ": " << ShapeOf(r) << '\n';
+  for (const auto& [name, text] : lines)
+    if (!name.empty()) std::cout << "  " << name << std::string(10 - name.size(), ' ') << text << '\n';
 }
 
-int PrintAllStatistics(const Selection& selection, bool asJson) {
+int PrintAllStatistics(const Selection& selection, const Area& area, bool asJson) {
   Json document = Json::array();
   const int status = EachSelected(selection, "", [&](const Input& input) {
+    if (!NoProblem(input, HasNoStatistics(*input.record, area))) return false;
+    const Statistics statistics(*input.record, area);
     if (asJson)
-      document.push_back(StatisticsJson(input));
+      document.push_back(StatisticsJson(input, statistics));
     else
-      PrintStatistics(input);
+      PrintStatistics(input, statistics);
     return true;
   });
   if (asJson) std::cout << document.dump(2) << '\n';
@@ -180,23 +246,45 @@ void PrintHistogram(const Input& input, const HistogramOptions& options) {
 
 Run DefineIntegrate(CLI::App& app) {
   auto options = std::make_shared<IntegrateOptions>();
-  AddBounds(app, 'x', options->x, "Integrate over this part of X (default all)");
-  AddBounds(app, 'y', options->y, "Integrate over this part of Y, for grids (default all)");
+  AddArea(app, options->area, "Integrate over");
   CLI::Option* absolute = app.add_flag("--absolute", options->absolute, "Add areas below 0 too");
   auto task = AddTask(app);
   for (const char* output : {"--output", "--dir", "--to"}) absolute->excludes(app.get_option(output));
   return [&app, task, options] {
-    if (!task->output.IsAsked()) return PrintIntegrals(task->selection, *options);
+    if (!task->output.IsAsked())
+      return PrintEach(
+          task->selection, [&](const PrnType& r) { return CannotMeasure(r, options->area); },
+          [&](const PrnType& r) { return IntegralOf(r, *options); });
     return Transform(app, *task, [&](Record& record) { return Integrate(record, *options); });
+  };
+}
+
+Run DefineValue(CLI::App& app) {
+  auto selection = std::make_shared<Selection>();
+  auto place = std::make_shared<Place>();
+  app.add_option("-x,--x", place->x, "X coordinate")->type_name("X")->check(FiniteNumber())->required();
+  place->givesY = app.add_option("-y,--y", place->y, "Y coordinate, for grids (required there)")
+                      ->type_name("Y")
+                      ->check(FiniteNumber());
+  app.add_flag("-n,--nearest", place->nearest, "The value of the nearest sample, not one between samples");
+  AddSelection(app, *selection);
+  return [selection, place] {
+    return PrintEach(
+        *selection, [&](const PrnType& r) { return HasNone(r, *place); },
+        [&](const PrnType& r) {
+          return place->nearest ? r.Nearest(place->x, place->y) : r.At(place->x, place->y);
+        });
   };
 }
 
 Run DefineStats(CLI::App& app) {
   auto selection = std::make_shared<Selection>();
+  auto area = std::make_shared<Area>();
   auto asJson = std::make_shared<bool>(false);
+  AddArea(app, *area, "Look at");
   AddSelection(app, *selection);
   app.add_flag("-j,--json", *asJson, "Print one JSON document, a list with one object per record");
-  return [selection, asJson] { return PrintAllStatistics(*selection, *asJson); };
+  return [selection, area, asJson] { return PrintAllStatistics(*selection, *area, *asJson); };
 }
 
 Run DefineHistogram(CLI::App& app) {

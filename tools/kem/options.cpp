@@ -4,24 +4,12 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <functional>
 #include <iterator>
 
 #include "system.h"
 
 namespace kem::tool {
 namespace {
-
-CLI::Validator Needed(const std::string& what, const std::function<bool(const std::string&)>& holds) {
-  return {[what, holds](std::string& value) { return holds(value) ? "" : what + " is needed, not " + value; }, ""};
-}
-
-// Not a number unless the whole text is one.
-float NumberIn(const std::string& text) {
-  char* end = nullptr;
-  const float number = std::strtof(text.c_str(), &end);
-  return !text.empty() && *end == '\0' ? number : std::nanf("");
-}
 
 bool IsWholeNumber(const std::string& text, int least, int most) {
   int number = 0;
@@ -64,6 +52,16 @@ CLI::Option* AddItem(CLI::App& app, int& item) {
       ->check(WholeNumber(1, 1000000));
 }
 
+float NumberIn(const std::string& text) {
+  char* end = nullptr;
+  const float number = std::strtof(text.c_str(), &end);
+  return !text.empty() && *end == '\0' ? number : std::nanf("");
+}
+
+CLI::Validator Needed(const std::string& what, const std::function<bool(const std::string&)>& holds) {
+  return {[what, holds](std::string& value) { return holds(value) ? "" : what + " is needed, not " + value; }, ""};
+}
+
 CLI::Validator WholeNumber(int least, int most) {
   return Needed("a whole number from " + std::to_string(least) + " to " + std::to_string(most),
                 [=](const std::string& text) { return IsWholeNumber(text, least, most); });
@@ -78,8 +76,9 @@ CLI::Validator BoundNumber() {
 }
 
 CLI::Validator OneOf(const std::vector<std::string>& words) {
-  return Needed("one of " + CLI::detail::join(words, ", "),
-                [words](const std::string& text) { return std::ranges::find(words, text) != words.end(); });
+  return Needed("one of " + CLI::detail::join(words, ", "), [words](const std::string& text) {
+    return std::find(words.begin(), words.end(), text) != words.end();
+  });
 }
 
 std::string TakesMore(const CLI::Option& option) {

@@ -1,6 +1,12 @@
-// kem slice, cut, reduce, resample, swap and sort: other axes, the same values.
+// kem slice, cut, reduce, resample, axis, swap and sort: other axes, the same values.
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <string_view>
+#include <utility>
 
 #include "bounds.h"
 #include "options.h"
@@ -100,13 +106,113 @@ Problem ResampleLike(Record& record, const PrnType& other) {
 int Resample(const CLI::App& app, Task& task, const ResampleOptions& options) {
   Record other;
   if (!options.like.empty()) {
-    Input input = LoadItem(options.like, 1);
-    if (!NoProblem(options.like, input.problem)) return kFailed;
+    const auto [file, item] = ItemNamed(options.like);
+    Input input = LoadItem(file, std::max(item, 1));
+    if (!NoProblem(file, input.problem)) return kFailed;
     other = std::move(input.record);
   }
   return Transform(app, task, [&](Record& record) {
     return other ? ResampleLike(record, *other) : ResampleEvenly(record, options.x, options.y);
   });
+}
+
+// ------------------------------------------------------------ axis
+
+// Those that stand in front of a number, and those that stand alone.
+constexpr std::string_view kOperators = "+-*/^";
+constexpr std::string_view kFunctions[] = {"s",    "inv",  "exp",  "log",  "ln",   "sin",   "cos",   "tan",  "asin",
+                                           "acos", "atan", "sinh", "cosh", "tanh", "asinh", "acosh", "atanh"};
+
+struct AxisChange {
+  std::string operation;
+  float value = 0;
+
+  explicit AxisChange(const std::string& text) : operation(text) {
+    if (text.empty() || kOperators.find(text.front()) == kOperators.npos) return;
+    operation.resize(1);
+    value = NumberIn(text.substr(1));
+  }
+
+  // Dividing by 0 would make every coordinate 0.
+  bool IsKnown() const {
+    if (std::find(std::begin(kFunctions), std::end(kFunctions), operation) != std::end(kFunctions)) return true;
+    return operation.size() == 1 && std::isfinite(value) && (operation != "/" || value != 0);
+  }
+
+  bool KeepsSteps() const { return operation == "+" || operation == "-" || operation == "s"; }
+};
+
+struct AxisOptions {
+  std::string x;
+  std::string y;
+};
+
+Problem ChangeAxis(Record& record, char axis, const std::string& text) {
+  if (text.empty()) return {};
+  if (axis == 'y' && !record->Is3D()) return kForGrids;
+  AxisChange change(text);
+  if (!change.KeepsSteps() && axis == 'x' && !record->HasX()) StoreX(*record, XCoordinates(*record));
+  if (!change.KeepsSteps() && axis == 'y' && !record->HasY()) StoreY(*record, YCoordinates(*record));
+  record = std::make_unique<PrnType>(record->AxisOp(axis, change.operation.data(), change.value));
+  const auto at = axis == 'x' ? XCoordinates(*record) : YCoordinates(*record);
+  const bool finite = std::all_of(at.begin(), at.end(), [](float c) { return std::isfinite(c); });
+  return finite ? "" : std::string("gets ") + axis + " coordinates that are not finite";
+}
+
+CLI::Option* AddAxisChange(CLI::App& app, const char* name, std::string& text) {
+  return app.add_option(name, text, "What to do to the coordinates: -3480, *2, /2, ^2, inv, log, ...")
+      ->type_name("OPERATION")
+      ->check(Needed("an operation such as -3480, *2 or inv",
+                     [](const std::string& operation) { return AxisChange(operation).IsKnown(); }));
+}
+
+// ------------------------------------------------------------ swap
+
+// Where a record keeps the titles of X and Y. Those of some instruments are fixed, and some files have none.
+std::pair<char*, char*> TitleFields(PrnType& r) {
+  switch (r.fileType) {
+    case FileDilor:
+      return {r.dilor.dilorXLabel, r.dilor.dilorYLabel};
+    case FileCary45:
+      return {r.cary45.cary45XLabel, r.cary45.cary45YLabel};
+    case FileHPDTA:
+      return {r.hpdta.hpdtaXUnit, r.hpdta.hpdtaYUnit};
+    case FileCaryDSW:
+      return {r.dsw.dswXTitle, r.dsw.dswYTitle};
+    case FileCvt:
+    case FileXY:
+    case FileP2D:
+    case FileP3D:
+    case FileBES3T:
+      return {r.xLabel, r.yLabel};
+    default:
+      return {};
+  }
+}
+
+bool HasFixedTitles(const PrnType& r) {
+  return r.fileType == FileHama || r.fileType == FileBruker || r.fileType == FileCaryPrn || r.fileType == FileNPico;
+}
+
+// A record of no instrument, with the same titles and, of a grid, comment.
+void MakePlain(PrnType& r) {
+  const Titles titles(r);
+  std::string comment(2 * sizeof r.headerArea, '\0');
+  r.CommentBlock(comment.data(), static_cast<int>(comment.size()));
+  std::memset(&r.headerArea, 0, sizeof r.headerArea);
+  r.fileType = r.Is3D() ? FileP3D : FileXY;
+  SetTitles(r, titles.x, titles.y);
+  std::istringstream lines(comment.c_str());
+  if (!r.Is3D()) return;
+  std::snprintf(r.zLabel, sizeof r.zLabel, "%s", titles.z);
+  for (auto& line : r.commentLines) lines.getline(line, sizeof line);
+}
+
+Problem Swap(Record& record) {
+  if (HasFixedTitles(*record)) MakePlain(*record);
+  record->SwapXY();
+  if (const auto [x, y] = TitleFields(*record); x) std::swap_ranges(x, x + kTextSize, y);
+  return {};
 }
 
 }  // namespace
@@ -152,12 +258,18 @@ Run DefineResample(CLI::App& app) {
   return [&app, task, options] { return Resample(app, *task, *options); };
 }
 
-Run DefineSwap(CLI::App& app) {
-  return DefineTransform(app, [](Record& record) {
-    record->SwapXY();
-    return Problem();
+Run DefineAxis(CLI::App& app) {
+  auto options = std::make_shared<AxisOptions>();
+  CLI::Option* x = AddAxisChange(app, "-x,--x", options->x);
+  CLI::Option* y = AddAxisChange(app, "-y,--y", options->y);
+  RequireAny(app, x, y);
+  return DefineTransform(app, [options](Record& record) {
+    Problem problem = ChangeAxis(record, 'x', options->x);
+    return problem.empty() ? ChangeAxis(record, 'y', options->y) : problem;
   });
 }
+
+Run DefineSwap(CLI::App& app) { return DefineTransform(app, Swap); }
 
 Run DefineSort(CLI::App& app) {
   return DefineTransform(app, [](Record& record) {

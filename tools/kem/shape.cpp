@@ -1,5 +1,6 @@
 #include "shape.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <memory>
@@ -46,6 +47,26 @@ std::vector<float> LinearAxis::Coordinates() const {
 
 LinearAxis XAxis(const PrnType& r) { return {r.xStart, r.xEnd, r.xStep, r.Is3D() ? r.nX : r.nY}; }
 LinearAxis YAxis(const PrnType& r) { return {r.yStart, r.yEnd, r.yStep, r.nY}; }
+
+void StoreX(PrnType& r, const std::vector<float>& x) {
+  r.xArray = new float[x.size()];
+  std::copy(x.begin(), x.end(), r.xArray);
+  r.nX = static_cast<int>(x.size());
+  r.allocType |= AllocX;
+  r.MinMax();
+}
+
+void StoreY(PrnType& grid, const std::vector<float>& y) {
+  grid.yArray = new float[y.size()];
+  std::copy(y.begin(), y.end(), grid.yArray);
+  grid.allocType |= AllocY;
+  grid.MinMax();
+}
+
+void StoreAxes(PrnType& r) {
+  if (!r.HasX()) StoreX(r, XCoordinates(r));
+  if (!r.HasY()) StoreY(r, YCoordinates(r));  // that of a curve are its values
+}
 
 std::vector<float> XOfOperations(const PrnType& r) { return HandedOut(r, &PrnType::ArrayFromXAxis); }
 std::vector<float> YOfOperations(const PrnType& r) { return HandedOut(r, &PrnType::ArrayFromYAxis); }

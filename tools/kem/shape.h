@@ -42,6 +42,13 @@ LinearAxis YAxis(const PrnType& record);
 std::vector<float> XCoordinates(const PrnType& record);
 std::vector<float> YCoordinates(const PrnType& record);
 
+// Give a record coordinates instead of a linear axis.
+void StoreX(PrnType& record, const std::vector<float>& x);
+void StoreY(PrnType& grid, const std::vector<float>& y);
+
+// Writes linear axes out, so that the library's operations find samples where the command tells them to be.
+void StoreAxes(PrnType& record);
+
 // Where the library's operations look for them: they add up the steps of a linear axis in single precision.
 std::vector<float> XOfOperations(const PrnType& record);
 std::vector<float> YOfOperations(const PrnType& record);

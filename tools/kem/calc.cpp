@@ -1,11 +1,15 @@
 // kem calc: arithmetic between files and numbers.
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <iterator>
 #include <memory>
+#include <system_error>
+#include <vector>
 
 #include "expression.h"
 #include "shape.h"
+#include "system.h"
 #include "text.h"
 #include "transform.h"
 
@@ -90,9 +94,21 @@ Value Failed(std::size_t position, const std::string& sentence) {
   return {};
 }
 
-Value Loaded(const std::string& file) {
-  Input input = LoadItem(file, 1);
-  if (NoProblem(file, input.problem) && input.more) Complain(file + ": holds further items; calc takes the first");
+// A name that is no file but goes on behind the name of one may have been meant as a division.
+Problem MeansDivision(const std::string& name) {
+  std::error_code error;
+  for (auto slash = name.find('/'); slash != name.npos; slash = name.find('/', slash + 1))
+    if (std::filesystem::is_regular_file(PathOf(name.substr(0, slash)), error))
+      return "; a division needs blanks, " + name.substr(0, slash) + " / " + name.substr(slash + 1);
+  return {};
+}
+
+Value Loaded(const std::string& name) {
+  const auto [file, item] = ItemNamed(name);
+  Input input = LoadItem(file, std::max(item, 1));
+  if (!input.problem.empty()) input.problem += MeansDivision(name);
+  if (NoProblem(file, input.problem) && input.more && item == 0)
+    Complain(file + ": holds further items; calc takes the first, and " + file + "#2 is the second");
   return {std::move(input.record), false};
 }
 
@@ -118,6 +134,30 @@ Value Refused(const Expression& e, const Value& a, const Value& b) {
   return Failed(e.position, Described(a) + ' ' + e.text + ' ' + Described(b) + ": " + reason);
 }
 
+std::size_t CountWithin(const std::vector<float>& axis, const std::vector<float>& range) {
+  if (range.empty()) return 0;
+  const auto [low, high] = std::minmax_element(range.begin(), range.end());
+  return static_cast<std::size_t>(std::count_if(
+      axis.begin(), axis.end(), [low = *low, high = *high](float at) { return low <= at && at <= high; }));
+}
+
+// Says so when the right operand does not reach all points of the left one.
+void WarnOfGaps(const PrnType& a, const PrnType& b) {
+  if (a.SameAxes(b)) return;
+  const auto x = XOfOperations(a);
+  std::size_t points = x.size();
+  std::size_t covered = CountWithin(x, XOfOperations(b));
+  if (a.Is3D()) {
+    const auto y = YOfOperations(a);
+    points *= y.size();
+    covered *= CountWithin(y, YOfOperations(b));
+  }
+  if (covered == points) return;
+  Complain(std::string("calc: ") + b.fileName + " covers " + std::to_string(covered) + " of " +
+           std::to_string(points) + " points of " + a.fileName + "; it " +
+           (a.Is3D() ? "goes on along its outermost lines" : "counts as 0 at the others"));
+}
+
 Value Combined(const Expression& e) {
   Value a = ValueOf(e.operands[0]);
   if (!a) return {};
@@ -126,6 +166,7 @@ Value Combined(const Expression& e) {
   const Operator& op = *std::ranges::find(kOperators, e.text.front(), &Operator::sign);
   Value result{Calculated([&] { return Result(op, a, b); }), a.isNumber && b.isNumber};
   if (!*result.record) return Refused(e, a, b);
+  if (!a.isNumber && !b.isNumber && op.sign != '&') WarnOfGaps(*a.record, *b.record);
   return result;
 }
 

@@ -90,7 +90,7 @@ int Parse(CLI::App& app, std::vector<std::string> words) {
     return kMisused;
   }
   try {
-    std::ranges::reverse(words);  // the order in which the parser takes them
+    std::reverse(words.begin(), words.end());  // the order in which the parser takes them
     app.parse(words);
   } catch (const CLI::Success& request) {  // help or version
     app.exit(request);

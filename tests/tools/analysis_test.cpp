@@ -206,6 +206,15 @@ TEST_CASE("kem: slices are named after the axes, and several files go into a fol
   const std::string out = Quoted(folder.Path("."));
   CHECK(Kem("slice streak.p3d --x 442 445 --to csv -d " + out).status == 0);
   CHECK(ReadBytes(folder.Path("streak.csv")).starts_with("Time (ns),Intensity (counts)\n0,38\n"));
+  folder.Write("fixed.par", "JSS 0\nHCF 10\nHSW 4\n");
+  folder.Write("fixed.spc", Bytes(std::endian::big).Put(7).Put(8));
+  for (const auto& [name, start] : {std::pair("streak.p3d", "Time (ns),Wavelength (nm),Intensity (counts)\n0,430,"),
+                                    std::pair("nitroxide.DSC", "Intensity (),Field (G)\n-66,3308.7\n"),
+                                    std::pair("", "Intensity,Gauss\n7,8\n8,12\n")}) {
+    const std::string source = *name ? name : folder.Path("fixed.par");
+    CHECK(Kem("swap -fo " + Quoted(folder.Path("streak.csv")) + Quoted(source)).status == 0);
+    CHECK(ReadBytes(folder.Path("streak.csv")).starts_with(start));
+  }
   const Result several = Kem("diff --to b2d -d " + out + "raman.prn streak.p3d nitroxide.DSC");
   CHECK(several.status == 1);
   CHECK(
@@ -213,7 +222,8 @@ TEST_CASE("kem: slices are named after the axes, and several files go into a fol
       "kem: streak.p3d: b2d holds curves only, and this is a grid of 50 x 100 points\nkem: 2 of 3 files written\n");
   CHECK(Kem("reduce -x 2 --to csv -a columns.nxy -d " + out).status == 0);
   CHECK(Names(folder.Path(".")) == std::set<std::string>{"streak.csv", "raman.b2d", "nitroxide.b2d",
-                                                         "columns_01.csv", "columns_02.csv", "columns_03.csv"});
+                                                         "columns_01.csv", "columns_02.csv", "columns_03.csv",
+                                                         "fixed.par", "fixed.spc"});
 }
 
 TEST_CASE("kem integrate, stats and histogram print what the members return") {

@@ -70,6 +70,7 @@ TEST_CASE("kem: help, manual page and completion come from one description") {
     CHECK(manual.find("\n.SS kem " + command + ' ') != std::string::npos);
     CHECK(completion.find("\n    " + command + ") words='-h --help ") != std::string::npos);
   }
+  CHECK(Kem("slant -h").out.find("-p,--points X1 VALUE1 X2 VALUE2 (required)\n") != std::string::npos);
   CHECK(manual.find("\n.B \\-o,\\-\\-output \\fIFILE\\fR\n") != std::string::npos);
   CHECK(completion.find("-t|--to) ") != std::string::npos);
 }
@@ -101,13 +102,13 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
        "not a Bruker ESR spc/par file: it has no line that begins with JSS, DOS, GST or JEX"},
       {folder.Write("table.cvt", "ca\nx\ny\n\n\n\n1 2\n3 4\n"),
        "not a CVT file: it is a table with several numbers in a line"},
-      {folder.Path("\x1b[1m"), "no such file"},
+      {folder.Path("gone\x7f"), "no such file"},
   };
   std::string all = Quoted(good);
   std::string err;
   for (const auto& [file, reason] : cases) {
     all += Quoted(file);
-    const std::string name = file.ends_with("\x1b[1m") ? folder.Path("\\x1b[1m") : file;
+    const std::string name = file.ends_with("\x7f") ? folder.Path("gone\\x7f") : file;
     err.append("kem: ").append(name).append(": ").append(reason).append("\n");
   }
   const Result result = Kem("info --level 1 " + all + Quoted(good));
@@ -115,6 +116,10 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
   CHECK(result.status == 1);
   CHECK(result.err == err);
   CHECK(result.out == report + '\n' + report);
+  const std::string red = Quoted(folder.Write("red#2", "XY\n\x1b[31mred\n\x9bm\n\n\n\n\n1 2\n3 4\n"));
+  CHECK(Kem("info " + red).out.find(" \\x1b[31mred\nZ-axis : \\x9bm\n") != std::string::npos);
+  CHECK(Kem("items " + red).out.ends_with("\tcurve 2\t\\x9bm\n"));
+  CHECK(Kem("calc -o " + Quoted(folder.Path("red.csv")) + "\"1*'" + folder.Path("red#2") + "'\"").status == 0);
 }
 
 TEST_CASE("kem info: JSON holds shape, axes, values, parameters and comment of every file") {

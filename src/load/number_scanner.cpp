@@ -40,23 +40,37 @@ const char* EndOfToken(const char* at, const char* end) {
 }  // namespace
 
 NumberScanner::NumberScanner(std::istream& in, std::string_view separators)
-    : in_(in), separators_(separators), state_(in.rdstate()), capacity_(kBlock), buffer_(new char[kBlock]) {
+    : in_(in), separators_(separators), capacity_(kBlock), buffer_(new char[kBlock]) {
   at_ = end_ = buffer_.get();
 }
 
 NumberScanner::~NumberScanner() {
-  in_.clear();
-  if (at_ != end_) in_.rdbuf()->pubseekoff(at_ - end_, std::ios::cur, std::ios::in);
-  in_.clear(state_);
+  try {
+    GiveBack();
+  } catch (...) {  // the stream keeps the failure that it threw
+  }
+}
+
+void NumberScanner::GiveBack() {
+  const std::streamoff ahead = end_ - at_;
+  at_ = end_;
+  if (ahead != 0) in_.seekg(-ahead, std::ios::cur);
+}
+
+void NumberScanner::Report(std::ios::iostate state) {
+  if (state == std::ios::goodbit) return;
+  GiveBack();
+  in_.setstate(state);
 }
 
 bool NumberScanner::IsSpace(char c) const {
   return c == ' ' || (c >= '\t' && c <= '\r') || separators_.find(c) != separators_.npos;
 }
 
-// Gets more characters behind those that are left, in a larger buffer when a token fills it.
+// Gets more characters behind those that are left, in a larger buffer when a token fills it. The stream throws
+// nothing here: its end is reported once the numbers before it are taken.
 bool NumberScanner::Refill() {
-  if (exhausted_) return false;
+  if (ended_ != std::ios::goodbit) return false;
   const auto left = static_cast<std::size_t>(end_ - at_);
   if (left > capacity_ / 2) {
     std::unique_ptr<char[]> larger(new char[capacity_ * 2]);
@@ -66,9 +80,12 @@ bool NumberScanner::Refill() {
   } else {
     std::memmove(buffer_.get(), at_, left);
   }
+  const auto exceptions = in_.exceptions();
+  in_.exceptions(std::ios::goodbit);
   in_.read(buffer_.get() + left, static_cast<std::streamsize>(capacity_ - left));
-  exhausted_ = !in_.good();
-  if (in_.bad()) state_ |= std::ios::badbit;
+  ended_ = in_.rdstate() & (std::ios::eofbit | std::ios::badbit);
+  in_.clear();
+  in_.exceptions(exceptions);
   at_ = buffer_.get();
   end_ = at_ + left + in_.gcount();
   return in_.gcount() > 0;
@@ -83,14 +100,8 @@ bool NumberScanner::SkipSpace() {
 }
 
 void NumberScanner::Next(float& value) {
-  if (!Good()) {
-    state_ |= std::ios::failbit;
-    return;
-  }
-  if (!SkipSpace()) {
-    state_ |= std::ios::eofbit | std::ios::failbit;
-    return;
-  }
+  if (!Good()) return Report(std::ios::failbit);
+  if (!SkipSpace()) return Report(ended_ | std::ios::failbit);
   if (!NextPlain(value)) NextByRule(value);
 }
 
@@ -107,21 +118,18 @@ bool NumberScanner::NextPlain(float& value) {
 }
 
 void NumberScanner::NextByRule(float& value) {
-  const char* last = EndOfToken(at_, end_);
-  while (last == end_ && Refill()) last = EndOfToken(at_, end_);
-  const std::string_view token(at_, static_cast<std::size_t>(last - at_));
-  at_ = last;
-  if (last == end_) state_ |= std::ios::eofbit;
-  value = 0;
+  std::ptrdiff_t length = 0;  // a refill moves the token
+  do length = EndOfToken(at_, end_) - at_;
+  while (at_ + length == end_ && Refill());
+  const std::string_view token(at_, static_cast<std::size_t>(length));
+  at_ += length;
+  std::ios::iostate state = at_ == end_ ? ended_ : std::ios::goodbit;
   float parsed = 0;
-  if (token.empty() || ParseLenient(token, parsed) != token.size()) {
-    state_ |= std::ios::failbit;
-  } else if (std::isinf(parsed)) {
-    value = std::copysign(std::numeric_limits<float>::max(), parsed);
-    state_ |= std::ios::failbit;
-  } else {
-    value = parsed;
-  }
+  const bool isNumber = !token.empty() && ParseLenient(token, parsed) == token.size();
+  const bool tooLarge = isNumber && std::isinf(parsed);
+  if (!isNumber || tooLarge) state |= std::ios::failbit;
+  value = !isNumber ? 0 : tooLarge ? std::copysign(std::numeric_limits<float>::max(), parsed) : parsed;
+  Report(state);
 }
 
 void ScanNumbers(std::istream& in, std::span<float> values) {

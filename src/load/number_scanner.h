@@ -12,7 +12,8 @@ namespace kem::load {
 // The same tokens, the same values, the same stopping point and the same state of the stream: a token is the
 // longest run that looks like a number; one that is none ("1e", ".") is consumed, gives 0 and fails the stream;
 // one that is too large gives the largest float and fails it. The stream, opened in binary mode, gets back what
-// was read ahead, and its state, when the scanner goes.
+// was read ahead with the first condition or when the scanner goes. A stream whose exceptions are switched on
+// throws out of Next; the scanner itself goes without one.
 class NumberScanner {
  public:
   // Characters of `separators` count as white space between numbers.
@@ -25,9 +26,9 @@ class NumberScanner {
   void Next(float& value);
 
   // Whether the stream would report no condition now.
-  bool Good() const { return state_ == std::ios::goodbit; }
+  bool Good() const { return in_.good(); }
   // Whether it would report a failure; the last number may also end with the stream.
-  bool Failed() const { return (state_ & (std::ios::failbit | std::ios::badbit)) != 0; }
+  bool Failed() const { return in_.fail(); }
 
  private:
   bool SkipSpace();
@@ -35,11 +36,12 @@ class NumberScanner {
   bool NextPlain(float& value);
   void NextByRule(float& value);
   bool IsSpace(char c) const;
+  void GiveBack();
+  void Report(std::ios::iostate state);
 
   std::istream& in_;
   std::string_view separators_;
-  std::ios::iostate state_;
-  bool exhausted_ = false;  // the stream has nothing more to give
+  std::ios::iostate ended_ = std::ios::goodbit;  // why the stream has nothing more to give
   std::size_t capacity_;
   std::unique_ptr<char[]> buffer_;
   const char* at_;

@@ -145,13 +145,14 @@ constexpr KemParameter kCaryDSW[] = {
 constexpr KemParameter kIccdCurve[] = {Field<&IccdCurveHeaderType::iccdCurveExtra>("iccdCurveExtra")};
 constexpr KemParameter kIccdImage[] = {Field<&IccdImageHeaderType::iccdImageHeader>("iccdImageHeader")};
 
-constexpr float kSweepSpans[] = {1.17f, 1.97f, 5.32f, 9.94f, 20.1f, 49.9f, 99.8f, 199,
-                                 500,   1000,  2000,  5000,  10000, 20000, 50000, 100000};
+constexpr float kSweepSpans[] = {0,   1.17f, 1.97f, 5.32f, 9.94f, 20.1f, 49.9f, 99.8f, 199,
+                                 500, 1000,  2000,  5000,  10000, 20000, 50000, 100000};
 
 }  // namespace
 
-float SweepSpan(int code) {
-  return code >= 1 && code <= static_cast<int>(std::size(kSweepSpans)) ? kSweepSpans[code - 1] : 0;
+const float& SweepSpan(int code) {
+  const auto row = static_cast<unsigned>(code);
+  return kSweepSpans[row < std::size(kSweepSpans) ? row : 0];
 }
 
 }  // namespace kem::record

@@ -55,6 +55,6 @@ constexpr KemParameter Field(const char* name = nullptr) {
 }
 
 // Time span in ns of a Hamamatsu raw image by its sweep-range code; 0 for a code outside 1 to 16.
-float SweepSpan(int code);
+const float& SweepSpan(int code);
 
 }  // namespace kem::record

@@ -19,7 +19,7 @@ using kem::load::TextOf;
 
 namespace {
 
-// A line is its label, the value, and a unit. A line of a comment block is cut to 131 characters.
+// A line is its label, the value, and a unit. A line of a comment block is cut to 130 characters and its end.
 struct Line {
   const char* label;
   KemParameter value;
@@ -29,10 +29,8 @@ struct Line {
 // ------------------------------------------------------------ values that are no plain field
 
 // The table entry behind the sweep-range code, not the code.
-constexpr KemParameter kSweepRange{nullptr, KemParameterKind::Float, 1, [](const PrnType& record) -> const void* {
-                                     static float span;
-                                     span = SweepSpan(record.hama.hamaSweepRange);
-                                     return &span;
+constexpr KemParameter kSweepRange{nullptr, KemParameterKind::Float, 1, [](const PrnType& r) -> const void* {
+                                     return &SweepSpan(r.hama.hamaSweepRange);
                                    }};
 
 // Raw bytes of the OMA and ICCD curve blocks, shown as the numbers that they hold.
@@ -456,9 +454,9 @@ std::string WholeWords(std::string text) {
 
 // ------------------------------------------------------------ assembling
 
-void AppendLine(std::string& text, std::string line) {
-  line += '\n';
-  text += line.substr(0, kTextSize - 1);
+void AppendLine(std::string& text, std::string_view line) {
+  text += line.substr(0, kTextSize - 2);
+  text += '\n';
 }
 
 void PrintAxis(const char* axis, bool stored, int count, float start, float end, float step) {
@@ -533,7 +531,7 @@ void PrnType::CommentBlock(char* const text, int size) const {
   std::string block;
   if (fileType == FileP3D)
     for (const auto& comment : commentLines) {
-      if (&comment == commentLines || comment[0]) AppendLine(block, std::string(TextOf(comment)));
+      if (&comment == commentLines || comment[0]) AppendLine(block, TextOf(comment));
     }
   const bool wholeWords = fileType == FileP2D || fileType == FileOMA;
   for (const Line& line : CommentLines(*this)) {

@@ -20,6 +20,10 @@ TEST_CASE("p3d: a grid and a curve as text, and back, with either line end") {
   std::snprintf(grid.zLabel, kTextSize, "signal");
   std::snprintf(grid.commentLines[0], kTextSize, "first");
   std::snprintf(grid.commentLines[2], kTextSize, "third");
+  PrnType wordy = grid;
+  for (auto* text : {wordy.xLabel, wordy.commentLines[0], wordy.commentLines[5]})
+    std::fill_n(text, kTextSize - 1, 'w');
+  CHECK_SAME(ValuesOf(Read(Written(wordy, &PrnType::WriteP3D), &PrnType::ReadP3D).record), ValuesOf(grid));
   CHECK(Written(grid, &PrnType::WriteP3D) == kGrid);
   for (const std::string& text : {kGrid, WithCrLf(kGrid), "leading lines\n" + kGrid}) {
     const Read file(text, &PrnType::ReadP3D);

@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <limits>
 #include <span>
 #include <string_view>
 #include <variant>
@@ -90,14 +89,6 @@ bool TakeLabel(std::string_view line, std::span<const Label> labels, PrnType& re
     return label.last;
   }
   return false;
-}
-
-// Reads a line, of which the first 131 characters matter. Comments and names in these files may be longer.
-void ReadStartOfLine(std::istream& in, Text& line) {
-  ReadLine(in, line);
-  if (!in.fail() || in.eof() || in.bad() || in.gcount() != kTextSize - 1) return;
-  in.clear();
-  in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
 }
 
 void ReadPreamble(std::istream& in, PrnType& record, Counts& counts) {

@@ -91,10 +91,11 @@ int ForEachLine(std::istream& in, std::string_view section, ParseLine parse) {
   Text line = {};
   do {
     if (!in.good()) return kRefused;
-    ReadLine(in, line);
+    ReadStartOfLine(in, line);
   } while (!TextOf(line).starts_with(section));
   while (in.good()) {
-    ReadTrimmedLine(in, line);
+    ReadStartOfLine(in, line);
+    TrimTrailing(line);
     if (in.fail() || line[0] == '#') break;
     const std::string_view text = TextOf(line);
     const auto content = text.substr(0, text.find('*'));

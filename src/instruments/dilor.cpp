@@ -39,7 +39,8 @@ void Unquote(Text& line) {
 void ReadTextLines(std::istream& in, std::span<Text> lines) {
   for (Text& line : lines) {
     if (in.fail()) return;
-    ReadTrimmedLine(in, line);
+    ReadStartOfLine(in, line);
+    TrimTrailing(line);
     Unquote(line);
   }
 }
@@ -191,7 +192,7 @@ int PrnType::ReadDilorSingle(std::ifstream& in) {
   StoreNumber(xEnd, TextOf(header[kEndLine]));
   StoreNumber(xStart, TextOf(header[kStartLine]));
   Text rest;
-  ReadLine(in, rest);
+  ReadStartOfLine(in, rest);
   Text trailer[kTrailerLines] = {};
   ReadTextLines(in, trailer);
   for (const TrailerText& text : kTrailerTexts) CopyText(dilor.*text.to, TextOf(trailer[text.line]));

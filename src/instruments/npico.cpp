@@ -8,7 +8,6 @@
 //   ...                       the numbers
 //   (two lines, then up to four comment lines)
 #include <fstream>
-#include <limits>
 #include <type_traits>
 #include <variant>
 
@@ -111,19 +110,9 @@ void StoreParameter(Scan& scan, std::string_view line) {
   }
 }
 
-// A line of any length, of which 131 characters are kept.
-bool ReadAnyLine(std::istream& in, Text& line) {
-  ReadLine(in, line);
-  if (in.fail() && !in.eof() && in.gcount() > 0) {
-    in.clear();
-    in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
-  }
-  return !in.fail();
-}
-
 bool FindSection(std::istream& in, int& kind) {
   Text line = {};
-  while (ReadAnyLine(in, line))
+  while (ReadStartOfLine(in, line))
     if (TextOf(line).size() >= 2) break;
   for (const ScanKind& s : kSections) {
     if (!Contains(TextOf(line), s.section)) continue;
@@ -135,7 +124,7 @@ bool FindSection(std::istream& in, int& kind) {
 
 bool ReadParameters(std::istream& in, Scan& scan) {
   Text line;
-  while (ReadAnyLine(in, line)) {
+  while (ReadStartOfLine(in, line)) {
     StoreParameter(scan, TextOf(line));
     if (Contains(TextOf(line), kLastParameter)) return scan.points >= 0;
   }
@@ -170,10 +159,10 @@ void ReadPoints(std::istream& in, const Scan& scan, bool second, float* values) 
 
 void ReadComments(std::istream& in, NPicoHeaderType& block) {
   Text skipped;
-  ReadAnyLine(in, skipped);
-  ReadAnyLine(in, skipped);
+  ReadStartOfLine(in, skipped);
+  ReadStartOfLine(in, skipped);
   for (Text& comment : block.npicoComments) {
-    if (!ReadAnyLine(in, comment)) return;
+    if (!ReadStartOfLine(in, comment)) return;
     TrimTrailing(comment);
     if (TextOf(comment).size() < 2) return;
   }

@@ -80,9 +80,29 @@ void TakeColumns(PrnType& record, const FloatBuffer* xs, const FloatBuffer& ys) 
 // Places of the header lines of an XY prn file.
 enum : std::size_t { kXTitleLine = 1, kYTitleLine = 2, kNameLine = 5, kHeaderLines = 7 };
 
+// Fails the stream when there is no line left to skip.
 void SkipLines(std::istream& in, int count) {
   Text line;
-  for (; count > 0 && in.good(); --count) ReadLine(in, line);
+  for (; count > 0 && !in.fail(); --count) ReadLine(in, line);
+}
+
+template <class Test>
+std::string TakeWhile(std::istream& in, Test test) {
+  std::string taken;
+  while (in.good() && test(in.peek())) taken += static_cast<char>(in.get());
+  return taken;
+}
+
+// Takes a word and the number of columns, 0 when there is none. In `in >> count` the host's locale, which may
+// group digits, would have a say.
+int TakeColumnCount(std::istream& in) {
+  const auto isSpace = [](int c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+  TakeWhile(in, isSpace);
+  TakeWhile(in, [&](int c) { return c >= 0 && !isSpace(c); });
+  TakeWhile(in, isSpace);
+  int count = 0;
+  ParseLenient(TakeWhile(in, [](int c) { return c >= '0' && c <= '9'; }), count);
+  return count;
 }
 
 // A row of an NXY file: X, then every column, of which the k-th is kept.
@@ -152,13 +172,13 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
   if (in.fail()) return 0;
   Reset(*this);
   const int k = index == 0 ? 1 : index;
-  std::string word;
-  in >> word >> count;
-  if (in.fail() || count < 1 || k < 1 || k > count) return 0;
+  count = TakeColumnCount(in);
+  if (count < 1 || k < 1 || k > count) return 0;
   ReadLine(in, xLabel);
   SkipLines(in, k - 1);
   ReadLine(in, yLabel);
-  SkipLines(in, count - k + 2);
+  SkipLines(in, count - k);
+  SkipLines(in, 2);
   ReadLine(in, zLabel);
   SkipLines(in, 1);
   if (in.fail()) return 0;

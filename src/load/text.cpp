@@ -136,6 +136,15 @@ std::istream& ReadTrimmedLine(std::istream& in, Text& line) {
   return in;
 }
 
+std::istream& ReadStartOfLine(std::istream& in, Text& line) {
+  ReadLine(in, line);
+  if (in.rdstate() == std::ios::failbit && in.gcount() > 0) {
+    in.clear();
+    in.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+  }
+  return in;
+}
+
 std::string_view Trim(std::string_view text) {
   const auto first = text.find_first_not_of(' ');
   if (first == text.npos) return {};

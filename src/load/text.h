@@ -29,6 +29,9 @@ void TrimTrailing(char* line);
 // Reads a line and trims it.
 std::istream& ReadTrimmedLine(std::istream& in, Text& line);
 
+// Reads a line of any length, of which the first 131 characters are kept.
+std::istream& ReadStartOfLine(std::istream& in, Text& line);
+
 // The text without blanks around it.
 std::string_view Trim(std::string_view text);
 

@@ -19,12 +19,14 @@ struct Descriptor {
 std::string DescriptorText(const Descriptor& d = {}) {
   std::ostringstream text;
   text << "#DESC\t1.2 * DESCRIPTOR INFORMATION ***\n* a comment line\n"
-       << "DSRC\tEXP\nBSEQ\t" << d.order << "\nIKKF\t" << d.columns << "\nXTYP\tIDX\nYTYP\t" << d.yType
-       << "\nZTYP\tNODATA\nIRFMT\t" << d.format << "\nIIFMT\t" << d.format << "\nXPTS\t" << d.xPoints
-       << " * points\nXMIN\t3000\nXWID\t100\nYPTS\t" << d.yPoints << "\nYMIN\t1\nYWID\t2\n"
+       << "DSRC\t" << std::string(200, 'x') << "\nBSEQ\t" << d.order << "\nIKKF\t" << d.columns
+       << "\nXTYP\tIDX\nYTYP\t" << d.yType << "\nZTYP\tNODATA\nIRFMT\t" << d.format << "\nIIFMT\t" << d.format
+       << "\nXPTS\t" << d.xPoints << " * points\nXMIN\t3000\nXWID\t100\nYPTS\t" << d.yPoints
+       << "\nYMIN\t1\nYWID\t2\n"
        << "TITL\t'strong pitch'\nIRNAM\t'Intensity'\nIRUNI\t''\nXNAM\t'Field'\nXUNI\t'G'\n"
        << d.more << "#SPL\t1.2 * STANDARD PARAMETER LAYER\n"
-       << "OPER    xuser\nCMNT    a long comment\nEXPT    CW\nOXS1    IADC\nAXS1    B0VL\n"
+       << "OPER    " << std::string(132, 'x')
+       << "\nCMNT    a long comment\nEXPT    CW\nOXS1    IADC\nAXS1    B0VL\n"
        << "MWFQ    9.5e+09\nMWPW    0.02\nRCAG    47\nRCTC    0.01\nRCPH    1.5\nRCHM    2\nRCOF    3\n"
        << "B0MA    0.0001\nB0MF    100000\nSPTP    0.04\n#DSL\t1.0\nMWFQ 1\n";
   return text.str();

@@ -7,9 +7,10 @@ using namespace kem::test;
 namespace {
 
 std::string SingleFile(bool multi, const std::string& numbers, const std::string& time = "2") {
-  std::string text =
-      "Version 2\r\n" + std::string(multi ? "Multi\r\n" : "Single\r\n") + "2\r\n3\r\n4\r\n5\r\n6\r\n" +
-      "\"Wavenumber \"rest\r\ncounts\r\n9\r\n3000\r\n1000\r\n12\r\n13\r\n14\r\n15\r\n" + numbers + "\r\n";
+  std::string text = "Version 2\r\n" + std::string(multi ? "Multi\r\n" : "Single\r\n") +
+                     "2\r\n3\r\n4\r\n5\r\n6\r\n" +
+                     "\"Wavenumber \"rest\r\ncounts\r\n9\r\n3000\r\n1000\r\n12\r\n13\r\n14\r\n15\r\n" + numbers +
+                     std::string(140, ' ') + "\r\n";
   for (const char* line :
        {"\"operator\"", "date", "sample", "detector", "grating", "filter", "514.5", "10 mW", "1", "2", "3", "4"})
     text += std::string(line) + "\r\n";

@@ -111,8 +111,9 @@ TEST_CASE("columns: one column of several") {
     CHECK(ReadNextFlag == c.next);
   }
   for (const int index : {4, -1}) CHECK(Read(NXYText(), index).result == 0);
-  CHECK(Read("NXY 0 t\n", 0).result == 0);
-  CHECK(Read("NXY many\n", 0).result == 0);
+  const std::string noLastLine = "NXY 1 t\none\nskip\nskip\nname\n";
+  for (const char* text : {"NXY 0 t\n", "NXY many\n", "NXY 2147483647 t\na\nb\nc\nd\n", noLastLine.c_str()})
+    CHECK(Read(text, 1).result == 0);
   CHECK(Read(NXYText("1 10 20 30\n2 11 x 31\n"), 1).record.nY == 1);
   CHECK(Read(NXYText(""), 2).record.nY == 0);
 }

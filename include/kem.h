@@ -367,14 +367,16 @@ class KEM_API PrnType {
   ///   XY columns.
   ///
   /// On success `fileName` holds the name, numbered "_NN" before its first dot when the file holds several
-  /// items. On failure `allocType` is 0. The record must hold no arrays.
+  /// items. On failure `allocType` is 0, and `errno` says why a file could not be opened or read, or is 0 when
+  /// its content is at fault. The record must hold no arrays.
   void ReadFile(const char* name, int index);
   /// @}
 
   /// \name Column text
-  /// Readers return 1, or 0 when the stream is already bad or the layout is not theirs; streams are opened in
-  /// binary mode. Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then
-  /// create nothing; see also \ref WriteFailedFlag.
+  /// Readers return 1, or 0 when the stream is already bad, the layout is not theirs, or reading fails; streams
+  /// are opened in binary mode. A stream whose exceptions() are switched on throws them out of any reader; the
+  /// record can then be released or used again. Writers return 1, or 0 when the record does not suit or the file
+  /// cannot be opened, and then create nothing; see also \ref WriteFailedFlag.
   /// @{
   int ReadXYPrn(std::ifstream& in);
   int WriteXYPrn(char* const name) const;

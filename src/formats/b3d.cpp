@@ -151,9 +151,7 @@ int PrnType::ReadB3D(std::ifstream& in) {
   allocType = shape;
   fileType = FileP3D;
   ReadLabels(*this, in, {&xLabel, &yLabel, &zLabel});
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 }
 
 // A curve has one count, the second; arrays have room for the first as well, should it be larger.
@@ -173,7 +171,5 @@ int PrnType::ReadB2D(std::ifstream& in) {
   fileType = FileP2D;
   nX = nY;
   ReadLabels(*this, in, {&xLabel, &yLabel});
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 }

@@ -58,9 +58,7 @@ int ReadStored(PrnType& record, std::ifstream& in, const Text& points) {
   Own(record.xArray, std::move(x));
   record.allocType = AllocXY;
   record.nX = record.nY = n;
-  record.active = 1;
-  record.MinMax();
-  return 1;
+  return Finish(record, in);
 }
 
 }  // namespace

@@ -198,7 +198,5 @@ int PrnType::ReadDX(std::ifstream& in) {
     allocType = AllocXY;
     SortPoints(*this, static_cast<int>(points.xs.size()), count);
   }
-  active = 1;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }

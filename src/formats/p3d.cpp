@@ -160,9 +160,7 @@ int PrnType::ReadP3D(std::ifstream& in) {
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
   Own(zArray, std::move(z));
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 }
 
 int PrnType::ReadP2D(std::ifstream& in) {
@@ -184,7 +182,5 @@ int PrnType::ReadP2D(std::ifstream& in) {
   allocType = x ? AllocXY : AllocY;
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 }

@@ -51,14 +51,11 @@ int PrnType::ReadAT1(std::ifstream& in) {
   xEnd = static_cast<float>(nX - 1) * xStep + xStart;
   yEnd = static_cast<float>(nY - 1) * yStep + yStart;
   Grid grid = NewZeroGrid(nX, nY);
-  in.clear();
-  in.seekg(kPixels);
+  SeekTo(in, kPixels);
   const auto columns = static_cast<std::size_t>(nY);
   for (int i = 0; i < nX; ++i)
     if (!ReadValues(in, Wire::U16, Order::Little, {grid[i], columns})) break;
   Own(zArray, std::move(grid));
   allocType = AllocZ;
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 }

@@ -86,8 +86,7 @@ bool Succeeded(const Stage& stage, int code) {
 // Walks the lines of a section, without comments, and stops at the first error.
 template <class ParseLine>
 int ForEachLine(std::istream& in, std::string_view section, ParseLine parse) {
-  in.clear();
-  in.seekg(0);
+  SeekTo(in, 0);
   Text line = {};
   do {
     if (!in.good()) return kRefused;
@@ -450,8 +449,7 @@ int ReadBes3tAxis(Bes3tAxis& axis, char direction, const Desc& desc, std::istrea
       const Wire* wire = WireOf(d.format);
       if (!wire) return d.format == Bes3tDataFormat::Ascii ? kAxisIsAscii : kAxisWithoutFormat;
       axis.values = NewZeroArray(d.points);
-      stored.clear();
-      stored.seekg(0);
+      SeekTo(stored, 0);
       ReadValues(stored, *wire, desc.order, {axis.values.get(), static_cast<std::size_t>(d.points)});
       return 0;
     }
@@ -490,8 +488,7 @@ std::unique_ptr<float[]> ReadBes3tColumn(const Desc& desc, int column, std::istr
 // of a grid stays what it was.
 void FillGrid(PrnType& record, const Desc& desc, const Bes3tAxis& x, const Bes3tAxis& y, std::istream& in) {
   Grid grid = NewZeroGrid(desc.xPoints, desc.yPoints);
-  in.clear();
-  in.seekg(0);
+  SeekTo(in, 0);
   ReadLines(in, *WireOf(desc.realFormat), desc.order, grid.get(), desc.xPoints, desc.yPoints);
   Own(record.zArray, std::move(grid));
   record.allocType = AllocZ;
@@ -527,9 +524,10 @@ std::string TitleOf(const Text& name, const Text& unit) {
 int PrnType::ReadBES3T(const char* name, int& columns, int which) {
   const EmptyOnThrow guard(*this);
   if (BaseOf(name).size() + 4 >= kTextSize || which < 0) return 0;
-  std::ifstream descriptor(PathOf(PartnerOf(name, ".DSC")), std::ios::binary);
-  std::ifstream values(PathOf(PartnerOf(name, ".DTA")), std::ios::binary);
-  if (!descriptor || !values) return 0;
+  std::ifstream descriptor;
+  std::ifstream values;
+  if (!OpenForReading(descriptor, PartnerOf(name, ".DSC"))) return 0;
+  if (!OpenForReading(values, PartnerOf(name, ".DTA"))) return 0;
 
   Desc desc;
   BES3THeaderType parameters = {};
@@ -558,7 +556,5 @@ int PrnType::ReadBES3T(const char* name, int& columns, int which) {
   CopyText(zLabel, TextOf(desc.title));
   bes3t = parameters;
   ReadNextFlag = which == columns ? 0 : which;
-  active = 1;
-  MinMax();
-  return 1;
+  return Finish(*this, descriptor, values);
 }

@@ -182,7 +182,7 @@ void SetSweep(PrnType& record, const Par& par) {
 void FillImage(PrnType& record, Par par, std::istream& spc) {
   CheckGrid(spc, par.sizeX, par.sizeY);
   Grid grid = NewZeroGrid(par.sizeX, par.sizeY);
-  spc.seekg(0);
+  SeekTo(spc, 0);
   ReadLines(spc, Wire::S32, Order::Big, grid.get(), par.sizeX, par.sizeY);
   Own(record.zArray, std::move(grid));
   record.allocType = AllocZ;
@@ -197,7 +197,7 @@ void FillImage(PrnType& record, Par par, std::istream& spc) {
 
 void FillCurve(PrnType& record, const Par& par, bool second, std::istream& spc) {
   constexpr std::size_t kValueSize = 4;
-  spc.seekg(0);
+  SeekTo(spc, 0);
   const std::size_t held = BytesLeft(spc) / kValueSize / (par.twoCurves ? 2 : 1);
   const int points = static_cast<int>(std::min<std::size_t>(held, std::numeric_limits<int>::max()));
   auto values = NewZeroArray(points);
@@ -228,8 +228,6 @@ int PrnType::ReadBruker(std::ifstream& par, std::ifstream& spc, int which) {
     FillCurve(*this, parameters, second, spc);
   fileType = FileBruker;
   bruker = parameters.block;
-  active = 1;
   if (parameters.twoCurves) ReadNextFlag = second ? 0 : 1;
-  MinMax();
-  return 1;
+  return Finish(*this, par, spc);
 }

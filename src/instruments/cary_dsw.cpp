@@ -92,9 +92,7 @@ int PrnType::ReadCaryDSWFile(std::ifstream& in) try {
   allocType = AllocXY;
   nX = nY = static_cast<int>(pairs.x.size());
   dsw = texts;
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 } catch (const std::bad_alloc&) {
   return 0;
 }

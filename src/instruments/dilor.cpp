@@ -201,9 +201,7 @@ int PrnType::ReadDilorSingle(std::ifstream& in) {
 
   DivideByTime(values, dilor.dilorIntTime);
   TakeCurve(*this, points, std::move(x), std::move(y));
-  active = 1;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }
 
 void kem::load::ListDilorSeries(std::istream& in, Items& items) {
@@ -238,7 +236,5 @@ int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
     TakeCurve(*this, points, std::move(x), std::move(y));
   }
   ReadNextFlag = which == count ? 0 : which;
-  active = 1;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }

@@ -55,7 +55,5 @@ int PrnType::ReadHama(std::ifstream& in) {
   yStart = 0;
   yEnd = span;
   yStep = static_cast<float>(double{span} / (kTimes - 1));
-  active = 1;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }

@@ -233,8 +233,7 @@ Grid ReadImage(Layout layout, std::istream& in) {
   Grid grid = NewZeroGrid(layout.width, layout.height);
   const auto wire = WireOf(layout.dataType);
   if (!wire) return grid;
-  in.clear();
-  in.seekg(static_cast<std::streamoff>(kHeaderSize) + layout.textSize);
+  SeekTo(in, static_cast<std::streamoff>(kHeaderSize) + layout.textSize);
   ReadLines(in, *wire, Order::Little, grid.get(), layout.width, layout.height);
   return grid;
 }
@@ -243,8 +242,7 @@ Grid ReadImage(Layout layout, std::istream& in) {
 std::unique_ptr<float[]> ReadTable(int scalingType, int position, int count, std::istream& in) {
   if (scalingType == kLinear) return nullptr;
   auto values = NewZeroArray(count);
-  in.clear();
-  in.seekg(position);
+  SeekTo(in, position);
   ReadValues(in, Wire::F32, Order::Little, {values.get(), static_cast<std::size_t>(count)});
   return values;
 }
@@ -298,9 +296,9 @@ int PrnType::ReadHPDTA(std::ifstream& in) {
   }
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
+  const int loaded = Finish(*this, in);
   active = 0;  // these images are reported as not active
-  MinMax();
-  return 1;
+  return loaded;
 }
 
 void PrnType::ParseHPDTAStatus(char* const text, HPDTAHeaderType* block) const {

@@ -126,9 +126,9 @@ int PrnType::ReadIccdImg(std::ifstream& in) {
   xEnd = static_cast<float>(nX);
   yEnd = static_cast<float>(nY);
   std::cout << nX << std::endl << nY << std::endl;
-  MinMax();
+  const int loaded = Finish(*this, in);
   active = 0;
-  return 1;
+  return loaded;
 }
 
 void kem::load::ListIccdCurves(std::istream& in, Items& items) {
@@ -175,9 +175,7 @@ int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   xStep = 1;
   xStart = 0;
   xEnd = static_cast<float>(points - 1);
-  ReadNextFlag = which != count - 1;
-  active = 1;
-  MinMax();
   fileType = FileIccdCurve;
-  return 1;
+  ReadNextFlag = which != count - 1;
+  return Finish(*this, in);
 }

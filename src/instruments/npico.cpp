@@ -189,7 +189,5 @@ int PrnType::ReadNPico(std::ifstream& in) {
   Own(yArray, std::move(values));
   allocType = AllocY;
   nX = nY = scan.points;
-  active = 1;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }

@@ -183,8 +183,6 @@ int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   allocType = AllocXY;
   nX = nY = curve.points;
   ReadNextFlag = which == count ? 0 : which;
-  active = 1;
   SortAxes();
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }

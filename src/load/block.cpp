@@ -128,8 +128,7 @@ void ReadLinesAs(std::istream& in, float* const* rows, std::size_t width, std::s
 }  // namespace
 
 Block::Block(std::istream& in, std::streamoff at, std::size_t size, Order order) : order_(order) {
-  in.clear();
-  in.seekg(at);
+  SeekTo(in, at);
   Read(in, size);
 }
 
@@ -204,12 +203,18 @@ void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int
   });
 }
 
+void SeekTo(std::istream& in, std::streamoff at) {
+  in.clear(in.rdstate() & std::ios::badbit);
+  in.seekg(at);
+}
+
 std::size_t BytesLeft(std::istream& in) {
-  if (in.fail()) return 0;
+  if (!in.good()) return 0;
   const auto here = in.tellg();
   in.seekg(0, std::ios::end);
   const auto end = in.tellg();
   in.seekg(here);
+  if (in.fail()) in.setstate(std::ios::badbit);
   return in.fail() || end < here ? 0 : static_cast<std::size_t>(end - here);
 }
 

@@ -81,7 +81,10 @@ bool ReadValues(std::istream& in, Wire wire, Order order, std::span<float> value
 // image is one of `step` values in the file.
 void ReadLines(std::istream& in, Wire wire, Order order, float* const* rows, int nX, int nY, std::size_t step = 1);
 
-// Number of bytes from where the stream stands to its end.
+// Goes to a position of a file whose end may have been reached. That reading failed is not forgotten.
+void SeekTo(std::istream& in, std::streamoff at);
+
+// Number of bytes from where the stream stands to its end. A stream that cannot tell counts as failed reading.
 std::size_t BytesLeft(std::istream& in);
 
 }  // namespace kem::load

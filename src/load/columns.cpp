@@ -74,7 +74,6 @@ void TakeColumns(PrnType& record, const FloatBuffer* xs, const FloatBuffer& ys) 
   Own(record.yArray, std::move(y));
   record.allocType = xs ? AllocXY : AllocY;
   record.nX = record.nY = ys.Size();
-  record.active = 1;
 }
 
 // Places of the header lines of an XY prn file.
@@ -128,9 +127,7 @@ int PrnType::ReadXYPrn(std::ifstream& in) {
   CopyText(xLabel, TextOf(header[kXTitleLine]));
   CopyText(yLabel, TextOf(header[kYTitleLine]));
   CopyText(zLabel, TextOf(header[kNameLine]));
-  MinMax();
-  active = 1;
-  return 1;
+  return Finish(*this, in);
 }
 
 int PrnType::ReadDumbTwo(std::ifstream& in) {
@@ -147,8 +144,7 @@ int PrnType::ReadDumbTwo(std::ifstream& in) {
   }
   TakeColumns(*this, &xs, ys);
   fileType = FileXY;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }
 
 int PrnType::ReadDumbOne(std::ifstream& in) {
@@ -164,8 +160,7 @@ int PrnType::ReadDumbOne(std::ifstream& in) {
   TakeColumns(*this, nullptr, ys);
   fileType = FileCvt;
   xEnd = static_cast<float>(nY - 1);
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }
 
 int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
@@ -192,8 +187,7 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
   }
   TakeColumns(*this, &xs, ys);
   ReadNextFlag = k == count ? 0 : k;
-  MinMax();
-  return 1;
+  return Finish(*this, in);
 }
 
 void kem::load::ListNXY(std::istream& in, Items& items) {

@@ -5,6 +5,7 @@
 #endif
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace kem::load {
@@ -79,9 +80,12 @@ bool OpenForReading(std::ifstream& in, const std::string& name) {
   in.clear();
   in.open(PathOf(name), std::ios::in | std::ios::binary);
   in.peek();
-  if (in.is_open() && !in.bad()) return true;
-  in.close();
-  return false;
+  const bool readable = in.is_open() && !in.bad();
+  if (readable)
+    errno = 0;
+  else
+    in.close();
+  return readable;
 }
 
 std::string_view BaseOf(std::string_view name) { return name.substr(0, std::min(name.rfind('.'), name.size())); }

@@ -1,9 +1,11 @@
 // The one door: opens a file, chooses its reader by name and then by content, and runs it.
 #include <algorithm>
+#include <cerrno>
 #include <string>
 #include <utility>
 
 #include "kem.h"
+#include "load/block.h"
 #include "load/detect.h"
 #include "load/files.h"
 #include "load/text.h"
@@ -19,8 +21,7 @@ using kem::record::RestoreExtension;
 
 // The name's first bytes as one text: a NUL ends what can be searched.
 std::string_view SearchableStart(std::ifstream& in, Text& start) {
-  in.clear();
-  in.seekg(0);
+  SeekTo(in, 0);
   in.read(start, kTextSize);
   start[std::min<std::streamsize>(in.gcount(), kTextSize - 1)] = '\0';
   return TextOf(start);
@@ -37,10 +38,7 @@ bool OpenPartner(LoadState& state, Pairing pairing) {
 }
 
 Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
-  if (state.main.is_open()) {
-    state.main.clear();
-    state.main.seekg(0);
-  }
+  if (state.main.is_open()) SeekTo(state.main, 0);
   if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::NoPartner;
   void* const extension = record.extension;
   ReadAnnounced = 0;
@@ -91,6 +89,7 @@ void PrnType::ReadFile(const char* name, int index) {
   yStep = 0;
   ReadXFactor = 1;
   ReadYFactor = 1;
+  errno = 0;
   // A copy of the name: it may lie in this record, where readers store texts.
   LoadState state{.name = name, .index = index, .main = {}, .partner = {}};
   if (!Load(*this, state)) {

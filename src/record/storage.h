@@ -1,7 +1,8 @@
-// Memory of a record's arrays, and the two ways to start a record.
+// Memory of a record's arrays, the two ways to start a record, and how readers finish one.
 #pragma once
 
 #include <exception>
+#include <istream>
 #include <memory>
 
 #include "kem.h"
@@ -47,6 +48,20 @@ void RestoreExtension(PrnType& record, void* earlier);
 // Makes a record fresh without releasing anything: no arrays, defined axes, titles "X" and "Y". Leaves xEnd,
 // zLabel, fileName and active as they are.
 void Reset(PrnType& record);
+
+// Ends the reading of a record that has its data. Returns 1, or 0 for a record emptied again when reading one of
+// its streams failed: what is missing then is not the end of a file.
+template <class... Streams>
+int Finish(PrnType& record, const Streams&... sources) {
+  if ((sources.bad() || ...)) {
+    record.DeAllocate();
+    record.extension = nullptr;
+    return 0;
+  }
+  record.active = 1;
+  record.MinMax();
+  return 1;
+}
 
 // A copy of a record whose values, a curve's Y array or a grid, are not initialised.
 PrnType CopyWithoutValues(const PrnType& src);

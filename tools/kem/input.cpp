@@ -59,8 +59,9 @@ Problem WhyUnreadable(const std::string& file) {
 }
 
 // `name` is what the library was asked for.
-Problem WhyNotLoaded(const std::string& file, const std::string& name, const std::string& messages) {
+Problem WhyNotLoaded(const std::string& file, const std::string& name, const std::string& messages, int error) {
   if (Problem unreadable = WhyUnreadable(name); !unreadable.empty()) return unreadable;
+  if (error != 0 && error != ENOENT) return std::generic_category().message(error);
   if (!messages.empty()) return messages;
   const char* format = KemFormatName(name.c_str());
   if (!format) return "unknown format";
@@ -107,9 +108,11 @@ Input Load(const std::string& file, int item, int index) {
   if (!input.problem.empty()) return input;
   std::string messages;
   ReadNextFlag = item - 1;  // readers of two signals look at what has been read before
+  int error = 0;
   try {
     const CapturedOutput output;
     input.record = std::make_unique<PrnType>(source.Name().c_str(), index);
+    error = errno;
     messages = output.Lines();
   } catch (const std::bad_alloc&) {
     input.problem = AnnouncesTooMuch();
@@ -118,7 +121,7 @@ Input Load(const std::string& file, int item, int index) {
   input.more = ReadNextFlag != 0;
   if (!*input.record) {
     input.record = nullptr;
-    input.problem = WhyNotLoaded(file, source.Name(), messages);
+    input.problem = WhyNotLoaded(file, source.Name(), messages, error);
   } else {
     source.Restore(*input.record);
     WarnOfFactors(file);

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "kem.h"
+#include "load/block.h"
 #include "load/items.h"
 #include "load/number_scanner.h"
 #include "load/number_text.h"
@@ -191,11 +192,8 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
 }
 
 void kem::load::ListNXY(std::istream& in, Items& items) {
-  in.clear();
-  in.seekg(0);
-  std::string word;
-  int count = 0;
-  in >> word >> count;
+  SeekTo(in, 0);
+  TakeColumnCount(in);
   SkipLines(in, 1);
   for (KemItem& item : items) ReadTrimmedLine(in, item.title);
 }

@@ -14,8 +14,8 @@
 namespace kem::load {
 namespace {
 
-// A partner that is missing ends the load; any other refusal leaves the content tests their turn.
-enum class Outcome { Loaded, Refused, NoPartner };
+// A partner that is missing or a read error ends the load; a refusal leaves the content tests their turn.
+enum class Outcome { Loaded, Refused, Failed };
 
 using kem::record::RestoreExtension;
 
@@ -39,15 +39,16 @@ bool OpenPartner(LoadState& state, Pairing pairing) {
 
 Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
   if (state.main.is_open()) SeekTo(state.main, 0);
-  if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::NoPartner;
+  if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::Failed;
   void* const extension = record.extension;
   ReadAnnounced = 0;
   ReadFileBytes = 0;
   const bool loaded = format.read && format.read(record, state) != 0;
   if (!loaded) RestoreExtension(record, extension);
   state.format = &format;
+  const bool unread = state.main.bad() || state.partner.bad();
   state.partner.close();
-  return loaded ? Outcome::Loaded : Outcome::Refused;
+  return loaded ? Outcome::Loaded : unread ? Outcome::Failed : Outcome::Refused;
 }
 
 // Lets the tests of one pass choose a reader and runs it.

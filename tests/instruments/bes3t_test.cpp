@@ -190,13 +190,14 @@ TEST_CASE("bes3t: CR LF, a last line without end, long lines and short values") 
   CHECK(std::string(Loaded(text, Shorts({1})).record.xLabel) == "Field (G)");
   const Loaded shortFile(DescriptorText() + std::string(300, 'x'), Shorts({7}));
   REQUIRE(shortFile.result == 1);
+  LoadWithReadErrors(shortFile.folder.Path("scan.DSC"));
   CHECK_BITS(shortFile.record.yArray[0], 7);
   CHECK_BITS(shortFile.record.yArray[2], 0);
   const Loaded lastLine("#DESC\nIKKF REAL\nXTYP IDX\nXPTS 1\nIRFMT C\n#SPL\nMWFQ 5", "A");
   REQUIRE(lastLine.result == 1);
   CHECK_BITS(lastLine.record.bes3t.bes3tMwFrequency, 5);
   CHECK_BITS(lastLine.record.xStep, 0);
-  LoadEveryPrefix("cut.DSC", DescriptorText(), 40);
+  LoadEveryPrefix("cut.DSC", DescriptorText(), 40, "cut.DTA");
   LoadDamaged("hurt.DSC", DescriptorText({.yType = "IDX", .xPoints = 4, .yPoints = 4}), 200);
 }
 

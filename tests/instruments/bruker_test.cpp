@@ -10,7 +10,8 @@ using Texts = std::vector<std::string>;
 PrnType Loaded(const std::string& par, const std::string& spc, int which = 0) {
   const TempFolder folder;
   folder.Write("scan.spc", spc);
-  return {folder.Write("scan.par", par).c_str(), which};
+  LoadWithReadErrors(folder.Write("scan.par", par));
+  return {folder.Path("scan.par").c_str(), which};
 }
 
 std::string Integers(std::initializer_list<int> values) {

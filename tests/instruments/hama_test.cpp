@@ -16,6 +16,7 @@ std::string Image(int sweepRange, int values) {
 TEST_CASE("hama: header, axes and values; what a short file lacks is 0") {
   const TempFolder folder;
   const PrnType r(folder.Write("streak.raw", Image(7, 642)).c_str(), 0);
+  LoadWithReadErrors(folder.Path("streak.raw"));
   REQUIRE(r.allocType == AllocZ);
   CHECK(r.fileType == FileHama);
   CHECK(r.active == 1);

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <locale>
 
 #include "support/support.h"
 
@@ -11,6 +12,12 @@ const std::string kHeader = "XY\nnm\r\ncounts\n\"Start : \"1\n\"Stop  : \"3\nrun
 std::string NXYText(const std::string& rows = "1 10 20 30\n2 11 21 31\n") {
   return "NXY 3 time (s)\r\none\ntwo\nthree\nskip\nskip\nthe name\nskip\n" + rows;
 }
+
+// Digits in groups of three with a blank between, as many languages have them.
+struct Grouping : std::numpunct<char> {
+  char do_thousands_sep() const override { return ' '; }
+  std::string do_grouping() const override { return "\3"; }
+};
 
 // A file read by one of the column readers.
 struct Read {
@@ -25,6 +32,7 @@ struct Read {
   }
   Read(const std::string& bytes, int index) {
     std::ifstream in(folder.Write("in.txt", bytes), std::ios::binary);
+    in.imbue(std::locale(std::locale::classic(), new Grouping));
     result = record.ReadNXYPrn(in, count, index);
   }
 };

@@ -3,11 +3,44 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <iterator>
 #include <memory>
 
+#if defined(__linux__) && defined(__GLIBCXX__)
+#include <sys/syscall.h>
+
+namespace {
+int readsBeforeError = INT_MAX;
+}
+
+// Takes the place of the system's, for the standard library as well.
+extern "C" ssize_t read(int file, void* to, std::size_t size) {
+  if (readsBeforeError-- > 0) return syscall(SYS_read, file, to, size);
+  errno = EIO;
+  return -1;
+}
+#endif
+
 namespace kem::test {
+
+void LoadWithReadErrors([[maybe_unused]] const std::string& path) {
+#if defined(__linux__) && defined(__GLIBCXX__)
+  for (int reads = 0, failed = 1; failed; ++reads) {
+    readsBeforeError = reads;
+    PrnType record;
+    record.ReadFile(path.c_str(), 0);
+    const int error = errno;
+    failed = readsBeforeError < 0;
+    readsBeforeError = INT_MAX;
+    CAPTURE(reads);
+    CHECK((reads > 0 || failed));
+    if (failed) CHECK((!record && error == EIO));
+  }
+#endif
+}
 
 TempFolder::TempFolder() {
   static int count = 0;
@@ -46,8 +79,11 @@ std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense) {
   return lengths;
 }
 
-void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense) {
+void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense,
+                     const std::string& partner) {
   const TempFolder folder;
+  if (!partner.empty()) folder.Write(partner, "");
+  LoadWithReadErrors(folder.Write(name, bytes));
   for (const std::size_t length : Prefixes(bytes.size(), dense))
     const PrnType record(folder.Write(name, bytes.substr(0, length)).c_str(), 0);
 }

@@ -79,8 +79,14 @@ std::string ReadLines(const std::string& path);
 // near the end.
 std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense);
 
-// Loads every prefix of a file's bytes under a name; only survival is asked for, so run it under sanitizers.
-void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense);
+// Loads a file again and again, each time with reads failing from another one on, and checks that no such load
+// succeeds. Does nothing where reads cannot be made to fail.
+void LoadWithReadErrors(const std::string& path);
+
+// Loads every prefix of a file's bytes under a name; only survival is asked for, so run it under sanitizers. All
+// of the file is also loaded with read errors. An empty partner file lies beside it when it has a name.
+void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense,
+                     const std::string& partner = {});
 
 // Loads copies of the bytes with single bytes changed, for the same purpose.
 void LoadDamaged(const std::string& name, const std::string& bytes, int rounds);

@@ -108,6 +108,7 @@ int KemItems(const char* name, void (*take)(const KemItem& item, void* host), vo
   const int before = std::exchange(ReadNextFlag, 0);
   PrnType first("", 0);  // empty, and made without a hook
   const kem::record::EmptyOnThrow guard(first);
+  errno = 0;
   LoadState state{.name = name, .index = 0, .main = {}, .partner = {}};
   const bool loaded = Load(first, state);
   const bool several = std::exchange(ReadNextFlag, before) != 0;
@@ -120,6 +121,7 @@ int KemItems(const char* name, void (*take)(const KemItem& item, void* host), vo
   for (int k = 0; k < announced && several; ++k)
     items[static_cast<std::size_t>(k)].index = state.format->firstIndex + k;
   if (several && state.format->list) state.format->list(state, items);
+  if (state.main.bad()) return 0;
   if (items.empty()) items.push_back(item);
   for (const KemItem& one : items) take(one, host);
   return announced;

@@ -190,7 +190,7 @@ TEST_CASE("bes3t: CR LF, a last line without end, long lines and short values") 
   CHECK(std::string(Loaded(text, Shorts({1})).record.xLabel) == "Field (G)");
   const Loaded shortFile(DescriptorText() + std::string(300, 'x'), Shorts({7}));
   REQUIRE(shortFile.result == 1);
-  LoadWithReadErrors(shortFile.folder.Path("scan.DSC"));
+  LoadWithReadErrors(shortFile.folder.Path("測定.DSC"));
   CHECK_BITS(shortFile.record.yArray[0], 7);
   CHECK_BITS(shortFile.record.yArray[2], 0);
   const Loaded lastLine("#DESC\nIKKF REAL\nXTYP IDX\nXPTS 1\nIRFMT C\n#SPL\nMWFQ 5", "A");

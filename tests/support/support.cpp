@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 #if defined(__linux__) && defined(__GLIBCXX__)
 #include <sys/syscall.h>
@@ -28,16 +29,22 @@ namespace kem::test {
 
 void LoadWithReadErrors([[maybe_unused]] const std::string& path) {
 #if defined(__linux__) && defined(__GLIBCXX__)
-  for (int reads = 0, failed = 1; failed; ++reads) {
+  const auto fails = [](int reads, auto load) {
     readsBeforeError = reads;
-    PrnType record;
-    record.ReadFile(path.c_str(), 0);
+    const bool loaded = load();
     const int error = errno;
-    failed = readsBeforeError < 0;
-    readsBeforeError = INT_MAX;
+    const bool failed = std::exchange(readsBeforeError, INT_MAX) < 0;
     CAPTURE(reads);
-    CHECK((reads > 0 || failed));
-    if (failed) CHECK((!record && error == EIO));
+    CHECK((failed || reads > 0));
+    if (failed) CHECK((!loaded && error == EIO));
+    return failed;
+  };
+  const auto load = [&path] { return !!PrnType(path.c_str(), 0); };
+  const auto list = [&path] {
+    return KemItems(
+               path.c_str(), [](const KemItem&, void*) {}, nullptr) > 0;
+  };
+  for (int reads = 0; fails(reads, load) | fails(reads, list); ++reads) {
   }
 #endif
 }

@@ -138,17 +138,19 @@ Items ListItems(const std::string& file) {
   Items items{.held = {}, .problem = WhyNotAsked(file, source)};
   if (!items.problem.empty()) return items;
   int announced = 0;
+  int error = 0;
   std::string messages;
   try {
     const CapturedOutput output;
     const auto take = [](const KemItem& item, void* host) { static_cast<Items*>(host)->held.push_back(item); };
     announced = KemItems(source.Name().c_str(), take, &items);
+    error = errno;
     messages = output.Lines();
   } catch (const std::bad_alloc&) {
     items.problem = AnnouncesTooMuch();
     return items;
   }
-  if (announced == 0) items.problem = WhyNotLoaded(file, source.Name(), messages);
+  if (announced == 0) items.problem = WhyNotLoaded(file, source.Name(), messages, error);
   if (announced > std::ssize(items.held))
     items.problem = "announces " + std::to_string(announced) + " items, the file has " +
                     std::to_string(fs::file_size(PathOf(source.Name()))) + " bytes";

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Sets the arithmetic of two grids beside numpy's.
 
-    bench/compare_numpy.py build/release/arithmetic_bench
+    bench/compare_numpy.py build/dev/arithmetic_bench
 
 kem's operators also find the range of the result, so numpy is timed without and with its min and max. All times
 are processor time in microseconds, the best of several rounds.

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Sets the medians and the smoothing of a 1344 x 1024 image and of a trace of a million samples beside SciPy's.
 
-    bench/compare_scipy.py build/release/filters_bench
+    bench/compare_scipy.py build/dev/filters_bench
 
 SciPy takes the textbook median, and its smoothed arrays keep their ends. All times are processor time in
 milliseconds, the best of several rounds; that of the literal rule for medians is taken for 1024 samples and

@@ -23,6 +23,10 @@
 #ifndef KEM_H
 #define KEM_H
 
+#if __cplusplus < 201709L && (!defined(_MSVC_LANG) || _MSVC_LANG < 202002L)
+#error kem.h needs C++20
+#endif
+
 #include <cstddef>
 #include <iosfwd>
 #include <span>

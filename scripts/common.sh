@@ -2,6 +2,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+# The library needs the first three alone; README.md tells which switch needs which of the others.
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
 test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix)

@@ -1,0 +1,46 @@
+# Header-only packages: a header that tells where each is, and its Debian package.
+set(kem_header_cli11 CLI/CLI.hpp)
+set(kem_package_cli11 libcli11-dev)
+set(kem_header_doctest doctest/doctest.h)
+set(kem_package_doctest doctest-dev)
+set(kem_header_nlohmann_json nlohmann/json.hpp)
+set(kem_package_nlohmann_json nlohmann-json3-dev)
+
+# kem_header_only(missing name...) makes the interface target kem_<name> of each package; `missing` receives the
+# Debian packages of those that are not there. The headers are linked into a folder of their own, so that a cross
+# build sees them without the rest of /usr/include.
+function(kem_header_only missing)
+  set(absent "")
+  foreach(name IN LISTS ARGN)
+    set(header ${kem_header_${name}})
+    find_path(KEM_${name}_DIR ${header} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+    mark_as_advanced(KEM_${name}_DIR)
+    if(NOT KEM_${name}_DIR)
+      list(APPEND absent ${kem_package_${name}})
+    elseif(NOT TARGET kem_${name})
+      cmake_path(GET header PARENT_PATH folder)
+      set(links ${PROJECT_BINARY_DIR}/header_only/${name})
+      file(MAKE_DIRECTORY ${links})
+      file(CREATE_LINK ${KEM_${name}_DIR}/${folder} ${links}/${folder} SYMBOLIC)
+      add_library(kem_${name} INTERFACE)
+      target_include_directories(kem_${name} SYSTEM INTERFACE ${links})
+    endif()
+  endforeach()
+  set(${missing} ${absent} PARENT_SCOPE)
+endfunction()
+
+# kem_part(switch what name...) settles a switch: a part on AUTO is left out when packages that it needs are
+# missing, and kem_left_out says so; one that is ON ends the configuration.
+function(kem_part switch what)
+  if(NOT ${switch})
+    return()
+  endif()
+  kem_header_only(missing ${ARGN})
+  list(JOIN missing " and " missing)
+  if(missing AND ${switch} STREQUAL "AUTO")
+    set(${switch} OFF PARENT_SCOPE)
+    set(kem_left_out ${kem_left_out} "${what} (needs ${missing})" PARENT_SCOPE)
+  elseif(missing)
+    message(FATAL_ERROR "kem: ${switch} needs ${missing}")
+  endif()
+endfunction()

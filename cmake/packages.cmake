@@ -3,6 +3,8 @@ set(kem_header_cli11 CLI/CLI.hpp)
 set(kem_package_cli11 libcli11-dev)
 set(kem_header_doctest doctest/doctest.h)
 set(kem_package_doctest doctest-dev)
+set(kem_header_fast_float fast_float/fast_float.h)
+set(kem_package_fast_float libfast-float-dev)
 set(kem_header_nlohmann_json nlohmann/json.hpp)
 set(kem_package_nlohmann_json nlohmann-json3-dev)
 

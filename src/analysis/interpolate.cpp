@@ -114,7 +114,7 @@ void ResampleGrid(const PrnType& src, PrnType& result) {
 std::unique_ptr<PrnType> kem::analysis::Resampled(const PrnType& curve, std::span<const float> xs) {
   if (!IsCurve(curve) || xs.empty()) return std::make_unique<PrnType>();
   auto result = NewResult(curve, AllocXY, static_cast<int>(xs.size()));
-  std::ranges::copy(xs, result->xArray);
+  std::copy(xs.begin(), xs.end(), result->xArray);
   ResampleCurve(curve, *result);
   result->MinMax();
   return result;
@@ -124,8 +124,8 @@ std::unique_ptr<PrnType> kem::analysis::Resampled(const PrnType& grid, std::span
                                                   std::span<const float> ys) {
   if (!IsGrid(grid) || xs.empty() || ys.empty()) return std::make_unique<PrnType>();
   auto result = NewResult(grid, AllocXYZ, static_cast<int>(xs.size()), static_cast<int>(ys.size()));
-  std::ranges::copy(xs, result->xArray);
-  std::ranges::copy(ys, result->yArray);
+  std::copy(xs.begin(), xs.end(), result->xArray);
+  std::copy(ys.begin(), ys.end(), result->yArray);
   ResampleGrid(grid, *result);
   result->MinMax();
   return result;

@@ -2,7 +2,6 @@
 // of many neighbours are selected side by side, wide spans are sets of ranks that move along.
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "analysis/result.h"
+#include "portable.h"
 #include "record/storage.h"
 
 using namespace kem::analysis;
@@ -55,16 +55,16 @@ struct Field {
 // Floats as integers of the same order. -0 comes before 0; what is not a number comes after all others and loses
 // its sign.
 constexpr std::int32_t kMagnitude = 0x7fffffff;
-constexpr auto kInfinity = std::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity());
+constexpr auto kInfinity = kem::portable::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity());
 
 std::int32_t KeyOf(float value) {
-  const auto bits = std::bit_cast<std::int32_t>(value);
+  const auto bits = kem::portable::bit_cast<std::int32_t>(value);
   const std::int32_t magnitude = bits & kMagnitude;
   const std::int32_t ordered = bits < 0 ? bits ^ kMagnitude : bits;
   return magnitude > kInfinity ? magnitude : ordered;
 }
 
-float ValueOf(std::int32_t key) { return std::bit_cast<float>(key < 0 ? key ^ kMagnitude : key); }
+float ValueOf(std::int32_t key) { return kem::portable::bit_cast<float>(key < 0 ? key ^ kMagnitude : key); }
 
 // ------------------------------------------------------------ narrow spans
 

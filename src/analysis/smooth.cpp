@@ -30,7 +30,8 @@ constexpr Filter kFilters[] = {
 };
 
 const Filter* FilterOf(int width) {
-  const auto* filter = std::ranges::find(kFilters, width, &Filter::width);
+  const auto* filter =
+      std::find_if(std::begin(kFilters), std::end(kFilters), [width](const Filter& f) { return f.width == width; });
   return filter == std::end(kFilters) ? nullptr : filter;
 }
 

@@ -27,7 +27,7 @@ bool Ascends(const KeptAxis& axis) {
 std::vector<int> AscendingOrder(std::span<const float> axis) {
   std::vector<int> order(axis.size());
   std::iota(order.begin(), order.end(), 0);
-  std::ranges::stable_sort(order, [axis](int a, int b) {
+  std::stable_sort(order.begin(), order.end(), [axis](int a, int b) {
     const float x = axis[static_cast<std::size_t>(a)];
     const float y = axis[static_cast<std::size_t>(b)];
     return x < y || (!std::isnan(x) && std::isnan(y));
@@ -39,7 +39,8 @@ std::vector<int> AscendingOrder(std::span<const float> axis) {
 template <class T>
 void Reorder(T* elements, const std::vector<int>& order, std::vector<T>& scratch) {
   scratch.assign(elements, elements + order.size());
-  std::ranges::transform(order, elements, [&scratch](int from) { return scratch[static_cast<std::size_t>(from)]; });
+  std::transform(order.begin(), order.end(), elements,
+                 [&scratch](int from) { return scratch[static_cast<std::size_t>(from)]; });
 }
 
 void TurnAxis(float& start, float& end, float& step) {
@@ -92,7 +93,7 @@ void SortCurve(PrnType& curve) {
   if (Ascends(KeptX(curve))) return;
   if (!curve.HasX()) {
     TurnAxis(curve.xStart, curve.xEnd, curve.xStep);
-    std::ranges::reverse(Axis(curve.yArray, curve.nY));
+    std::reverse(curve.yArray, curve.yArray + std::max(curve.nY, 0));
     return;
   }
   const auto order = AscendingOrder(Axis(curve.xArray, KeptX(curve).count));

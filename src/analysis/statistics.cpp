@@ -74,7 +74,7 @@ void PrnType::Histogram(int nBins, float* const counts, float& lo, float& hi) co
   const Bins bins{{counts, static_cast<std::size_t>(nBins)},
                   Is3D() ? zMin : std::min(yStart, yEnd),
                   Is3D() ? zMax : std::max(yStart, yEnd)};
-  std::ranges::fill(bins.counts, 0.0f);
+  std::fill(bins.counts.begin(), bins.counts.end(), 0.0f);
   if (OwnsArrays(allocType)) {
     if (!Is3D()) bins.Add(FirstOf(yArray, nY));
     for (int i = 0; Is3D() && i < nX; ++i) bins.Add(FirstOf(zArray[i], nY));

@@ -8,7 +8,7 @@ namespace kem::analysis {
 
 // The first sample that is not below a bound; the length of the axis when there is none.
 inline int FirstFrom(std::span<const float> axis, float low) {
-  const auto at = std::ranges::find_if(axis, [low](float x) { return !(x < low); });
+  const auto at = std::find_if(axis.begin(), axis.end(), [low](float x) { return !(x < low); });
   return static_cast<int>(at - axis.begin());
 }
 

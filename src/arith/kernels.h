@@ -2,9 +2,10 @@
 // value outside a guarded domain gives 0.
 #pragma once
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
+
+#include "portable.h"
 
 namespace kem::arith {
 
@@ -15,7 +16,7 @@ inline constexpr auto kMultiply = [](float a, float b) { return a * b; };
 // instructions.
 inline constexpr auto kDivide = [](float a, float b) {
   const std::uint32_t keep = b != 0 ? ~0U : 0U;
-  return std::bit_cast<float>(std::bit_cast<std::uint32_t>(a / b) & keep);
+  return portable::bit_cast<float>(portable::bit_cast<std::uint32_t>(a / b) & keep);
 };
 // A negative base takes the exponent rounded down, which always has a real result.
 inline constexpr auto kPower = [](float a, float b) { return std::pow(a, a >= 0 ? b : std::floor(b)); };

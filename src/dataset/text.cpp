@@ -1,7 +1,8 @@
 #include "dataset/text.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "portable.h"
 
 namespace kem::dataset {
 namespace {
@@ -46,7 +47,7 @@ std::string_view Trimmed(std::string_view text) {
 std::optional<double> NumberIn(std::string_view text) {
   if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   double value = 0;
-  const auto parsed = std::from_chars(text.data(), text.data() + text.size(), value);
+  const auto parsed = portable::FromChars(text.data(), text.data() + text.size(), value);
   if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) return std::nullopt;
   return value;
 }

@@ -8,9 +8,9 @@
 //
 // After a line that ends in a difference the next line repeats the last ordinate as a check.
 #include "formats/asdf.h"
+#include "portable.h"
 
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <limits>
 #include <new>
@@ -181,7 +181,7 @@ class Decoder {
       for (at_ += 3; at_ != end_ && IsDigit(*at_);) text += *at_++;
     }
     double value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
+    portable::FromChars(text.data(), text.data() + text.size(), value);
     return value;
   }
 

@@ -5,13 +5,13 @@
 // the next label. "$$" begins a comment. From ##TITLE to ##END is a block; one that links others has ##BLOCKS or
 // the data type LINK. Items are the blocks that hold a spectrum, and in tuples their pages.
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <utility>
 
 #include "dataset/reader.h"
 #include "dataset/text.h"
 #include "formats/asdf.h"
+#include "portable.h"
 
 namespace kem::dataset {
 namespace {
@@ -257,7 +257,7 @@ std::vector<double> ScanPairs(std::string_view text, bool decimalComma, std::siz
         continue;
       }
       double value = 0;
-      const auto parsed = std::from_chars(at, end, value);
+      const auto parsed = portable::FromChars(at, end, value);
       if (parsed.ec == std::errc()) numbers.push_back(value);
       unknown += parsed.ec == std::errc() ? 0 : 1;
       at = parsed.ec == std::errc() ? parsed.ptr : at + 1;

@@ -12,6 +12,7 @@
 
 #include "dataset/reader.h"
 #include "dataset/text.h"
+#include "portable.h"
 
 namespace kem::dataset {
 namespace {
@@ -29,7 +30,7 @@ std::uint32_t Word(std::string_view bytes, std::size_t at) {
   return word;
 }
 
-float Float(std::string_view bytes, std::size_t at) { return std::bit_cast<float>(Word(bytes, at)); }
+float Float(std::string_view bytes, std::size_t at) { return portable::bit_cast<float>(Word(bytes, at)); }
 
 // ------------------------------------------------------------ stores
 

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
+
+#include "portable.h"
 
 namespace kem::load {
 namespace {
@@ -21,7 +22,7 @@ Stored Load(const unsigned char* bytes) {
   constexpr std::size_t size = sizeof(Stored);
   for (std::size_t k = 0; k < size; ++k)
     bits |= std::uint64_t{bytes[order == Order::Little ? k : size - 1 - k]} << (8 * k);
-  return std::bit_cast<Stored>(static_cast<Bits<Stored>>(bits));
+  return portable::bit_cast<Stored>(static_cast<Bits<Stored>>(bits));
 }
 
 template <class Stored, Order order>
@@ -32,7 +33,7 @@ float ValueOf(Bits<Stored> bits) {
       swapped = static_cast<Bits<Stored>>(swapped | ((bits >> (8 * k)) & 0xff) << (8 * (sizeof bits - 1 - k)));
     bits = swapped;
   }
-  return static_cast<float>(std::bit_cast<Stored>(bits));
+  return static_cast<float>(portable::bit_cast<Stored>(bits));
 }
 
 // Calls a generic function with a value of the type that a wire type stands for.

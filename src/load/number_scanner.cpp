@@ -1,12 +1,12 @@
 #include "load/number_scanner.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
 
 #include "load/number_text.h"
+#include "portable.h"
 
 namespace kem::load {
 namespace {
@@ -110,7 +110,7 @@ bool NumberScanner::NextPlain(float& value) {
   const char first = *at_ == '-' && end_ - at_ > 1 ? at_[1] : *at_;
   if (!IsDigit(first)) return false;
   float parsed = 0;
-  const auto result = std::from_chars(at_, end_, parsed);
+  const auto result = portable::FromChars(at_, end_, parsed);
   if (result.ec != std::errc() || result.ptr == end_ || !IsSpace(*result.ptr)) return false;
   value = parsed;
   at_ = result.ptr;

@@ -1,7 +1,6 @@
 #include "load/number_text.h"
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +8,7 @@
 
 #include "kem.h"
 #include "load/files.h"
+#include "portable.h"
 
 namespace kem::load {
 namespace {
@@ -46,10 +46,47 @@ long long MagnitudeOf(std::string_view digits) {
   return exponent + static_cast<long long>(point) - static_cast<long long>(first);
 }
 
-// What from_chars refuses as out of range, without sign.
-float OutOfRange(std::string_view digits, bool hexadecimal) {
-  const bool tiny = hexadecimal ? digits.find("p-") != digits.npos : MagnitudeOf(digits) <= 0;
-  return tiny ? 0.0f : std::numeric_limits<float>::infinity();
+// A number in decimal notation, an infinite one or one that is not a number, without sign.
+std::size_t ParseDecimal(std::string_view text, float& value) {
+  const auto parsed = portable::FromChars(text.data(), text.data() + text.size(), value);
+  const auto length = static_cast<std::size_t>(parsed.ptr - text.data());
+  if (parsed.ec == std::errc::result_out_of_range)
+    value = MagnitudeOf(text.substr(0, length)) <= 0 ? 0.0f : std::numeric_limits<float>::infinity();
+  return length;
+}
+
+// The digits, point and exponent of a number in hexadecimal notation. Bits that the double behind it cannot hold
+// leave a mark in the last one, so that the value is rounded once and right.
+std::size_t ParseHexadecimal(std::string_view text, float& value) {
+  constexpr std::uint64_t kMany = std::uint64_t{1} << 48;
+  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
+  std::uint64_t bits = 0;
+  long long exponent = 0;
+  std::size_t length = 0;
+  std::size_t point = text.npos;
+  for (; length < text.size(); ++length) {
+    if (text[length] == '.' && point == text.npos) {
+      point = length;
+      continue;
+    }
+    const auto at = kDigits.find(text[length]);
+    if (at == kDigits.npos) break;
+    const auto digit = at < 16 ? at : at - 6;
+    const bool room = bits < kMany;
+    bits = room ? bits * 16 + digit : bits | (digit != 0);
+    exponent += (room ? 0 : 4) - (point == text.npos ? 0 : 4);
+  }
+  if (length == 0 || (length == 1 && point == 0)) return 0;
+  if (length < text.size() && (text[length] == 'p' || text[length] == 'P')) {
+    int binary = 0;
+    const std::size_t used = ParseLenient(text.substr(length + 1), binary);
+    if (used > 0) length += 1 + used;
+    exponent += binary;
+  }
+  constexpr long long kFar = 10000;  // from where all is 0 or infinite
+  value = static_cast<float>(
+      std::ldexp(static_cast<double>(bits), static_cast<int>(std::clamp(exponent, -kFar, kFar))));
+  return length;
 }
 
 template <class Integer>
@@ -86,7 +123,7 @@ SixDigits Round(float value) {
     const double scaled = exponent <= 5 ? value * power : value / power;
     return static_cast<int>((scaled + kToInteger) - kToInteger);
   };
-  const int binary = static_cast<int>(std::bit_cast<std::uint32_t>(value) >> 23) - 127;
+  const int binary = static_cast<int>(portable::bit_cast<std::uint32_t>(value) >> 23) - 127;
   const int least = (binary * 1233) >> 12;  // 1233 / 2^12 is log10(2); the power of ten is this or the next
   const int digits = rounded(least);
   return digits < 1'000'000 ? SixDigits{digits, least} : SixDigits{rounded(least + 1), least + 1};
@@ -122,19 +159,15 @@ std::size_t ParseLenient(std::string_view text, unsigned& value) { return ParseI
 
 std::size_t ParseLenient(std::string_view text, float& value) {
   const Sign sign = SignOf(text);
-  const char* first = text.data() + sign.length;
-  const char* last = text.data() + text.size();
-  const bool hexadecimal = last - first > 1 && first[0] == '0' && (first[1] == 'x' || first[1] == 'X');
-  if (hexadecimal) first += 2;
-  if (first == last || *first == '-') return 0;
+  text.remove_prefix(sign.length);
+  const bool hexadecimal = text.size() > 1 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+  if (hexadecimal) text.remove_prefix(2);
+  if (text.empty() || text[0] == '-') return 0;
   float magnitude = 0;
-  const auto format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
-  const auto parsed = std::from_chars(first, last, magnitude, format);
-  if (parsed.ec == std::errc::invalid_argument) return 0;
-  if (parsed.ec == std::errc::result_out_of_range)
-    magnitude = OutOfRange({first, static_cast<std::size_t>(parsed.ptr - first)}, hexadecimal);
+  const std::size_t length = hexadecimal ? ParseHexadecimal(text, magnitude) : ParseDecimal(text, magnitude);
+  if (length == 0) return 0;
   value = std::copysign(magnitude, sign.negative ? -1.0f : 1.0f);
-  return static_cast<std::size_t>(parsed.ptr - text.data());
+  return sign.length + (hexadecimal ? 2 : 0) + length;
 }
 
 void AppendNumber(std::string& text, float value) {
@@ -143,9 +176,7 @@ void AppendNumber(std::string& text, float value) {
     if (value < 0) text += '-';
     return AppendSixDigits(text, magnitude);
   }
-  char digits[32];
-  const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6);
-  text.append(digits, end.ptr);
+  portable::AppendGeneral(text, value);
 }
 
 void AppendNumber(std::string& text, int value) { text += std::to_string(value); }

@@ -87,8 +87,8 @@ TEST_CASE("reshape: blocks are averaged, a remainder is dropped, the header come
     const auto reduced = Take(r.Reduce(fx, fy));
     if (fx < 1 || fx > r.nX || fy < 1 || fy > r.nY) return CheckEmpty(*reduced);
     PrnType rule(r.Is3D() ? AllocXYZ : AllocXY, r.nX / fx, r.nY / fy);
-    std::ranges::copy(Means(XOf(r), fx), rule.xArray);
-    std::ranges::copy(Means(YOf(r), fy), rule.yArray);
+    Put(Means(XOf(r), fx), rule.xArray);
+    Put(Means(YOf(r), fy), rule.yArray);
     for (int a = 0; r.Is3D() && a < r.nX / fx; ++a)
       for (int b = 0; b < r.nY / fy; ++b) {
         float sum = 0;

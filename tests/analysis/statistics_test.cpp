@@ -7,8 +7,8 @@ TEST_CASE("statistics: noise of a grid between its columns, of a curve between i
   CHECK_BITS(Curve(7, -0.5f, {9, 1, 3, 4}).NoiseLevel(), 1.5f / 4);
   CHECK_BITS(Curve({}, {}).NoiseLevel(), 0);
   PrnType grid(AllocZ, 2, 3);
-  std::ranges::copy(Floats{1, 3, 2}, grid.zArray[0]);
-  std::ranges::copy(Floats{0, 0, 4}, grid.zArray[1]);
+  Put({1, 3, 2}, grid.zArray[0]);
+  Put({0, 0, 4}, grid.zArray[1]);
   CHECK_BITS(grid.NoiseLevel(), 7.0f / 3 / 2);
 }
 
@@ -16,7 +16,7 @@ TEST_CASE("statistics: a histogram counts what lies in the range, the largest in
   constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
   // The counts, then the range; `later` replaces values without a new MinMax.
   const auto count = [](PrnType r, int bins, const Floats& later) {
-    std::ranges::copy(later, r.yArray);
+    Put(later, r.yArray);
     Floats counts(static_cast<std::size_t>(bins) + 2, -9);
     r.Histogram(bins, counts.data(), counts[bins], counts[bins + 1]);
     return counts;

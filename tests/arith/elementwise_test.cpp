@@ -57,13 +57,13 @@ TEST_CASE("elementwise: functions of the values and coordinates of every shape")
                       1e-40f, 1e38f, INFINITY, -INFINITY, 0.99999994f, 4,           -1e-3f, 100};
   for (int type = 2; type < 8; ++type) {
     PrnType record = RandomRecord(rng, type, 30, 20);
-    std::ranges::copy(odd, record.Is3D() ? record.zArray[7] : record.yArray);
-    if (record.HasX()) std::ranges::copy(odd, record.xArray);
+    Put(odd, record.Is3D() ? record.zArray[7] : record.yArray);
+    if (record.HasX()) Put(odd, record.xArray);
     for (const Function& f : kFunctions) {
       CAPTURE(f.operation);
       Floats values = ValuesOf(record);
       Floats x = XOf(record);
-      for (Floats* all : {&values, &x}) std::ranges::transform(*all, all->begin(), f.rule);
+      for (Floats* all : {&values, &x}) std::transform(all->begin(), all->end(), all->begin(), f.rule);
       const PrnType result = (record.*f.member)();
       CHECK_SAME(ValuesOf(result), values);
       CHECK(Name(result) == f.before + record.fileName + f.after);

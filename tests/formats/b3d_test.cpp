@@ -36,8 +36,8 @@ bool SameBytes(const Floats& a, const Floats& b) {
 TEST_CASE("b3d: the layout of a grid and of a curve") {
   PrnType grid(AllocYZ, 1, 2);
   grid.xStart = 1, grid.xEnd = 2, grid.xStep = 3, grid.yStart = 4, grid.yEnd = 5, grid.yStep = 6;
-  std::ranges::copy(Floats{4, 5}, grid.yArray);
-  std::ranges::copy(Floats{10, 11}, grid.zArray[0]);
+  Put({4, 5}, grid.yArray);
+  Put({10, 11}, grid.zArray[0]);
   CHECK(Written(grid, &PrnType::WriteB3D) == File({}, {4, 5, 10, 11}, "X\nY\nZ\n\n\n"));
   PrnType curve = Curve({1, 2}, {4, 5});
   curve.xStep = 3, curve.yStep = 6, curve.fileType = FileP3D;
@@ -52,7 +52,8 @@ TEST_CASE("b3d: any shape comes back bit for bit; the others are refused") {
     const bool grid = record.Is3D() != 0;
     for (int i = 0; i < (grid ? record.nX : 1); ++i)
       for (int j = 0; j < record.nY; ++j)
-        (grid ? record.zArray[i] : record.yArray)[j] = std::bit_cast<float>(static_cast<std::uint32_t>(rng()));
+        (grid ? record.zArray[i] : record.yArray)[j] =
+            kem::portable::bit_cast<float>(static_cast<std::uint32_t>(rng()));
     const std::string bytes = Written(record, grid ? &PrnType::WriteB3D : &PrnType::WriteB2D);
     const Read back(bytes, grid ? &PrnType::ReadB3D : &PrnType::ReadB2D);
     const PrnType& r = back.record;

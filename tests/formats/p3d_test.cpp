@@ -13,7 +13,7 @@ const std::string kCurve = "[P2D]\nfield\nY\n\n[X] DEFINITION\n0 10 5\n[Y]\n7 8.
 
 TEST_CASE("p3d: a grid and a curve as text, and back, with either line end") {
   PrnType grid(AllocXZ, 3, 2);
-  std::ranges::copy(Floats{400, 410, 425}, grid.xArray);
+  Put({400, 410, 425}, grid.xArray);
   for (int k = 0; k < 6; ++k) grid.zArray[k % 3][k / 3] = static_cast<float>(k + 1);
   grid.yEnd = 2;
   std::snprintf(grid.xLabel, kTextSize, "wavelength");

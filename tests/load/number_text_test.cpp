@@ -32,11 +32,11 @@ TEST_CASE("number text: the text of any float is that of a stream, halfway cases
   Rng rng(kSeed);
   CAPTURE(kSeed);
   for (const unsigned bits : {0u, 0x80000000u, 0x7f800000u, 0xff800000u, 0x7fc00000u, 0xffc00000u, 1u, 0x807fffffu})
-    CheckText(std::bit_cast<float>(bits));
+    CheckText(kem::portable::bit_cast<float>(bits));
   for (int k = -45; k <= 38; ++k) CheckWithNeighbours(static_cast<float>(std::pow(10.0, k)));
   for (int k = -149; k <= 127; ++k) CheckWithNeighbours(std::ldexp(1.0f, k));
   for (int k = 0; k < 30000; ++k) {
-    CheckText(std::bit_cast<float>(static_cast<std::uint32_t>(rng())));
+    CheckText(kem::portable::bit_cast<float>(static_cast<std::uint32_t>(rng())));
     const float sixDigits = 100000 + static_cast<float>(rng() % 900000);
     CheckWithNeighbours(sixDigits + 0.5f);
     CheckWithNeighbours(std::ldexp(sixDigits * 2 + 1, -static_cast<int>(rng() % 40)));

@@ -256,7 +256,7 @@ TEST_CASE("memory: the command that it runs out for says so and leaves no file")
         CHECK(result.out == whole.out);
       } else {
         CHECK(result.status == 1);
-        CHECK(std::ranges::count(result.err, '\n') == 1);
+        CHECK(std::count(result.err.begin(), result.err.end(), '\n') == 1);
         CHECK(result.err.starts_with("kem: "));
         CHECK(Names(folder.Path("")) == inputs);
       }

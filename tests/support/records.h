@@ -13,17 +13,22 @@ namespace kem::test {
 
 using Floats = std::vector<float>;
 
+inline void Put(const Floats& values, float* array) { std::copy(values.begin(), values.end(), array); }
+inline bool SameFloats(const Floats& a, const Floats& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameBits);
+}
+
 inline PrnType Curve(const Floats& x, const Floats& y) {
   PrnType curve(AllocXY, static_cast<int>(y.size()));
-  std::ranges::copy(x, curve.xArray);
-  std::ranges::copy(y, curve.yArray);
+  Put(x, curve.xArray);
+  Put(y, curve.yArray);
   curve.MinMax();
   return curve;
 }
 
 inline PrnType Curve(float start, float step, const Floats& y) {
   PrnType curve(AllocY, static_cast<int>(y.size()));
-  std::ranges::copy(y, curve.yArray);
+  Put(y, curve.yArray);
   curve.xStart = start;
   curve.xStep = step;
   curve.xEnd = start + static_cast<float>(curve.nX - 1) * step;
@@ -125,10 +130,9 @@ inline PrnType CurveOver(const PrnType& r, const Floats& values) {
 
 // That two records hold the same data on the same axes.
 inline bool SameData(const PrnType& a, const PrnType& b) {
-  const auto same = [](const Floats& x, const Floats& y) { return std::ranges::equal(x, y, SameBits); };
-  return a.allocType == b.allocType && a.nX == b.nX && a.nY == b.nY && same(ValuesOf(a), ValuesOf(b)) &&
-         same(XOf(a), XOf(b)) && same(YOf(a), YOf(b)) &&
-         same({a.xStart, a.xEnd, a.yStart, a.yEnd, a.zMin}, {b.xStart, b.xEnd, b.yStart, b.yEnd, b.zMin});
+  return a.allocType == b.allocType && a.nX == b.nX && a.nY == b.nY && SameFloats(ValuesOf(a), ValuesOf(b)) &&
+         SameFloats(XOf(a), XOf(b)) && SameFloats(YOf(a), YOf(b)) &&
+         SameFloats({a.xStart, a.xEnd, a.yStart, a.yEnd, a.zMin}, {b.xStart, b.xEnd, b.yStart, b.yEnd, b.zMin});
 }
 
 // That an operation on a record made this.
@@ -142,9 +146,9 @@ inline void CheckResult(const PrnType& result, const PrnType& expected, const Pr
 }  // namespace kem::test
 
 // Compares two sequences of floats bit for bit.
-#define CHECK_SAME(a, b)                                                             \
-  do {                                                                               \
-    const kem::test::Floats& sameA = (a);                                            \
-    const kem::test::Floats& sameB = (b);                                            \
-    CHECK_MESSAGE(std::ranges::equal(sameA, sameB, kem::test::SameBits), #a "/" #b); \
+#define CHECK_SAME(a, b)                                           \
+  do {                                                             \
+    const kem::test::Floats& sameA = (a);                          \
+    const kem::test::Floats& sameB = (b);                          \
+    CHECK_MESSAGE(kem::test::SameFloats(sameA, sameB), #a "/" #b); \
   } while (false)

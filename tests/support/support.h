@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "kem.h"
+#include "portable.h"
 
 namespace kem::test {
 
@@ -107,7 +108,7 @@ inline constexpr unsigned kSeed = 20240917;
 // Floats are equal when their bits are, all not-a-number values being one.
 inline bool SameBits(float a, float b) {
   if (std::isnan(a) && std::isnan(b)) return true;
-  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
+  return portable::bit_cast<std::uint32_t>(a) == portable::bit_cast<std::uint32_t>(b);
 }
 
 double Sum(std::span<const float> values);

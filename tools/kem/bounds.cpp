@@ -23,7 +23,8 @@ Problem CannotReach(char axis, const Bounds& range, const Bounds& bounds) {
 
 bool HoldAnyOf(const Bounds& bounds, const std::vector<float>& values) {
   const auto [low, high] = std::minmax(bounds.from, bounds.to);
-  return std::ranges::any_of(values, [low = low, high = high](float v) { return low <= v && v <= high; });
+  return std::any_of(values.begin(), values.end(),
+                     [low = low, high = high](float v) { return low <= v && v <= high; });
 }
 
 }  // namespace kem::tool

@@ -46,7 +46,8 @@ constexpr Function kFunctions[] = {
 };
 
 const Function* FunctionNamed(std::string_view name) {
-  const auto* found = std::ranges::find(kFunctions, name, &Function::name);
+  const auto* found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
+                                   [name](const Function& f) { return f.name == name; });
   return found == std::end(kFunctions) ? nullptr : found;
 }
 
@@ -163,7 +164,8 @@ Value Combined(const Expression& e) {
   if (!a) return {};
   Value b = ValueOf(e.operands[1]);
   if (!b) return {};
-  const Operator& op = *std::ranges::find(kOperators, e.text.front(), &Operator::sign);
+  const Operator& op = *std::find_if(std::begin(kOperators), std::end(kOperators),
+                                     [&e](const Operator& o) { return o.sign == e.text.front(); });
   Value result{Calculated([&] { return Result(op, a, b); }), a.isNumber && b.isNumber};
   if (!*result.record) return Refused(e, a, b);
   if (!a.isNumber && !b.isNumber && op.sign != '&') WarnOfGaps(*a.record, *b.record);

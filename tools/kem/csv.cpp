@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "portable.h"
 #include "shape.h"
 #include "system.h"
 #include "text.h"
@@ -24,7 +25,7 @@ class Table {
 
   void Row(std::initializer_list<float> values) {
     for (const float value : values) {
-      AppendShortest(text_, value);
+      portable::AppendShortest(text_, value);
       text_ += ',';
     }
     text_.back() = '\n';

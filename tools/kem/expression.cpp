@@ -1,6 +1,6 @@
 #include "expression.h"
 
-#include <charconv>
+#include "portable.h"
 
 namespace kem::tool {
 namespace {
@@ -102,14 +102,14 @@ class Parser {
     float number = 0;
     const char* const from = text_.data() + at_;
     const auto length =
-        static_cast<std::size_t>(std::from_chars(from, text_.data() + text_.size(), number).ptr - from);
+        static_cast<std::size_t>(portable::FromChars(from, text_.data() + text_.size(), number).ptr - from);
     return NamesAt(at_ + length) ? 0 : length;
   }
 
   Expression Number(std::size_t length) {
     const std::string_view digits = text_.substr(at_, length);
     float number = 0;
-    if (std::from_chars(digits.data(), digits.data() + length, number).ec != std::errc())
+    if (portable::FromChars(digits.data(), digits.data() + length, number).ec != std::errc())
       return Fail("this number is beyond single precision");
     Expression literal = Take(Kind::Number, length);
     literal.number = number;

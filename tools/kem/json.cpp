@@ -1,7 +1,6 @@
 #include "json.h"
 
-#include <charconv>
-
+#include "portable.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -9,7 +8,7 @@ namespace kem::tool {
 Json Number(float value) {
   const std::string digits = Shortest(value);
   double wide = value;
-  std::from_chars(digits.data(), digits.data() + digits.size(), wide);
+  portable::FromChars(digits.data(), digits.data() + digits.size(), wide);
   return wide;
 }
 

@@ -55,7 +55,8 @@ void Define(CLI::App& app, int& status) {
 }
 
 bool IsCommand(std::string_view name) {
-  return std::ranges::any_of(Commands(), [name](const Command& c) { return name == c.name; });
+  const auto commands = Commands();
+  return std::any_of(commands.begin(), commands.end(), [name](const Command& c) { return name == c.name; });
 }
 
 // Whether the first word is a file rather than a command: one that exists, or that looks like a path.

@@ -37,7 +37,7 @@ std::vector<std::string> Matching(const fs::path& pattern) {
         PathMatchSpecExW(name.c_str(), pattern.filename().c_str(), PMSF_NORMAL) == S_OK)
       found.push_back((folder / name).string());
   }
-  std::ranges::sort(found);
+  std::sort(found.begin(), found.end());
   return found;
 }
 
@@ -59,7 +59,7 @@ std::vector<std::string> Expanded(const std::vector<std::string>& names) {
     std::vector<std::string> found;
     if (IsPattern(name)) found = Matching(PathOf(name));
     if (found.empty()) found = {name};
-    std::ranges::move(found, std::back_inserter(expanded));
+    std::move(found.begin(), found.end(), std::back_inserter(expanded));
   }
   return expanded;
 }

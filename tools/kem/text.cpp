@@ -1,9 +1,10 @@
 #include "text.h"
 
-#include <charconv>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
+
+#include "portable.h"
 
 namespace kem::tool {
 namespace {
@@ -77,14 +78,9 @@ std::string CsvText(std::string_view text) {
   return quoted + '"';
 }
 
-void AppendShortest(std::string& text, float value) {
-  char digits[32];
-  text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
-}
-
 std::string Shortest(float value) {
   std::string text;
-  AppendShortest(text, value);
+  portable::AppendShortest(text, value);
   return text;
 }
 

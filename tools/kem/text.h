@@ -22,8 +22,7 @@ std::string UpperCase(std::string text);
 // Text as a field of comma-separated values: quoted if it holds a separator, quotes in it doubled.
 std::string CsvText(std::string_view text);
 
-// Appends the shortest text that reads back as the same float.
-void AppendShortest(std::string& text, float value);
+// The shortest text that reads back as the same float.
 std::string Shortest(float value);
 
 }  // namespace kem::tool

@@ -119,7 +119,7 @@ int Main(int argc, char** argv) {
 int main(int argc, char** argv) {
   const kem::tool::Utf8Console console;
   kem::tool::HandleInterrupts();
-  ReadMostMissing = 1 << 20;  // what would become of more is many lines of zeros
+  ReadMostMissing = 1 << 18;  // what would become of more is many lines of zeros
   try {
     return kem::tool::Main(argc, argv);
   } catch (const std::bad_alloc&) {

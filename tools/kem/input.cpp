@@ -58,24 +58,27 @@ Problem WhyUnreadable(const std::string& file) {
   return {};
 }
 
+// What is wrong with the other file of a pair.
+Problem WhyIncomplete(const std::string& file, const char* format) {
+  if (file == kStandard && IsPair(format)) return "that is a pair of files, and standard input is one";
+  const Partner partner = PartnerOf(file);
+  if (partner.file.empty()) return IsPair(format) ? "its extension is none of the two that such files have" : "";
+  const std::string name = PathOf(partner.file).filename().string() + ", which belongs to it";
+  if (!partner.exists) return name + ", is missing";
+  const Problem unreadable = WhyUnreadable(partner.file);
+  return unreadable.empty() ? "" : name + ": " + unreadable;
+}
+
 // `name` is what the library was asked for.
 Problem WhyNotLoaded(const std::string& file, const std::string& name, const std::string& messages, int error) {
   if (Problem unreadable = WhyUnreadable(name); !unreadable.empty()) return unreadable;
+  const char* format = KemFormatName(name.c_str());
+  const std::string recognised = format ? std::string("recognised as ") + format + ", but " : "";
+  if (const Problem incomplete = format ? WhyIncomplete(file, format) : ""; !incomplete.empty())
+    return recognised + incomplete;
   if (error != 0 && error != ENOENT) return std::generic_category().message(error);
   if (!messages.empty()) return messages;
-  const char* format = KemFormatName(name.c_str());
-  if (!format) return "unknown format";
-  const std::string recognised = std::string("recognised as ") + format + ", but ";
-  if (file == kStandard && IsPair(format)) return recognised + "that is a pair of files, and standard input is one";
-  if (const Partner partner = PartnerOf(file); !partner.file.empty()) {
-    const std::string partnerName = PathOf(partner.file).filename().string() + ", which belongs to it";
-    if (!partner.exists) return recognised + partnerName + ", is missing";
-    if (const Problem unreadable = WhyUnreadable(partner.file); !unreadable.empty())
-      return recognised + partnerName + ": " + unreadable;
-  } else if (IsPair(format)) {
-    return recognised + "its extension is none of the two that such files have";
-  }
-  return recognised + "kem cannot read this layout";
+  return format ? recognised + "kem cannot read this layout" : "unknown format";
 }
 
 // ------------------------------------------------------------ items

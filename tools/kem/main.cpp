@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
@@ -117,7 +118,7 @@ int Main(int argc, char** argv) {
 }  // namespace kem::tool
 
 int main(int argc, char** argv) {
-  const kem::tool::Utf8Console console;
+  const std::shared_ptr<void> console = kem::tool::Utf8Console();
   kem::tool::HandleInterrupts();
   ReadMostMissing = 1 << 18;  // what would become of more is many lines of zeros
   try {

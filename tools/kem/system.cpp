@@ -64,15 +64,17 @@ std::vector<std::string> Expanded(const std::vector<std::string>& names) {
   return expanded;
 }
 
-Utf8Console::Utf8Console() : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
-Utf8Console::~Utf8Console() { SetConsoleOutputCP(before_); }
+std::shared_ptr<void> Utf8Console() {
+  const UINT before = GetConsoleOutputCP();
+  SetConsoleOutputCP(CP_UTF8);
+  return {nullptr, [before](void*) { SetConsoleOutputCP(before); }};
+}
 
 #else
 
 bool IsPattern(const std::string&) { return false; }
 std::vector<std::string> Expanded(const std::vector<std::string>& names) { return names; }
-Utf8Console::Utf8Console() = default;
-Utf8Console::~Utf8Console() = default;
+std::shared_ptr<void> Utf8Console() { return {}; }
 
 #endif
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,16 +19,7 @@ bool IsPattern(const std::string& name);
 // matches stays.
 std::vector<std::string> Expanded(const std::vector<std::string>& names);
 
-// Lets a Windows console show UTF-8 while it lives.
-class Utf8Console {
- public:
-  Utf8Console();
-  ~Utf8Console();
-  Utf8Console(const Utf8Console&) = delete;
-  Utf8Console& operator=(const Utf8Console&) = delete;
-
- private:
-  unsigned before_ = 0;
-};
+// Lets a Windows console show UTF-8 while what it returns lives.
+std::shared_ptr<void> Utf8Console();
 
 }  // namespace kem::tool

@@ -63,7 +63,7 @@ TempFolder::~TempFolder() {
 }
 
 std::string TempFolder::Write(const std::string& name, const std::string& bytes) const {
-  const std::string path = Path(name);
+  std::string path = Path(name);
   std::ofstream(PathOf(path), std::ios::binary) << bytes;
   return path;
 }

@@ -17,6 +17,8 @@
 #include <random>
 #include <system_error>
 
+#include "system.h"
+
 namespace kem::tool {
 namespace {
 
@@ -61,7 +63,7 @@ Removed MakeNew(const fs::path& folder, Make make, Problem& problem) {
     char name[32];
     std::snprintf(name, sizeof name, ".kem-%08x.tmp", static_cast<unsigned>(random()));
     Removed path = RemovedLater(folder / name);
-    if (make(path.get())) return path;
+    if (make(PathOf(path.get()))) return path;
     const int error = errno;
     *path.release() = '\0';
     if (error != EEXIST || tries == 99) problem = Message(error);
@@ -167,8 +169,8 @@ Problem TemporaryFile::MoveTo(const fs::path& target, bool replace) {
   Close();
   std::error_code error;
   if (replace)
-    fs::rename(path_.get(), target, error);
-  else if (const int code = MoveToNew(path_.get(), target))
+    fs::rename(PathOf(path_.get()), target, error);
+  else if (const int code = MoveToNew(PathOf(path_.get()), target))
     error.assign(code, std::generic_category());
   if (error) return error.message();
   *path_.release() = '\0';

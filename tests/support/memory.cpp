@@ -28,11 +28,16 @@ struct FromEnvironment {
 
 using kem::test::memory;
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   const bool fails = memory.left >= 0 && memory.left-- == 0;
   void* const bytes = fails ? nullptr : std::malloc(size + 1);
+  if (bytes) ++memory.live;
+  return bytes;
+}
+
+void* operator new(std::size_t size) {
+  void* const bytes = operator new(size, std::nothrow);
   if (!bytes) throw std::bad_alloc();
-  ++memory.live;
   return bytes;
 }
 

@@ -83,7 +83,7 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
   WritePair(folder, "alone", false);
   fs::remove(folder.Path("alone.DTA"));
   folder.Write("image.par", ";\n;  scan JSS\nFormat : 1\n");
-  folder.Write("absent.dsc", pointer);
+  folder.Write("absent.DSC", pointer);
   folder.Write("parted.spc", galactic);
   const std::pair<std::string, std::string> cases[] = {
       {folder.Path("none.prn"), "no such file"},
@@ -92,7 +92,7 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
       {folder.Write("profile.prf", "x"), "recognised as HPDTA profile, but kem cannot read this layout"},
       {folder.Path("alone.DSC"), "recognised as Bruker BES3T, but alone.DTA, which belongs to it, is missing"},
       {WritePair(folder, "igd", false, "YTYP IGD\n"), "DATA: 3D Data not supported yet!"},
-      {folder.Write("absent.DTA", "x"), "not a pair of data files: absent.dsc is a pointer of git-lfs to the data"},
+      {folder.Write("absent.DTA", "x"), "not a pair of data files: absent.DSC is a pointer of git-lfs to the data"},
       {folder.Write("ir.spc", galactic), "not a Bruker ESR spc/par file: it begins like a Galactic spc file"},
       {folder.Write("uv.SPC", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"),
        "not a Bruker ESR spc/par file: it begins like a Shimadzu spc file"},

@@ -72,6 +72,11 @@ bool Lines::Next(std::string_view& line) {
   return true;
 }
 
+std::string_view TextOf(std::span<const TextRow> table, std::string_view key) {
+  const auto row = std::find_if(table.begin(), table.end(), [key](const TextRow& e) { return e.key == key; });
+  return row == table.end() ? std::string_view() : row->text;
+}
+
 std::vector<std::string> SplitList(std::string_view text, char separator) {
   std::vector<std::string> entries;
   for (;;) {

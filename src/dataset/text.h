@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,15 @@ class Lines {
  private:
   std::string_view rest_;
 };
+
+// A row of a table of texts: the unit of a parameter, what an axis of a unit shows.
+struct TextRow {
+  std::string_view key;
+  std::string_view text;
+};
+
+// The text of a key; empty when the table has none.
+std::string_view TextOf(std::span<const TextRow> table, std::string_view key);
 
 // The entries of a list, quotes of the kind ' taken off.
 std::vector<std::string> SplitList(std::string_view text, char separator = ',');

@@ -18,20 +18,10 @@ constexpr std::string_view kValueFile = ".DTA";
 // ------------------------------------------------------------ descriptor
 
 // Units of the standard parameters, which the file does not name.
-struct Unit {
-  std::string_view key;
-  std::string_view unit;
-};
-constexpr Unit kUnits[] = {
+constexpr TextRow kUnits[] = {
     {"B0MA", "T"},   {"B0MF", "Hz"}, {"B0VL", "T"}, {"MWFQ", "Hz"}, {"MWPW", "W"}, {"RCAG", "dB"},
     {"RCPH", "deg"}, {"RCTC", "s"},  {"SPTP", "s"}, {"STMP", "K"},  {"A1CT", "T"}, {"A1SW", "T"},
 };
-
-std::string_view UnitOf(std::string_view key) {
-  const auto* const row =
-      std::find_if(std::begin(kUnits), std::end(kUnits), [key](const Unit& u) { return u.key == key; });
-  return row == std::end(kUnits) ? std::string_view() : row->unit;
-}
 
 // A line that ends in a backslash goes on in the next one; such texts spell their line ends as "\n".
 std::string JoinedLine(std::string_view line, Lines& lines) {
@@ -65,7 +55,7 @@ void ReadDescriptor(Dataset& d, std::string_view text) {
     if (key == ".DVC")
       section = std::string("DSL ").append(value.substr(0, value.find(',')));
     else
-      AddParameter(d, section, key, value, section == "SPL" ? UnitOf(key) : std::string_view());
+      AddParameter(d, section, key, value, section == "SPL" ? TextOf(kUnits, key) : std::string_view());
   }
 }
 

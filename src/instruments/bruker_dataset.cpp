@@ -23,22 +23,13 @@ namespace {
 constexpr std::string_view kParameterFile = ".par";
 constexpr std::string_view kValueFile = ".spc";
 
-struct Unit {
-  std::string_view key;
-  std::string_view unit;
-};
-constexpr Unit kUnits[] = {{"MF", "GHz"},  {"MP", "mW"},  {"MPD", "dB"}, {"MPS", "dB"},  {"RMA", "G"},
-                           {"RMF", "kHz"}, {"RCT", "ms"}, {"RTC", "ms"}, {"RPH", "deg"}, {"HCF", "G"},
-                           {"HSW", "G"},   {"EMF", "G"},  {"TE", "K"}};
+constexpr TextRow kUnits[] = {{"MF", "GHz"},  {"MP", "mW"},  {"MPD", "dB"}, {"MPS", "dB"},  {"RMA", "G"},
+                              {"RMF", "kHz"}, {"RCT", "ms"}, {"RTC", "ms"}, {"RPH", "deg"}, {"HCF", "G"},
+                              {"HSW", "G"},   {"EMF", "G"},  {"TE", "K"}};
 
 // What an axis of a unit shows; the file does not say.
-constexpr Unit kQuantities[] = {{"G", "Field"}, {"MHz", "Frequency"}, {"ns", "Time"},
-                                {"ms", "Time"}, {"s", "Time"},        {"dB", "Attenuation"}};
-
-std::string_view RowOf(std::span<const Unit> rows, std::string_view key) {
-  const auto row = std::find_if(rows.begin(), rows.end(), [key](const Unit& u) { return u.key == key; });
-  return row == rows.end() ? std::string_view() : row->unit;
-}
+constexpr TextRow kQuantities[] = {{"G", "Field"}, {"MHz", "Frequency"}, {"ns", "Time"},
+                                   {"ms", "Time"}, {"s", "Time"},        {"dB", "Attenuation"}};
 
 // ------------------------------------------------------------ parameter file
 
@@ -47,7 +38,7 @@ void ReadParameters(Dataset& d, std::string_view text) {
   std::string key;
   std::string value;
   const auto store = [&] {
-    if (!key.empty()) AddParameter(d, {}, key, value, RowOf(kUnits, key));
+    if (!key.empty()) AddParameter(d, {}, key, value, TextOf(kUnits, key));
     key.clear();
   };
   for (std::string_view line; lines.Next(line);) {
@@ -83,7 +74,7 @@ bool HasBit(const Dataset& d, unsigned bit) {
 // ------------------------------------------------------------ axes
 
 Axis NamedAxis(std::string unit, std::size_t count, double start, double width) {
-  std::string name(RowOf(kQuantities, unit));
+  std::string name(TextOf(kQuantities, unit));
   return Axis::Linear(std::move(name), std::move(unit), count, start, start + width);
 }
 

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "analysis/axis.h"
+#include "analysis/equal.h"
 #include "analysis/result.h"
 #include "analysis/sorted.h"
 #include "analysis/window.h"
-#include "arith/equal.h"
 #include "record/storage.h"
 
 using namespace kem::analysis;
@@ -64,7 +64,7 @@ struct Sum {
 // none, but times an infinite value it is not a number.
 bool Reaches(float sample, float bound, Counted counted) {
   const bool zeros = sample == 0 && bound == 0;
-  return kem::arith::NearlyEqual(sample, bound) && !(zeros && counted == Counted::Absolute);
+  return kem::analysis::NearlyEqual(sample, bound) && !(zeros && counted == Counted::Absolute);
 }
 
 // Trapezoids between the samples inside the bounds, and two pieces up to the interpolated values at the bounds. The
@@ -78,7 +78,7 @@ float IntegralOfCurve(const PrnType& source, float x1, float x2, Counted counted
   if (k == x.size()) return 0;
   Sum sum{counted};
   const auto add = [&sum](float width, float a, float b) { sum.Add(Trapezoid(width, a, b)); };
-  if (!kem::arith::NearlyEqual(x[k], x1)) add(x[k] - x1, source.At(x1, 0), y[k]);
+  if (!kem::analysis::NearlyEqual(x[k], x1)) add(x[k] - x1, source.At(x1, 0), y[k]);
   for (; k + 1 < x.size() && x[k + 1] <= x2; ++k) add(x[k + 1] - x[k], y[k], y[k + 1]);
   if (k > 0 && !Reaches(x[k], x2, counted)) add(x2 - x[k], source.At(x2, 0), y[k]);
   return static_cast<float>(sum.value);

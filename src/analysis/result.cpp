@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "load/text.h"
+#include "text/fields.h"
 
 namespace kem::analysis {
+using namespace text;
 namespace {
 
 void Set(const KeptAxis& axis, float* stored, float& start, float& end, float& step) {
@@ -22,7 +23,7 @@ void Set(const KeptAxis& axis, float* stored, float& start, float& end, float& s
 std::unique_ptr<PrnType> NewResult(const PrnType& source, int type, int count1, int count2) {
   auto result = std::make_unique<PrnType>(static_cast<AllocType>(type), count1, count2);
   result->active = 1;
-  kem::load::CopyText(result->fileName, kem::load::TextOf(source.fileName));
+  kem::text::CopyText(result->fileName, kem::text::TextOf(source.fileName));
   return result;
 }
 

@@ -1,7 +1,7 @@
 // Functions of every value of a record.
 #include "arith/kernels.h"
 #include "arith/values.h"
-#include "load/number_text.h"
+#include "text/number_text.h"
 
 using namespace kem::arith;
 
@@ -24,6 +24,6 @@ PrnType PrnType::Inv() const { return Mapped(*this, "1/", "", kInv); }
 
 PrnType PrnType::Set(const float& constant) const {
   std::string after = ",";
-  kem::load::AppendNumber(after, constant);
+  kem::text::AppendNumber(after, constant);
   return Mapped(*this, "Set(", after + ")", [c = constant](float) { return c; });
 }

@@ -5,12 +5,12 @@
 #include "analysis/interpolate.h"
 #include "arith/kernels.h"
 #include "arith/values.h"
-#include "load/number_text.h"
+#include "text/number_text.h"
 
 using namespace kem::analysis;
 using namespace kem::arith;
-using kem::load::CopyText;
-using kem::load::TextOf;
+using kem::text::CopyText;
+using kem::text::TextOf;
 
 namespace {
 
@@ -50,7 +50,7 @@ PrnType Combined(const PrnType& a, std::string_view sign, const PrnType& b, Kern
 template <class Kernel>
 PrnType WithNumber(const PrnType& a, std::string_view sign, float number, Kernel kernel) {
   std::string after(sign);
-  kem::load::AppendNumber(after, number);
+  kem::text::AppendNumber(after, number);
   return Mapped(a, "", after, [kernel, number](float v) { return kernel(v, number); });
 }
 

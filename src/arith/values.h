@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "kem.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
 
 namespace kem::arith {
 
@@ -57,7 +57,7 @@ PrnType Computed(std::string_view name, Extent extent, Kernel kernel, const PrnT
     if (count > 0) Apply(kernel, count, to, from, Row(others, i)...);
     std::copy(from + count, from + stored.columns, to + count);
   }
-  load::CopyText(result.fileName, name);
+  text::CopyText(result.fileName, name);
   result.MinMax();
   return result;
 }
@@ -66,7 +66,7 @@ PrnType Computed(std::string_view name, Extent extent, Kernel kernel, const PrnT
 template <class Kernel>
 PrnType Mapped(const PrnType& record, std::string_view before, std::string_view after, Kernel kernel) {
   if (!HasValues(record)) return PrnType();
-  const auto name = std::string(before).append(load::TextOf(record.fileName)).append(after);
+  const auto name = std::string(before).append(text::TextOf(record.fileName)).append(after);
   return Computed(name, ExtentOf(record), kernel, record);
 }
 

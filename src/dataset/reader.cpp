@@ -5,9 +5,10 @@
 #include <limits>
 #include <new>
 
-#include "dataset/text.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 
 std::vector<std::string> OneItem(Source&) { return {std::string()}; }
 

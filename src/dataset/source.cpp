@@ -5,22 +5,13 @@
 #include <cstring>
 #include <system_error>
 
+#include "text/words.h"
+
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Lower(std::string text) {
-  for (char& c : text)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return text;
-}
-
-std::string Upper(std::string text) {
-  for (char& c : text)
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  return text;
-}
 
 bool IsFile(const fs::path& path) {
   std::error_code error;
@@ -137,7 +128,7 @@ std::optional<Source> Source::Companion(std::string_view extension) const {
 }
 
 bool Source::HasExtension(std::string_view extension) const {
-  return Lower(NameOf(path_.extension())) == Lower(std::string(extension));
+  return EqualButCase(NameOf(path_.extension()), extension);
 }
 
 std::uint64_t HeldValues(const Source& source, const Layout& layout) {

@@ -14,9 +14,10 @@
 #include <limits>
 
 #include "dataset/reader.h"
-#include "dataset/text.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 // ------------------------------------------------------------ rows

@@ -9,11 +9,12 @@
 #include <utility>
 
 #include "dataset/reader.h"
-#include "dataset/text.h"
 #include "formats/asdf.h"
 #include "portable.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 // ------------------------------------------------------------ labels
@@ -22,7 +23,7 @@ std::string Normal(std::string_view label) {
   std::string normal;
   for (const char c : label) {
     if (std::string_view(" \t-/_\r\n").find(c) != std::string_view::npos) continue;
-    normal += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    normal += Upper(c);
   }
   return normal;
 }

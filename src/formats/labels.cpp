@@ -1,14 +1,15 @@
 #include "formats/labels.h"
 
-#include "load/text.h"
+#include "text/fields.h"
 
 namespace kem::formats {
+using namespace text;
 
-void WriteLabels(load::OutputFile& out, const PrnType& record) {
+void WriteLabels(OutputFile& out, const PrnType& record) {
   constexpr int kCommentSize = 1023;
-  load::Text x = {};
-  load::Text y = {};
-  load::Text z = {};
+  text::Text x = {};
+  text::Text y = {};
+  text::Text z = {};
   char comment[kCommentSize] = {};
   record.LabelAxes(x, y, z);
   record.CommentBlock(comment, kCommentSize);

@@ -15,14 +15,17 @@
 #include <memory>
 
 #include "formats/labels.h"
+#include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
-#include "load/number_scanner.h"
-#include "load/number_text.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
+#include "text/number_scanner.h"
+#include "text/number_text.h"
 
+using namespace kem::formats;
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 using kem::formats::WriteLabels;
 

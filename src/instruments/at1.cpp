@@ -8,10 +8,11 @@
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
 
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 
 namespace {

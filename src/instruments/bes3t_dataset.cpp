@@ -7,9 +7,10 @@
 #include <array>
 
 #include "dataset/reader.h"
-#include "dataset/text.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 constexpr std::string_view kDescriptor = ".DSC";

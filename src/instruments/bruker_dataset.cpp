@@ -15,9 +15,10 @@
 #include <cmath>
 
 #include "dataset/reader.h"
-#include "dataset/text.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 constexpr std::string_view kParameterFile = ".par";
@@ -78,11 +79,7 @@ Axis NamedAxis(std::string unit, std::size_t count, double start, double width) 
   return Axis::Linear(std::move(name), std::move(unit), count, start, start + width);
 }
 
-bool IsTimeSweep(const Dataset& d) {
-  std::string mode = TextOf(d, "JEX");
-  for (char& c : mode) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return mode == "time-sweep";
-}
+bool IsTimeSweep(const Dataset& d) { return EqualButCase(TextOf(d, "JEX"), "time-sweep"); }
 
 Axis CurveAxis(Dataset& d, std::size_t count) {
   const auto last = static_cast<double>(count > 0 ? count - 1 : 0);

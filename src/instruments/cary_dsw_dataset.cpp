@@ -11,10 +11,11 @@
 #include <algorithm>
 
 #include "dataset/reader.h"
-#include "dataset/text.h"
 #include "portable.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 constexpr std::string_view kMark = "Varian UV-VIS-NIR";

@@ -14,11 +14,12 @@
 #include "load/announced.h"
 #include "load/block.h"
 #include "load/items.h"
-#include "load/number_scanner.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
+#include "text/number_scanner.h"
 
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 
 namespace {
@@ -204,7 +205,7 @@ int PrnType::ReadDilorSingle(std::ifstream& in) {
   return Finish(*this, in);
 }
 
-void kem::load::ListDilorSeries(std::istream& in, Items& items) {
+void kem::load::ListDilorSeries(std::istream& in, ItemList& items) {
   const auto size = FileSize(in);
   std::erase_if(items, [size](const KemItem& item) { return GroupAt(item.nY, item.index) >= size; });
 }

@@ -6,10 +6,11 @@
 #include <array>
 
 #include "dataset/reader.h"
-#include "dataset/text.h"
 #include "instruments/hpdta_status.h"
+#include "text/words.h"
 
 namespace kem::dataset {
+using namespace text;
 namespace {
 
 constexpr std::size_t kHeaderSize = 64;

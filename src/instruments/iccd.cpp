@@ -13,10 +13,11 @@
 #include "load/announced.h"
 #include "load/block.h"
 #include "load/items.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
 
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 
 namespace {
@@ -131,7 +132,7 @@ int PrnType::ReadIccdImg(std::ifstream& in) {
   return loaded;
 }
 
-void kem::load::ListIccdCurves(std::istream& in, Items& items) {
+void kem::load::ListIccdCurves(std::istream& in, ItemList& items) {
   std::streamoff at = kFileHeader;
   for (std::size_t k = 0; k < items.size(); ++k) {
     const Curve curve(in, at);

@@ -13,11 +13,12 @@
 
 #include "kem.h"
 #include "load/announced.h"
-#include "load/number_scanner.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
+#include "text/number_scanner.h"
 
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 
 namespace {

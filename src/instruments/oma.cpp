@@ -8,10 +8,11 @@
 #include "kem.h"
 #include "load/block.h"
 #include "load/items.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
 
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 
 namespace {
@@ -138,7 +139,7 @@ std::streamoff FirstCurve(std::istream& in) {
 
 }  // namespace
 
-void kem::load::ListOMA(std::istream& in, Items& items) {
+void kem::load::ListOMA(std::istream& in, ItemList& items) {
   std::streamoff at = FirstCurve(in);
   for (std::size_t k = 0; k < items.size(); ++k) {
     const CurveHeader curve(in, at);

@@ -8,7 +8,10 @@
 #include <cerrno>
 #include <utility>
 
+#include "text/words.h"
+
 namespace kem::load {
+using namespace text;
 namespace {
 
 #ifdef _WIN32
@@ -16,20 +19,6 @@ constexpr bool kNamesTellCase = false;
 #else
 constexpr bool kNamesTellCase = true;
 #endif
-
-bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
-bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
-char Lower(char c) { return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }
-char Upper(char c) { return IsLower(c) ? static_cast<char>(c - 'a' + 'A') : c; }
-
-bool EqualButCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return Lower(x) == Lower(y); });
-}
-
-std::string UpperCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), Upper);
-  return text;
-}
 
 // An extension with each letter in the case of that of another.
 std::string InCaseOf(std::string_view other, std::string text) {
@@ -94,7 +83,7 @@ std::string PartnerOf(std::string_view name, std::string_view extension) {
   const std::string base(BaseOf(name));
   const std::string partner = base + std::string(extension);
   const std::string alike = base + InCaseOf(name.substr(base.size()), std::string(extension));
-  for (const std::string& spelling : {partner, alike, UpperCase(partner)})
+  for (const std::string& spelling : {partner, alike, Upper(partner)})
     if (IsReadable(spelling)) return spelling;
   return kNamesTellCase ? Listed(partner) : partner;
 }

@@ -3,13 +3,13 @@
 #include <cstring>
 #include <utility>
 
-#include "load/text.h"
 #include "record/parameters.h"
 #include "record/storage.h"
+#include "text/fields.h"
 
-using kem::load::CopyText;
-using kem::load::TextOf;
-using kem::load::TextOfField;
+using kem::text::CopyText;
+using kem::text::TextOf;
+using kem::text::TextOfField;
 
 void (*ExtensionCreateHook)(void** extension) = nullptr;
 void (*ExtensionFreeHook)(void** extension) = nullptr;
@@ -17,6 +17,7 @@ void (*ExtensionCopyHook)(void* destination, void* source) = nullptr;
 void (*ExtensionPrintHook)(void* extension) = nullptr;
 
 namespace kem::record {
+using namespace text;
 namespace {
 
 // A negative count turns into a length that no allocator can give.

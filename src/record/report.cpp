@@ -9,13 +9,14 @@
 #include <string>
 #include <string_view>
 
-#include "load/number_text.h"
-#include "load/text.h"
 #include "record/parameters.h"
+#include "text/fields.h"
+#include "text/number_text.h"
+#include "text/words.h"
 
 using namespace kem::record;
-using kem::load::AppendNumber;
-using kem::load::TextOf;
+using kem::text::AppendNumber;
+using kem::text::TextOf;
 
 namespace {
 
@@ -433,7 +434,7 @@ T ValueAt(const char* values, int index) {
 
 std::string ValueText(const PrnType& record, const KemParameter& parameter) {
   const auto* values = static_cast<const char*>(parameter.in(record));
-  if (parameter.kind == KemParameterKind::Text) return std::string(kem::load::TextOfField(values));
+  if (parameter.kind == KemParameterKind::Text) return std::string(kem::text::TextOfField(values));
   std::string text;
   for (int k = 0; k < parameter.count; ++k) {
     if (k > 0) text += ' ';
@@ -449,7 +450,7 @@ std::string ValueText(const PrnType& record, const KemParameter& parameter) {
 std::string WholeWords(std::string text) {
   constexpr std::size_t kLongest = kTextSize - 1;
   if (text.size() > kLongest) text.resize(std::min(kLongest, text.find_last_of(' ', kLongest)));
-  return std::string(kem::load::Trim(text));
+  return std::string(kem::text::Trimmed(text, " "));
 }
 
 // ------------------------------------------------------------ assembling

@@ -4,10 +4,10 @@
 #include <string_view>
 
 #include "kem.h"
-#include "load/text.h"
+#include "text/fields.h"
 
-using kem::load::CopyText;
-using kem::load::TextOf;
+using kem::text::CopyText;
+using kem::text::TextOf;
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Compares the filter list of the open file dialog, wherever it runs, with the one that it was to show.
-#include "record/dialog_filters.h"
+#include "host/dialog_filters.h"
 
 #include <windows.h>
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-namespace kem::load {
+namespace kem::text {
 
 // The same tokens, the same values, the same stopping point and the same state of the stream: a token is the
 // longest run that looks like a number; one that is none ("1e", ".") is consumed, gives 0 and fails the stream;
@@ -51,4 +51,4 @@ class NumberScanner {
 // Scans numbers until all values are there or the stream reports a condition; the other values stay.
 void ScanNumbers(std::istream& in, std::span<float> values);
 
-}  // namespace kem::load
+}  // namespace kem::text

@@ -1,10 +1,10 @@
-#include "load/text.h"
+#include "text/fields.h"
 
 #include <cstdio>
 
 #include "support/support.h"
 
-using namespace kem::load;
+using namespace kem::text;
 using namespace kem::test;
 
 TEST_CASE("text: scanning a line gives what the C library gives") {

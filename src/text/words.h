@@ -1,4 +1,4 @@
-// Text of measurement files on its way into a dataset.
+// Words and lines of any length.
 #pragma once
 
 #include <optional>
@@ -7,10 +7,19 @@
 #include <string_view>
 #include <vector>
 
-namespace kem::dataset {
+namespace kem::text {
 
-// The text without blanks, tabs and line ends around it.
-std::string_view Trimmed(std::string_view text);
+// Letters without accents in one case, whatever the host's locale.
+constexpr bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
+constexpr bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
+constexpr char Lower(char c) { return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr char Upper(char c) { return IsLower(c) ? static_cast<char>(c - 'a' + 'A') : c; }
+std::string Lower(std::string_view text);
+std::string Upper(std::string_view text);
+bool EqualButCase(std::string_view a, std::string_view b);
+
+// The text without blanks, tabs and line ends around it, or other characters.
+std::string_view Trimmed(std::string_view text, std::string_view blanks = " \t\r\n");
 
 // The number that a text is, from its first character to its last, with a sign or none.
 std::optional<double> NumberIn(std::string_view text);
@@ -43,4 +52,4 @@ std::string_view TextOf(std::span<const TextRow> table, std::string_view key);
 // The entries of a list, quotes of the kind ' taken off.
 std::vector<std::string> SplitList(std::string_view text, char separator = ',');
 
-}  // namespace kem::dataset
+}  // namespace kem::text

@@ -5,38 +5,31 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "host/dialog_filters.h"
 #include "kem.h"
-#include "record/dialog_filters.h"
+#include "text/words.h"
 
-using namespace kem::record;
+using namespace kem::host;
+using namespace kem::text;
 
 namespace {
 
 using Arguments = std::vector<std::string>;
 
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
 // Under Windows neither case matters nor does "*.*" ask for a dot.
 std::string Widened(std::string_view pattern) {
   std::string wide;
   for (const char c : pattern == "*.*" ? "*" : pattern) {
-    const auto letter = static_cast<unsigned char>(c);
-    if (std::isalpha(letter)) {
-      wide += {'[', static_cast<char>(std::tolower(letter)), static_cast<char>(std::toupper(letter)), ']'};
-    } else {
+    if (IsLower(c) || IsUpper(c))
+      wide += {'[', Lower(c), Upper(c), ']'};
+    else
       wide += c;
-    }
   }
   return wide;
 }
@@ -47,13 +40,13 @@ std::string Patterns(std::string_view list) {
   while (!list.empty()) {
     const auto end = std::min(list.find(';'), list.size());
     if (!patterns.empty()) patterns += ' ';
-    patterns += Widened(Trim(list.substr(0, end)));
+    patterns += Widened(Trimmed(list.substr(0, end)));
     list.remove_prefix(std::min(end + 1, list.size()));
   }
   return patterns;
 }
 
-std::string Description(const DialogFilter& filter) { return std::string(Trim(filter.description)); }
+std::string Description(const DialogFilter& filter) { return std::string(Trimmed(filter.description)); }
 
 Arguments Zenity() {
   Arguments arguments = {"zenity", "--file-selection", std::string("--title=") + kDialogTitle};

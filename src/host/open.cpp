@@ -5,10 +5,11 @@
 
 #include "dataset/foreign.h"
 #include "dataset/reader.h"
-#include "dataset/text.h"
+#include "text/words.h"
 
 namespace kem {
 namespace dataset {
+using namespace text;
 namespace {
 
 // The first one that recognises a file reads it.

@@ -3,10 +3,11 @@
 #include <span>
 
 #include "analysis/axis.h"
-#include "arith/equal.h"
-#include "arith/values.h"
+#include "analysis/equal.h"
+#include "record/storage.h"
 
-using namespace kem::arith;
+using kem::analysis::NearlyEqual;
+using namespace kem::record;
 using kem::analysis::FirstOf;
 using kem::analysis::XValues;
 using kem::analysis::YValues;
@@ -22,8 +23,8 @@ bool Same(Coordinates axis, Coordinates other) {
 
 // All that is stored: as much as there are rows of a grid, or values of a curve.
 Coordinates StoredX(const PrnType& r) {
-  if (!HasValues(r)) return {};
-  return FirstOf(r.xArray, IsGrid(r) ? r.nX : r.nY);
+  if (!OwnsArrays(r.allocType)) return {};
+  return FirstOf(r.xArray, r.Is3D() ? r.nX : r.nY);
 }
 
 bool SameX(const PrnType& a, const PrnType& b) {
@@ -41,7 +42,7 @@ bool SameY(const PrnType& a, const PrnType& b) {
 int PrnType::SameAxes(const PrnType& other) const {
   if (allocType != other.allocType) return 0;
   if (this == &other) return 1;
-  return SameX(*this, other) && (!IsGrid(*this) || SameY(*this, other));
+  return SameX(*this, other) && (!Is3D() || SameY(*this, other));
 }
 
 int PrnType::XAxisEqArray(float* values, int n) const {

@@ -4,14 +4,16 @@
 #include <string>
 #include <utility>
 
+#include "host/detect.h"
 #include "kem.h"
 #include "load/block.h"
-#include "load/detect.h"
 #include "load/files.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
 
-namespace kem::load {
+namespace kem::host {
+using namespace load;
+using namespace text;
 namespace {
 
 // A partner that is missing or a read error ends the load; a refusal leaves the content tests their turn.
@@ -80,9 +82,10 @@ bool Load(PrnType& record, LoadState& state) {
 }
 
 }  // namespace
-}  // namespace kem::load
+}  // namespace kem::host
 
-using namespace kem::load;
+using namespace kem::host;
+using namespace kem::text;
 
 void PrnType::ReadFile(const char* name, int index) {
   const kem::record::EmptyOnThrow guard(*this);
@@ -116,7 +119,7 @@ int KemItems(const char* name, void (*take)(const KemItem& item, void* host), vo
   KemItem item{.index = 0, .allocType = first.allocType, .nX = first.nX, .nY = first.nY, .title = {}};
   Text titles[2];
   first.LabelAxes(titles[0], first.Is3D() ? titles[1] : item.title, first.Is3D() ? item.title : titles[1]);
-  Items items(several ? static_cast<std::size_t>(std::max(state.count, 2)) : 1, item);
+  ItemList items(several ? static_cast<std::size_t>(std::max(state.count, 2)) : 1, item);
   const int announced = static_cast<int>(items.size());
   for (int k = 0; k < announced && several; ++k)
     items[static_cast<std::size_t>(k)].index = state.format->firstIndex + k;

@@ -4,10 +4,10 @@
 
 #include <cstring>
 
-#include "load/detect.h"
+#include "host/detect.h"
 #include "support/support.h"
 
-using namespace kem::load;
+using namespace kem::host;
 using namespace kem::test;
 
 namespace {

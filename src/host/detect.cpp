@@ -1,8 +1,10 @@
-#include "load/detect.h"
+#include "host/detect.h"
 
-#include "load/text.h"
+#include "text/fields.h"
 
-namespace kem::load {
+namespace kem::host {
+using namespace load;
+using namespace text;
 namespace {
 
 // ------------------------------------------------------------ formats
@@ -14,8 +16,8 @@ int FromMain(PrnType& record, LoadState& state) {
 }
 
 // Lists the items of the main stream.
-template <void (*List)(std::istream&, Items&)>
-void ListMain(LoadState& state, Items& items) {
+template <void (*List)(std::istream&, ItemList&)>
+void ListMain(LoadState& state, ItemList& items) {
   List(state.main, items);
 }
 
@@ -155,4 +157,4 @@ std::span<const Test> NameTests() { return kNameTests; }
 std::span<const Test> ContentTests() { return kContentTests; }
 const Format& PlainColumns() { return kXY; }
 
-}  // namespace kem::load
+}  // namespace kem::host

@@ -9,7 +9,7 @@
 #include "kem.h"
 #include "load/items.h"
 
-namespace kem::load {
+namespace kem::host {
 
 struct Format;
 
@@ -36,8 +36,8 @@ struct Format {
   const char* name;
   int (*read)(PrnType& record, LoadState& state);
   Pairing pairing = Pairing::None;
-  int firstIndex = 0;                                      // of several items
-  void (*list)(LoadState& state, Items& items) = nullptr;  // when they are not all alike
+  int firstIndex = 0;                                               // of several items
+  void (*list)(LoadState& state, load::ItemList& items) = nullptr;  // when they are not all alike
 };
 
 // A text that decides for a format, and what else it tells the reader.
@@ -60,4 +60,4 @@ constexpr const Test* FirstHit(std::span<const Test> tests, std::string_view tex
 // The reader of plain XY columns, for files that are not to be sniffed.
 const Format& PlainColumns();
 
-}  // namespace kem::load
+}  // namespace kem::host

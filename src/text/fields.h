@@ -8,7 +8,7 @@
 
 #include "kem.h"
 
-namespace kem::load {
+namespace kem::text {
 
 using Text = char[kTextSize];
 
@@ -32,9 +32,6 @@ std::istream& ReadTrimmedLine(std::istream& in, Text& line);
 // Reads a line of any length, of which the first 131 characters are kept.
 std::istream& ReadStartOfLine(std::istream& in, Text& line);
 
-// The text without blanks around it.
-std::string_view Trim(std::string_view text);
-
 inline bool Contains(std::string_view text, std::string_view part) { return text.find(part) != text.npos; }
 
 // Scans values from a line like the C library's sscanf, whose leniency old files rely on: leading white space,
@@ -47,4 +44,4 @@ int ScanLine(std::string_view line, std::string_view format, std::initializer_li
 // Inserts "_" and the number, two digits at least, in front of the first dot of a name, or at its end.
 void MakeNumberedFileName(Text& name, int number);
 
-}  // namespace kem::load
+}  // namespace kem::text

@@ -1,4 +1,4 @@
-#include "load/number_text.h"
+#include "text/number_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,10 +7,9 @@
 #include <limits>
 
 #include "kem.h"
-#include "load/files.h"
 #include "portable.h"
 
-namespace kem::load {
+namespace kem::text {
 namespace {
 
 // A sign or none at the front of a number.
@@ -181,49 +180,4 @@ void AppendNumber(std::string& text, float value) {
 
 void AppendNumber(std::string& text, int value) { text += std::to_string(value); }
 
-OutputFile::OutputFile(const char* name, std::ios::openmode mode) : file_(PathOf(name), mode | std::ios::out) {}
-
-OutputFile::~OutputFile() {
-  if (!IsOpen()) return;
-  Flush();
-  file_.close();
-  WriteFailedFlag = file_.fail();
-}
-
-void OutputFile::Flush() {
-  file_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  buffer_.clear();
-}
-
-void OutputFile::FlushIfFull() {
-  constexpr std::size_t kBlock = 1 << 16;
-  if (buffer_.size() >= kBlock) Flush();
-}
-
-void OutputFile::Write(const void* bytes, std::size_t count) {
-  Flush();
-  file_.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
-}
-
-OutputFile& OutputFile::operator<<(std::string_view text) {
-  buffer_ += text;
-  return *this;
-}
-
-OutputFile& OutputFile::operator<<(char c) {
-  buffer_ += c;
-  return *this;
-}
-
-OutputFile& OutputFile::operator<<(float value) {
-  AppendNumber(buffer_, value);
-  FlushIfFull();
-  return *this;
-}
-
-OutputFile& OutputFile::operator<<(int value) {
-  AppendNumber(buffer_, value);
-  return *this;
-}
-
-}  // namespace kem::load
+}  // namespace kem::text

@@ -1,10 +1,10 @@
-#include "dataset/text.h"
+#include "text/words.h"
 
 #include <algorithm>
 
 #include "portable.h"
 
-namespace kem::dataset {
+namespace kem::text {
 namespace {
 
 // Length of the UTF-8 character at the front of a text; 0 where there is none.
@@ -37,11 +37,24 @@ bool IsUtf8(std::string_view text) {
 
 }  // namespace
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n\0";
-  const auto first = text.find_first_not_of(kBlanks);
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = Lower(c);
+  return lower;
+}
+
+std::string Upper(std::string_view text) {
+  std::string upper(text);
+  for (char& c : upper) c = Upper(c);
+  return upper;
+}
+
+bool EqualButCase(std::string_view a, std::string_view b) { return Lower(a) == Lower(b); }
+
+std::string_view Trimmed(std::string_view text, std::string_view blanks) {
+  const auto first = text.find_first_not_of(blanks);
   if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 std::optional<double> NumberIn(std::string_view text) {
@@ -90,4 +103,4 @@ std::vector<std::string> SplitList(std::string_view text, char separator) {
   }
 }
 
-}  // namespace kem::dataset
+}  // namespace kem::text

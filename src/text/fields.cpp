@@ -1,4 +1,4 @@
-#include "load/text.h"
+#include "text/fields.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "load/number_text.h"
+#include "text/number_text.h"
 
-namespace kem::load {
+namespace kem::text {
 namespace {
 
 bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -145,12 +145,6 @@ std::istream& ReadStartOfLine(std::istream& in, Text& line) {
   return in;
 }
 
-std::string_view Trim(std::string_view text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 int ScanLine(std::string_view text, std::string_view pattern, std::initializer_list<ScanTarget> targets) {
   Cursor line(text);
   Cursor format(pattern);
@@ -184,4 +178,4 @@ void MakeNumberedFileName(Text& name, int number) {
   CopyText(name, text);
 }
 
-}  // namespace kem::load
+}  // namespace kem::text

@@ -9,15 +9,18 @@
 #include <new>
 #include <string>
 
+#include "formats/output_file.h"
 #include "kem.h"
 #include "load/block.h"
 #include "load/items.h"
-#include "load/number_scanner.h"
-#include "load/number_text.h"
-#include "load/text.h"
 #include "record/storage.h"
+#include "text/fields.h"
+#include "text/number_scanner.h"
+#include "text/number_text.h"
 
+using namespace kem::formats;
 using namespace kem::load;
+using namespace kem::text;
 using namespace kem::record;
 
 namespace {
@@ -191,7 +194,7 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
   return Finish(*this, in);
 }
 
-void kem::load::ListNXY(std::istream& in, Items& items) {
+void kem::load::ListNXY(std::istream& in, ItemList& items) {
   SeekTo(in, 0);
   TakeColumnCount(in);
   SkipLines(in, 1);

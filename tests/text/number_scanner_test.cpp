@@ -1,11 +1,11 @@
-#include "load/number_scanner.h"
+#include "text/number_scanner.h"
 
 #include <sstream>
 
 #include "support/support.h"
 
 using namespace kem::test;
-using kem::load::NumberScanner;
+using kem::text::NumberScanner;
 
 namespace {
 

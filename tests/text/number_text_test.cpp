@@ -1,8 +1,9 @@
-#include "load/number_text.h"
+#include "text/number_text.h"
 
 #include <limits>
 #include <sstream>
 
+#include "formats/output_file.h"
 #include "support/support.h"
 
 using namespace kem::test;
@@ -17,7 +18,7 @@ void CheckText(float value) {
   else
     stream << value;
   std::string text;
-  kem::load::AppendNumber(text, value);
+  kem::text::AppendNumber(text, value);
   CHECK(text == stream.str());
 }
 
@@ -46,12 +47,12 @@ TEST_CASE("number text: the text of any float is that of a stream, halfway cases
 
 TEST_CASE("number text: a file that cannot be stored is told by the flag, the next one clears it") {
 #ifdef __linux__
-  kem::load::OutputFile("/dev/full", {}) << 1.5f;
+  kem::formats::OutputFile("/dev/full", {}) << 1.5f;
   CHECK(WriteFailedFlag == 1);
 #endif
   const TempFolder folder;
   const std::string path = folder.Path("out");
-  kem::load::OutputFile(path.c_str(), {}) << "a" << ' ' << -3 << 2.5f;
+  kem::formats::OutputFile(path.c_str(), {}) << "a" << ' ' << -3 << 2.5f;
   CHECK(WriteFailedFlag == 0);
   CHECK(ReadBytes(path) == "a -32.5");
 }

@@ -1,7 +1,7 @@
 // What the file dialogs of all platforms show.
 #pragma once
 
-namespace kem::record {
+namespace kem::host {
 
 inline constexpr const char kDialogTitle[] = "Select a File";
 
@@ -30,4 +30,4 @@ inline constexpr DialogFilter kDialogFilters[] = {
     {"\t\tAll Files (*.*)", "*.*"},
 };
 
-}  // namespace kem::record
+}  // namespace kem::host

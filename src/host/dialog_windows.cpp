@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include "host/dialog_filters.h"
 #include "kem.h"
-#include "record/dialog_filters.h"
 
-using namespace kem::record;
+using namespace kem::host;
 
 namespace {
 

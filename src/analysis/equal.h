@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-namespace kem::arith {
+namespace kem::analysis {
 
 // Relative to the sum, in single precision. A value never equals its own negative, unless both are 0.
 inline bool NearlyEqual(float a, float b) {
@@ -13,4 +13,4 @@ inline bool NearlyEqual(float a, float b) {
   return std::fabs((a - b) / (a + b)) < kTolerance;
 }
 
-}  // namespace kem::arith
+}  // namespace kem::analysis

@@ -1,14 +1,14 @@
-#include "load/number_scanner.h"
+#include "text/number_scanner.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
 
-#include "load/number_text.h"
 #include "portable.h"
+#include "text/number_text.h"
 
-namespace kem::load {
+namespace kem::text {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 16;
@@ -140,4 +140,4 @@ void ScanNumbers(std::istream& in, std::span<float> values) {
   }
 }
 
-}  // namespace kem::load
+}  // namespace kem::text

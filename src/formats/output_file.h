@@ -1,0 +1,34 @@
+// A file on its way to the disk.
+#pragma once
+
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace kem::formats {
+
+// A file that is written as text or bytes. Closing it sets WriteFailedFlag.
+class OutputFile {
+ public:
+  OutputFile(const char* name, std::ios::openmode mode);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  bool IsOpen() const { return file_.is_open(); }
+  void Write(const void* bytes, std::size_t count);
+
+  OutputFile& operator<<(std::string_view text);
+  OutputFile& operator<<(char c);
+  OutputFile& operator<<(float value);
+  OutputFile& operator<<(int value);
+
+ private:
+  void Flush();
+  void FlushIfFull();
+
+  std::ofstream file_;
+  std::string buffer_;
+};
+
+}  // namespace kem::formats

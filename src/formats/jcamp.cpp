@@ -20,6 +20,7 @@
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -50,19 +51,19 @@ struct Counts {
 // that occurs in a line wins.
 struct Label {
   std::string_view word;
-  std::variant<std::monostate, Text PrnType::*, int Counts::*, float*> to;
+  std::variant<std::monostate, Text PrnType::*, int Counts::*, float * Findings::*> to;
   bool last = false;
 };
 
 constexpr Label kPreamble[] = {
     {"##TITLE", &PrnType::fileName},      {"##BLOCKS", &Counts::blocks, true}, {"##NBLOCKS", &Counts::blocks, true},
-    {"##NPOINTS", &Counts::points, true}, {"##XFACTOR", &ReadXFactor},         {"##YFACTOR", &ReadYFactor},
+    {"##NPOINTS", &Counts::points, true}, {"##XFACTOR", &Findings::xFactor},   {"##YFACTOR", &Findings::yFactor},
 };
 
 constexpr Label kBlock[] = {
-    {"##XUNITS", &PrnType::xLabel}, {"##YUNITS", &PrnType::yLabel}, {"##TITLE", &PrnType::zLabel},
-    {"##NPOINTS", &Counts::points}, {"##XYDATA", {}, true},         {"##XFACTOR", &ReadXFactor},
-    {"##YFACTOR", &ReadYFactor},
+    {"##XUNITS", &PrnType::xLabel},    {"##YUNITS", &PrnType::yLabel}, {"##TITLE", &PrnType::zLabel},
+    {"##NPOINTS", &Counts::points},    {"##XYDATA", {}, true},         {"##XFACTOR", &Findings::xFactor},
+    {"##YFACTOR", &Findings::yFactor},
 };
 
 // Stores the value of a label.
@@ -76,10 +77,10 @@ struct Store {
   // Units have at most seven characters here; a longer text, such as a title, is left out.
   void operator()(Text PrnType::*field) const { CopyText(record.*field, value.size() < 8 ? value : ""); }
   // Blocks may differ; what remains is a factor other than 1.
-  void operator()(float* factor) const {
+  void operator()(float* Findings::*factor) const {
     float scanned = 1;
     ScanLine(value, "%g", {&scanned});
-    if (scanned != 1) *factor = scanned;
+    if (scanned != 1) *(Found().*factor) = scanned;
   }
 };
 
@@ -187,8 +188,8 @@ int PrnType::ReadDX(std::ifstream& in) {
   if (in.fail()) return 0;
   const EmptyOnThrow guard(*this);
   Reset(*this);
-  ReadXFactor = 1;
-  ReadYFactor = 1;
+  *Found().xFactor = 1;
+  *Found().yFactor = 1;
   Counts counts;
   ReadPreamble(in, *this, counts);
   if (counts.blocks > 0) {

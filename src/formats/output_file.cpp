@@ -1,7 +1,7 @@
 #include "formats/output_file.h"
 
-#include "kem.h"
 #include "load/files.h"
+#include "record/findings.h"
 #include "text/number_text.h"
 
 namespace kem::formats {
@@ -14,7 +14,7 @@ OutputFile::~OutputFile() {
   if (!IsOpen()) return;
   Flush();
   file_.close();
-  WriteFailedFlag = file_.fail();
+  *record::Found().writeFailed = file_.fail();
 }
 
 void OutputFile::Flush() {

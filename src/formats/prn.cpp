@@ -13,6 +13,7 @@
 #include "kem.h"
 #include "load/block.h"
 #include "load/items.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -190,7 +191,7 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
     if (!xs.Push(x) || !ys.Push(y)) return 0;
   }
   TakeColumns(*this, &xs, ys);
-  ReadNextFlag = k == count ? 0 : k;
+  *Found().readNext = k == count ? 0 : k;
   return Finish(*this, in);
 }
 

@@ -8,18 +8,18 @@
 #include "kem.h"
 #include "load/block.h"
 #include "load/files.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
 namespace kem::host {
 using namespace load;
+using namespace record;
 using namespace text;
 namespace {
 
 // A partner that is missing or a read error ends the load; a refusal leaves the content tests their turn.
 enum class Outcome { Loaded, Refused, Failed };
-
-using kem::record::RestoreExtension;
 
 // The name's first bytes as one text: a NUL ends what can be searched.
 std::string_view SearchableStart(std::ifstream& in, Text& start) {
@@ -43,8 +43,8 @@ Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
   if (state.main.is_open()) SeekTo(state.main, 0);
   if (format.pairing != Pairing::None && !OpenPartner(state, format.pairing)) return Outcome::Failed;
   void* const extension = record.extension;
-  ReadAnnounced = 0;
-  ReadFileBytes = 0;
+  *Found().announced = 0;
+  *Found().fileBytes = 0;
   const bool loaded = format.read && format.read(record, state) != 0;
   if (!loaded) RestoreExtension(record, extension);
   state.format = &format;
@@ -85,14 +85,15 @@ bool Load(PrnType& record, LoadState& state) {
 }  // namespace kem::host
 
 using namespace kem::host;
+using namespace kem::record;
 using namespace kem::text;
 
 void PrnType::ReadFile(const char* name, int index) {
-  const kem::record::EmptyOnThrow guard(*this);
+  const EmptyOnThrow guard(*this);
   xStep = 0;
   yStep = 0;
-  ReadXFactor = 1;
-  ReadYFactor = 1;
+  *Found().xFactor = 1;
+  *Found().yFactor = 1;
   errno = 0;
   // A copy of the name: it may lie in this record, where readers store texts.
   LoadState state{.name = name, .index = index, .main = {}, .partner = {}};
@@ -101,20 +102,20 @@ void PrnType::ReadFile(const char* name, int index) {
     return;
   }
   CopyText(fileName, state.name);
-  if ((state.multi3D || state.nxy || state.oma || ReadNextFlag != 0) && state.count > 1)
+  if ((state.multi3D || state.nxy || state.oma || *Found().readNext != 0) && state.count > 1)
     MakeNumberedFileName(fileName, index == 0 ? 1 : index);
-  if (ExtensionCreateHook) ExtensionCreateHook(&extension);
+  if (ExtensionCreateHook && Found().forHost) ExtensionCreateHook(&extension);
 }
 
 // Items are counted by the reader of the first, except by those that know of a second one at most.
 int KemItems(const char* name, void (*take)(const KemItem& item, void* host), void* host) {
-  const int before = std::exchange(ReadNextFlag, 0);
+  const int before = std::exchange(*Found().readNext, 0);
   PrnType first("", 0);  // empty, and made without a hook
-  const kem::record::EmptyOnThrow guard(first);
+  const EmptyOnThrow guard(first);
   errno = 0;
   LoadState state{.name = name, .index = 0, .main = {}, .partner = {}};
   const bool loaded = Load(first, state);
-  const bool several = std::exchange(ReadNextFlag, before) != 0;
+  const bool several = std::exchange(*Found().readNext, before) != 0;
   if (!loaded) return 0;
   KemItem item{.index = 0, .allocType = first.allocType, .nX = first.nX, .nY = first.nY, .title = {}};
   Text titles[2];

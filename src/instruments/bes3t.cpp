@@ -13,7 +13,6 @@
 //   MWFQ  9.58667e+09
 #include <algorithm>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <string>
 #include <type_traits>
@@ -23,6 +22,7 @@
 #include "load/announced.h"
 #include "load/block.h"
 #include "load/files.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
@@ -78,7 +78,8 @@ bool Succeeded(const Stage& stage, int code) {
   if (code == 0) return true;
   if (code == kRefused) return false;
   const auto row = static_cast<std::size_t>(code) - 1;
-  std::cout << stage.prefix << (row < stage.messages.size() ? stage.messages[row] : "Unknown error.") << std::endl;
+  *Found().messages << stage.prefix << (row < stage.messages.size() ? stage.messages[row] : "Unknown error.")
+                    << std::endl;
   return false;
 }
 
@@ -556,6 +557,6 @@ int PrnType::ReadBES3T(const char* name, int& columns, int which) {
   CopyText(yLabel, TitleOf(desc.realName, desc.realUnit));
   CopyText(zLabel, TextOf(desc.title));
   bes3t = parameters;
-  ReadNextFlag = which == columns ? 0 : which;
+  *Found().readNext = which == columns ? 0 : which;
   return Finish(*this, descriptor, values);
 }

@@ -18,6 +18,7 @@
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
@@ -229,6 +230,6 @@ int PrnType::ReadBruker(std::ifstream& par, std::ifstream& spc, int which) {
     FillCurve(*this, parameters, second, spc);
   fileType = FileBruker;
   bruker = parameters.block;
-  if (parameters.twoCurves) ReadNextFlag = second ? 0 : 1;
+  if (parameters.twoCurves) *Found().readNext = second ? 0 : 1;
   return Finish(*this, par, spc);
 }

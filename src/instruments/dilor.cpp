@@ -14,6 +14,7 @@
 #include "load/announced.h"
 #include "load/block.h"
 #include "load/items.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -236,6 +237,6 @@ int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
     DivideByTime(ReadNumbers(in, GroupAt(points, which), {y.get(), size}), dilor.dilorIntTime);
     TakeCurve(*this, points, std::move(x), std::move(y));
   }
-  ReadNextFlag = which == count ? 0 : which;
+  *Found().readNext = which == count ? 0 : which;
   return Finish(*this, in);
 }

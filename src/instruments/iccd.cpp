@@ -7,12 +7,12 @@
 //          258  the values, X running fastest                                m values, two trailing values
 #include <algorithm>
 #include <fstream>
-#include <iostream>
 
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
 #include "load/items.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
@@ -126,7 +126,7 @@ int PrnType::ReadIccdImg(std::ifstream& in) {
   // The far ends are the counts: one pixel beyond the last.
   xEnd = static_cast<float>(nX);
   yEnd = static_cast<float>(nY);
-  std::cout << nX << std::endl << nY << std::endl;
+  *Found().messages << nX << std::endl << nY << std::endl;
   const int loaded = Finish(*this, in);
   active = 0;
   return loaded;
@@ -177,6 +177,6 @@ int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   xStart = 0;
   xEnd = static_cast<float>(points - 1);
   fileType = FileIccdCurve;
-  ReadNextFlag = which != count - 1;
+  *Found().readNext = which != count - 1;
   return Finish(*this, in);
 }

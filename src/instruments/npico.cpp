@@ -13,6 +13,7 @@
 
 #include "kem.h"
 #include "load/announced.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -184,8 +185,8 @@ int PrnType::ReadNPico(std::ifstream& in) {
   auto values = NewZeroArray(CheckedCount(in, scan.points));
   // Four numbers per point are two signals, loaded by alternate calls.
   const bool twoSignals = kind == kDcDelay && scan.columns == 4;
-  ReadPoints(in, scan, twoSignals && ReadNextFlag != 0, values.get());
-  if (twoSignals) ReadNextFlag = ReadNextFlag == 0 ? 1 : 0;
+  ReadPoints(in, scan, twoSignals && *Found().readNext != 0, values.get());
+  if (twoSignals) *Found().readNext = *Found().readNext == 0 ? 1 : 0;
   ReadComments(in, npico);
   Own(yArray, std::move(values));
   allocType = AllocY;

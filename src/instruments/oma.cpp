@@ -8,6 +8,7 @@
 #include "kem.h"
 #include "load/block.h"
 #include "load/items.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
@@ -183,7 +184,7 @@ int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   Own(yArray, std::move(y));
   allocType = AllocXY;
   nX = nY = curve.points;
-  ReadNextFlag = which == count ? 0 : which;
+  *Found().readNext = which == count ? 0 : which;
   SortAxes();
   return Finish(*this, in);
 }

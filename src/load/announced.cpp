@@ -5,15 +5,17 @@
 #include <new>
 
 #include "kem.h"
+#include "record/findings.h"
 
 namespace kem::load {
 namespace {
 
 void Check(std::istream& in, double values, double rows) {
   constexpr double kPerRow = 10;
-  ReadAnnounced = values;
-  ReadFileBytes = static_cast<double>(FileSize(in));
-  const double most = ReadMostMissing + 16 * ReadFileBytes;
+  const auto bytes = static_cast<double>(FileSize(in));
+  *record::Found().announced = values;
+  *record::Found().fileBytes = bytes;
+  const double most = ReadMostMissing + 16 * bytes;
   if (!(values >= 0 && values <= most && rows * kPerRow <= most)) throw std::bad_alloc();
 }
 

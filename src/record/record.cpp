@@ -3,6 +3,7 @@
 #include <cstring>
 #include <utility>
 
+#include "record/findings.h"
 #include "record/parameters.h"
 #include "record/storage.h"
 #include "text/fields.h"
@@ -56,12 +57,12 @@ void ClearAxes(PrnType& record) {
 
 void CreateExtension(PrnType& record) {
   record.extension = nullptr;
-  if (ExtensionCreateHook) ExtensionCreateHook(&record.extension);
+  if (ExtensionCreateHook && Found().forHost) ExtensionCreateHook(&record.extension);
 }
 
 void CopyExtension(PrnType& record, const PrnType& src) {
   CreateExtension(record);
-  if (ExtensionCopyHook) ExtensionCopyHook(record.extension, src.extension);
+  if (ExtensionCopyHook && Found().forHost) ExtensionCopyHook(record.extension, src.extension);
 }
 
 // What a record says about its arrays.
@@ -155,7 +156,8 @@ EmptyOnThrow::~EmptyOnThrow() {
 }
 
 void RestoreExtension(PrnType& record, void* earlier) {
-  if (record.extension != earlier && record.extension && ExtensionFreeHook) ExtensionFreeHook(&record.extension);
+  if (record.extension != earlier && record.extension && ExtensionFreeHook && Found().forHost)
+    ExtensionFreeHook(&record.extension);
   record.extension = earlier;
 }
 
@@ -179,7 +181,7 @@ PrnType CopyWithoutValues(const PrnType& src) {
   CopyText(copy.fileName, TextOf(src.fileName));
   CopyArrays(copy, src, Values::Open);
   copy.CopyHeader(src);
-  if (ExtensionCopyHook) ExtensionCopyHook(copy.extension, src.extension);
+  if (ExtensionCopyHook && Found().forHost) ExtensionCopyHook(copy.extension, src.extension);
   return copy;
 }
 
@@ -222,7 +224,7 @@ PrnType PrnType::operator=(const PrnType& src) {
 }
 
 PrnType PrnType::operator=(PrnType&& src) {  // NOLINT(performance-noexcept-move-constructor)
-  const bool hooked = ExtensionCreateHook || ExtensionFreeHook || ExtensionCopyHook;
+  const bool hooked = Found().forHost && (ExtensionCreateHook || ExtensionFreeHook || ExtensionCopyHook);
   if (hooked || this == &src) return *this = std::as_const(src);
   DeAllocate();
   const EmptyOnThrow guard(*this);
@@ -280,7 +282,7 @@ void PrnType::DeAllocate() {
   allocType = AllocNone;
   nX = 0;
   nY = 0;
-  if (!ExtensionFreeHook) return;
+  if (!ExtensionFreeHook || !Found().forHost) return;
   ExtensionFreeHook(&extension);
   extension = nullptr;
 }

@@ -1,0 +1,47 @@
+// What loading and writing find out beside the record, and whom they tell.
+#pragma once
+
+#include <iosfwd>
+#include <sstream>
+
+namespace kem::record {
+
+// Where it goes: by default into the library's global variables and to standard output, where the hosts of the
+// record look for it.
+struct Findings {
+  int* readNext;
+  int* writeFailed;
+  float* xFactor;
+  float* yFactor;
+  double* announced;
+  double* fileBytes;
+  std::ostream* messages;
+  bool forHost;  // its hooks are called
+};
+
+// Those of this thread.
+const Findings& Found();
+
+// While it lives, its thread leaves the library's globals, the host's hooks and standard output alone, and the
+// findings are here.
+class Aside {
+ public:
+  Aside();
+  ~Aside();
+  Aside(const Aside&) = delete;
+  Aside& operator=(const Aside&) = delete;
+
+  int readNext = 0;
+  int writeFailed = 0;
+  float xFactor = 1;
+  float yFactor = 1;
+  double announced = 0;
+  double fileBytes = 0;
+  std::ostringstream messages;
+
+ private:
+  Findings findings_;
+  const Findings* before_;
+};
+
+}  // namespace kem::record

@@ -183,27 +183,6 @@ TEST_CASE("record: ranges of defined axes stay, those of nothing become 0") {
   CHECK((empty.xEnd == 0 && empty.zMax == 0 && empty.yEnd == 4));
 }
 
-TEST_CASE("record: headers are copied by file type") {
-  PrnType src(AllocY, 1);
-  for (const int type : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 13, 14, 15, 16, 17, 18}) {
-    CAPTURE(type);
-    std::memset(src.headerArea, 'h', sizeof src.headerArea);
-    src.fileType = type;
-    PrnType to;
-    to.CopyHeader(src);
-    CHECK(to.fileType == type);
-    const bool block = type < 17 && !KemParameters(type).empty();
-    const bool labels = type <= 2 || type == 4 || (type >= 12 && type <= 14);
-    if (labels) CHECK(std::string(to.yLabel) == std::string(131, 'h'));
-    if (labels && type != FileCvt) CHECK(std::string(to.zLabel) == std::string(131, 'h'));
-    for (const KemParameter& p : KemParameters(type)) {
-      CAPTURE(p.name);
-      const std::size_t bytes = p.kind == KemParameterKind::Text ? 131 : 4;
-      CHECK((std::memcmp(p.in(to), p.in(src), bytes) == 0) == block);
-    }
-  }
-}
-
 TEST_CASE("record: a host's extension is created, copied and freed") {
   ExtensionCreateHook = [](void** e) { *e = &++created; };
   ExtensionFreeHook = [](void**) { ++freed; };

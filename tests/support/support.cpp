@@ -137,6 +137,12 @@ bool HaveSamples() {
   return false;
 }
 
+void CheckApproved(const std::string& file, const std::string& text) {
+  const std::string path = std::string(KEM_TESTS) + '/' + file;
+  if (std::getenv("KEM_APPROVE")) std::ofstream(path, std::ios::binary) << text;
+  CHECK(text == ReadLines(path));
+}
+
 double Sum(std::span<const float> values) {
   double sum = 0;
   for (const float v : values) sum += v;

@@ -101,6 +101,9 @@ std::string SampleFolder();
 // Marks a case that needs the real files: says that it is skipped, and returns false, when there are none.
 bool HaveSamples();
 
+// Checks a text against an approved one, a file of tests/; with KEM_APPROVE in the environment it takes its place.
+void CheckApproved(const std::string& file, const std::string& text);
+
 // A fixed stream of random numbers; print its seed with CAPTURE when a case fails.
 using Rng = std::mt19937;
 inline constexpr unsigned kSeed = 20240917;

@@ -58,48 +58,12 @@ void CheckSame(const std::string& text, std::ios::iostate exceptions = std::ios:
 }  // namespace
 
 TEST_CASE("number scanner: takes what a stream takes and stops where it stops") {
-  for (const char* text : {"",
-                           " ",
-                           "1",
-                           "1 ",
-                           "-0 +0\n",
-                           "1.5e3 2",
-                           "1e",
-                           "1e+",
-                           "1e5e",
-                           ".",
-                           ".5 5. ",
-                           "-.5",
-                           "--1",
-                           "+-1",
-                           "+ 1",
-                           "1.2.3 4",
-                           "0x10",
-                           "inf",
-                           "nan",
-                           "1,5",
-                           "1e99 2",
-                           "-1e99 2",
-                           "1e-99 2",
-                           "1e-42 2 ",
-                           "0e5 ",
-                           "00012 3 ",
-                           "1e0005 ",
-                           "3.4028235e38 1 ",
-                           "3.4028236e38 1 ",
-                           "1.17549435e-38 ",
-                           "7e-46 8e-46 ",
-                           "1e-400 ",
-                           "1e999999999999 1",
-                           "1e-99999999999 1",
-                           "11.e9223372036854775807 1",
-                           "\v\f\r\n\t4 x",
-                           "12abc",
-                           "e5",
-                           "1 2 3 end",
-                           "16777217 16777219.0000001 ",
-                           "0.000000000000000000000000000000000000000000000000000001e50 "})
-    CheckSame(text);
+  std::istringstream texts(
+      "; ;1;1 ;-0 +0\n;1.5e3 2;1e;1e+;1e5e;.;.5 5. ;-.5;--1;+-1;+ 1;1.2.3 4;0x10;inf;nan;1,5;12abc;e5;1 2 3 end;"
+      "1e99 2;-1e99 2;1e-99 2;1e-42 2 ;0e5 ;00012 3 ;1e0005 ;3.4028235e38 1 ;3.4028236e38 1 ;1.17549435e-38 ;"
+      "7e-46 8e-46 ;1e-400 ;1e999999999999 1;1e-99999999999 1;11.e9223372036854775807 1;\v\f\r\n\t4 x;"
+      "16777217 16777219.0000001 ;0.000000000000000000000000000000000000000000000000000001e50 ");
+  for (std::string text; std::getline(texts, text, ';');) CheckSame(text);
 }
 
 TEST_CASE("number scanner: random texts give the same numbers, state, position and exceptions as a stream") {
@@ -116,10 +80,8 @@ TEST_CASE("number scanner: random texts give the same numbers, state, position a
 TEST_CASE("number scanner: every alignment of a number with the ends of its blocks") {
   for (const std::size_t block : {1 << 15, 1 << 16, 1 << 17})
     for (std::size_t lead = block - 9; lead < block + 3; ++lead)
-      for (const char* text : {"8", "8\n", "-1.5e+3", "1e+", "12x", "9e99 ", "3 4"}) {
-        CheckSame(std::string(lead, ' ') + text);
-        CheckSame("5." + std::string(lead - 2, '3') + text);
-      }
+      for (const char* text : {"8", "8\n", "-1.5e+3", "1e+", "12x", "9e99 ", "3 4"})
+        for (const char fill : {' ', '0'}) CheckSame(std::string(lead, fill) + text);
 }
 
 TEST_CASE("number scanner: separators count as white space, and lines follow where it stopped") {

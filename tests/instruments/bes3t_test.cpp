@@ -12,7 +12,7 @@ struct Descriptor {
   std::string format = "S";
   std::string yType = "NODATA";
   int xPoints = 3;
-  int yPoints = 0;
+  int yPoints = -3;       // counts only where the axis is used
   std::string more = "";  // further #DESC lines
 };
 
@@ -22,7 +22,7 @@ std::string DescriptorText(const Descriptor& d = {}) {
        << "DSRC\t" << std::string(200, 'x') << "\nBSEQ\t" << d.order << "\nIKKF\t" << d.columns
        << "\nXTYP\tIDX\nYTYP\t" << d.yType << "\nZTYP\tNODATA\nIRFMT\t" << d.format << "\nIIFMT\t" << d.format
        << "\nXPTS\t" << d.xPoints << " * points\nXMIN\t3000\nXWID\t100\nYPTS\t" << d.yPoints
-       << "\nYMIN\t1\nYWID\t2\n"
+       << "\nZPTS\t-2000000000\nYMIN\t1\nYWID\t2\n"
        << "TITL\t'strong pitch'\nIRNAM\t'Intensity'\nIRUNI\t''\nXNAM\t'Field'\nXUNI\t'G'\n"
        << d.more << "#SPL\t1.2 * STANDARD PARAMETER LAYER\n"
        << "OPER    " << std::string(132, 'x')
@@ -164,8 +164,9 @@ TEST_CASE("bes3t: what cannot be read is refused with one line") {
       {"XTYP\tIGD\n", "AX: Can't read No Data Format!\n"},
       {"XTYP\tIGD\nXFMT\tA\n", "AX: Can't read ASCII Data Format!\n"},
       {"XPTS\t-1\n", ""},
-      {"YTYP\tIDX\nXTYP\tNODATA\n", ""},
-      {"YTYP\tIDX\nXTYP\tIGD\n", ""},
+      {"YTYP\tIDX\n", ""},
+      {"YTYP\tIDX\nYPTS\t1\nXTYP\tNODATA\n", ""},
+      {"YTYP\tIDX\nYPTS\t1\nXTYP\tIGD\n", ""},
   };
   for (const Case& c : cases) {
     CAPTURE(c.more);

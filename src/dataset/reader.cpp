@@ -10,7 +10,25 @@
 namespace kem::dataset {
 using namespace text;
 
+std::string Begins(Source& source, std::string_view mark) {
+  if (!source.Head().starts_with(mark)) return {};
+  const bool readable = std::all_of(mark.begin(), mark.end(), [](char c) { return c >= ' ' && c < 0x7F; });
+  return readable ? "begins with " + std::string(mark) : "its first " + std::to_string(mark.size()) + " bytes";
+}
+
 std::vector<std::string> OneItem(Source&) { return {std::string()}; }
+
+NamedUnit SplitTitle(std::string_view title) {
+  title = Trimmed(title);
+  if (title.size() > 1 && title.front() == '"' && title.back() == '"') title = title.substr(1, title.size() - 2);
+  for (const std::string_view brackets : {"()", "[]"}) {
+    const auto open = title.rfind(brackets[0]);
+    if (open == title.npos || open == 0 || !title.ends_with(brackets[1])) continue;
+    return {std::string(Trimmed(title.substr(0, open))),
+            std::string(Trimmed(title.substr(open + 1, title.size() - open - 2)))};
+  }
+  return {std::string(title), {}};
+}
 
 void AddParameter(Dataset& dataset, std::string_view section, std::string_view key, std::string_view text,
                   std::string_view unit) {

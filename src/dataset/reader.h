@@ -23,8 +23,18 @@ struct Reader {
   Dataset (*open)(Source& source, int item);
 };
 
+// "begins with HPK8TMAP", or nothing when the file does not.
+std::string Begins(Source& source, std::string_view mark);
+
 // For formats whose files hold one item without a name.
 std::vector<std::string> OneItem(Source& source);
+
+// What a title names, and its unit: "Intensity (counts)", "Field [G]".
+struct NamedUnit {
+  std::string name;
+  std::string unit;
+};
+NamedUnit SplitTitle(std::string_view title);
 
 // Adds a parameter. Its number is the text, where that is one; "3516.00 G" and the key "Start (nm)" name a unit,
 // too.
@@ -40,11 +50,24 @@ std::size_t FitToFile(Dataset& dataset, std::uint64_t held, std::string_view pla
 std::uint64_t CountOf(std::span<const Axis> axes);
 
 // The readers of single families.
+extern const Reader kAT1Reader;
+extern const Reader kB2DReader;
+extern const Reader kB3DReader;
 extern const Reader kBES3TReader;
-extern const Reader kCaryReader;
 extern const Reader kBrukerReader;
+extern const Reader kCaryReader;
 extern const Reader kColumnsReader;
+extern const Reader kCvtReader;
+extern const Reader kDilorReader;
+extern const Reader kDilorSeriesReader;
 extern const Reader kHPDTAReader;
+extern const Reader kHamaReader;
+extern const Reader kIccdCurveReader;
+extern const Reader kIccdImageReader;
 extern const Reader kJcampReader;
+extern const Reader kNPicoReader;
+extern const Reader kOMAReader;
+extern const Reader kP2DReader;
+extern const Reader kP3DReader;
 
 }  // namespace kem::dataset

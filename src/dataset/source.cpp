@@ -112,6 +112,12 @@ const std::string& Source::Content() {
   return content_;
 }
 
+std::ifstream& Source::Stream() {
+  in_.clear();
+  in_.seekg(0);
+  return in_;
+}
+
 void Source::Read(std::uint64_t at, std::span<std::byte> to) {
   in_.clear();
   errno = 0;

@@ -32,6 +32,8 @@ class Source {
   std::string_view Head();
   // All bytes. Valid as long as the source.
   const std::string& Content();
+  // The file from its first byte.
+  std::ifstream& Stream();
   // Fills a buffer with bytes that are there.
   void Read(std::uint64_t at, std::span<std::byte> to);
 

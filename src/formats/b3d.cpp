@@ -9,10 +9,12 @@
 #include <fstream>
 #include <string_view>
 
+#include "dataset/of_record.h"
 #include "formats/labels.h"
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_text.h"
@@ -90,6 +92,7 @@ void WriteRow(OutputFile& out, const float* row, int count) {
 void ReadRow(std::istream& in, float* row, int count) {
   in.read(reinterpret_cast<char*>(row), static_cast<std::streamsize>(sizeof(float)) * count);
   const auto got = static_cast<std::size_t>(in.gcount());
+  Miss(static_cast<std::size_t>(std::max(count, 0)) - got / sizeof(float));
   if (got % sizeof(float) != 0) row[got / sizeof(float)] = 0;
 }
 
@@ -145,7 +148,9 @@ int PrnType::ReadB3D(std::ifstream& in) {
   Grid z = NewZeroGrid(rows, columns);
   if (x) ReadRow(in, x.get(), nX);
   if (y) ReadRow(in, y.get(), nY);
-  for (int i = 0; i < rows && in.good(); ++i) ReadRow(in, z[i], columns);
+  int row = 0;
+  for (; row < rows && in.good(); ++row) ReadRow(in, z[row], columns);
+  Miss(static_cast<std::size_t>(rows - row) * static_cast<std::size_t>(columns));
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
   Own(zArray, std::move(z));
@@ -176,3 +181,14 @@ int PrnType::ReadB2D(std::ifstream& in) {
   ReadLabels(*this, in, {&xLabel, &yLabel});
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+const Reader kB3DReader{"B3D binary grid", ".b3d", [](Source& source) { return Begins(source, "[B3D]"); }, OneItem,
+                        OpenOne<&PrnType::ReadB3D, kNoUnits>};
+
+const Reader kB2DReader{"B2D binary curve", ".b2d", [](Source& source) { return Begins(source, "[B2D]"); }, OneItem,
+                        OpenOne<&PrnType::ReadB2D, kNoUnits>};
+
+}  // namespace kem::dataset

@@ -79,24 +79,6 @@ bool ScanRow(std::string_view line, std::vector<double>& numbers) {
 
 // ------------------------------------------------------------ header
 
-// "Intensity (counts)", "Field [G]": the name and the unit.
-struct Title {
-  std::string name;
-  std::string unit;
-};
-
-Title TitleOf(std::string_view text) {
-  text = Trimmed(text);
-  if (text.size() > 1 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
-  for (const std::string_view brackets : {"()", "[]"}) {
-    const auto open = text.rfind(brackets[0]);
-    if (open == text.npos || open == 0 || !text.ends_with(brackets[1])) continue;
-    return {std::string(Trimmed(text.substr(0, open))),
-            std::string(Trimmed(text.substr(open + 1, text.size() - open - 2)))};
-  }
-  return {std::string(text), {}};
-}
-
 void AddHeaderLine(Dataset& d, std::string_view line) {
   while (!line.empty() && (line.front() == '#' || line.front() == ' ')) line.remove_prefix(1);
   if (Trimmed(line).empty()) return;
@@ -110,8 +92,8 @@ void AddHeaderLine(Dataset& d, std::string_view line) {
 }
 
 // The titles of the columns, where the line before the first row has one for each.
-std::vector<Title> ColumnTitles(std::string_view line, std::size_t columns) {
-  std::vector<Title> titles;
+std::vector<NamedUnit> ColumnTitles(std::string_view line, std::size_t columns) {
+  std::vector<NamedUnit> titles;
   line = Trimmed(line);
   while (!line.empty() && line.front() == '#') line = Trimmed(line.substr(1));
   const bool blanks = line.find_first_of("\t;,") == line.npos;
@@ -123,16 +105,16 @@ std::vector<Title> ColumnTitles(std::string_view line, std::size_t columns) {
     const bool quoted = !blanks && line.front() == '"' && line.find('"', 1) != line.npos;
     if (quoted) {
       const auto end = line.find('"', 1);
-      titles.push_back(TitleOf(line.substr(1, end - 1)));
+      titles.push_back(SplitTitle(line.substr(1, end - 1)));
       line.remove_prefix(std::min(line.find_first_of(strong, end), line.size()));
       line.remove_prefix(std::min<std::size_t>(1, line.size()));
     } else {
-      titles.push_back(TitleOf(TakeField(line, strong)));
+      titles.push_back(SplitTitle(TakeField(line, strong)));
     }
   }
-  const bool plain =
-      std::none_of(titles.begin(), titles.end(), [](const Title& t) { return t.name.empty() || NumberIn(t.name); });
-  return titles.size() == columns && plain ? titles : std::vector<Title>();
+  const bool plain = std::none_of(titles.begin(), titles.end(),
+                                  [](const NamedUnit& t) { return t.name.empty() || NumberIn(t.name); });
+  return titles.size() == columns && plain ? titles : std::vector<NamedUnit>();
 }
 
 // ------------------------------------------------------------ tables
@@ -216,7 +198,7 @@ Kind KindOf(const Table& t) {
 
 struct Titles {
   std::string title;
-  std::vector<Title> columns;
+  std::vector<NamedUnit> columns;
 };
 
 // "NXY 3 Wavelength (nm)", a title for each column, start, stop, the name.
@@ -224,9 +206,9 @@ Titles TitlesOfNXY(const Table& t) {
   std::string_view first = Trimmed(t.header[0]);
   (void)TakeField(first, {});
   (void)TakeField(first, {});
-  Titles titles{{}, {TitleOf(first)}};
+  Titles titles{{}, {SplitTitle(first)}};
   for (std::size_t k = 1; k < t.columns; ++k)
-    titles.columns.push_back(k < t.header.size() ? TitleOf(t.header[k]) : Title());
+    titles.columns.push_back(k < t.header.size() ? SplitTitle(t.header[k]) : NamedUnit());
   if (t.header.size() > t.columns + 2) titles.title = Trimmed(t.header[t.columns + 2]);
   return titles;
 }
@@ -236,7 +218,7 @@ Titles TitlesOf(Dataset& d, const Table& t) {
   if (KindOf(t) == Kind::NXY) return TitlesOfNXY(t);
   if (KindOf(t) == Kind::XY)
     return {t.header.size() > 5 ? std::string(Trimmed(t.header[5])) : std::string(),
-            {TitleOf(t.header[1]), TitleOf(t.header[2])}};
+            {SplitTitle(t.header[1]), SplitTitle(t.header[2])}};
   Titles titles;
   if (!t.header.empty()) titles.columns = ColumnTitles(t.header.back(), t.columns);
   const std::size_t named = titles.columns.empty() ? 0 : 1;

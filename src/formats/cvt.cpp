@@ -10,9 +10,11 @@
 #include <fstream>
 #include <string_view>
 
+#include "dataset/of_record.h"
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -54,9 +56,9 @@ int ReadStored(PrnType& record, std::ifstream& in, const Text& points) {
   const auto count = static_cast<std::size_t>(CheckedCount(in, n));
   auto y = NewZeroArray(n);
   auto x = NewZeroArray(n);
-  ScanNumbers(in, {y.get(), count});
+  Miss(ScanNumbers(in, {y.get(), count}));
   if (in.fail()) return 0;
-  ScanNumbers(in, {x.get(), count});
+  Miss(ScanNumbers(in, {x.get(), count}));
   Own(record.yArray, std::move(y));
   Own(record.xArray, std::move(x));
   record.allocType = AllocXY;
@@ -93,3 +95,18 @@ int PrnType::ReadCvt(std::ifstream& in) {
   if (Contains(header[kCountLine], kXYTag)) return ReadStored(*this, in, header[kCountLine]);
   return ReadDefined(*this, in, header[kStartLine], header[kStepLine]);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+const Reader kCvtReader{"CVT curve", ".cvt",
+                        [](Source& source) -> std::string {
+                          Lines lines(source.Head());
+                          std::string_view line;
+                          for (std::size_t k = 0; k < kHeaderLines && lines.Next(line); ++k)
+                            if (k == kStartLine && Contains(line, "start")) return "line 4 begins with \"start\"";
+                          return {};
+                        },
+                        OneItem, OpenOne<&PrnType::ReadCvt, kNoUnits>};
+
+}  // namespace kem::dataset

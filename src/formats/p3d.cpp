@@ -14,10 +14,12 @@
 #include <fstream>
 #include <memory>
 
+#include "dataset/of_record.h"
 #include "formats/labels.h"
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -87,7 +89,7 @@ std::unique_ptr<float[]> ReadAxis(PrnType& record, const Axis& axis, std::istrea
     ScanLine(line, "%*s %*s %d", {&count});
     if (count == 0) return nullptr;
     auto values = NewZeroArray(CheckedCount(in, count));
-    ScanNumbers(in, {values.get(), static_cast<std::size_t>(count)});
+    Miss(ScanNumbers(in, {values.get(), static_cast<std::size_t>(count)}));
     return values;
   }
   if (Contains(line, "DEFIN")) {
@@ -105,8 +107,10 @@ int StepsOf(const PrnType& record, const Axis& axis, std::istream& in) {
 
 void ScanGrid(std::istream& in, float* const* rows, int nX, int nY) {
   NumberScanner scan(in);
+  auto left = static_cast<std::size_t>(nX) * static_cast<std::size_t>(nY);
   for (int j = 0; j < nY && scan.Good(); ++j)
-    for (int i = 0; i < nX && scan.Good(); ++i) scan.Next(rows[i][j]);
+    for (int i = 0; i < nX && scan.Good(); ++i, --left) scan.Next(rows[i][j]);
+  Miss(left);
 }
 
 }  // namespace
@@ -181,9 +185,20 @@ int PrnType::ReadP2D(std::ifstream& in) {
   auto y = NewZeroArray(nY);
   line[0] = '\0';
   FindLine(in, line, kY.tag);
-  ScanNumbers(in, {y.get(), static_cast<std::size_t>(nY)});
+  Miss(ScanNumbers(in, {y.get(), static_cast<std::size_t>(nY)}));
   allocType = x ? AllocXY : AllocY;
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+const Reader kP3DReader{"P3D text grid", ".p3d", [](Source& source) { return Begins(source, "[P3D]"); }, OneItem,
+                        OpenOne<&PrnType::ReadP3D, kNoUnits>};
+
+const Reader kP2DReader{"P2D text curve", ".p2d", [](Source& source) { return Begins(source, "[P2D]"); }, OneItem,
+                        OpenOne<&PrnType::ReadP2D, kNoUnits>};
+
+}  // namespace kem::dataset

@@ -13,8 +13,11 @@ using namespace text;
 namespace {
 
 // The first one that recognises a file reads it.
-constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader, &kHPDTAReader,
-                                      &kJcampReader, &kCaryReader,   &kColumnsReader};
+constexpr const Reader* kReaders[] = {&kBES3TReader, &kBrukerReader,      &kHPDTAReader,     &kJcampReader,
+                                      &kCaryReader,  &kHamaReader,        &kIccdImageReader, &kIccdCurveReader,
+                                      &kAT1Reader,   &kOMAReader,         &kP3DReader,       &kP2DReader,
+                                      &kB3DReader,   &kB2DReader,         &kCvtReader,       &kNPicoReader,
+                                      &kDilorReader, &kDilorSeriesReader, &kColumnsReader};
 
 struct Recognised {
   const Reader* reader;

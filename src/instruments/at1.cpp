@@ -3,11 +3,14 @@
 //
 //   card  4 nY      5 nX      6 yStart   7 xStart   8 yStep   9 xStep     "KEYWORD = 512"
 //   card 10 X title 11 Y title 13 Z title
+#include <algorithm>
 #include <fstream>
 
+#include "dataset/of_record.h"
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
+#include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
@@ -54,9 +57,18 @@ int PrnType::ReadAT1(std::ifstream& in) {
   Grid grid = NewZeroGrid(nX, nY);
   SeekTo(in, kPixels);
   const auto columns = static_cast<std::size_t>(nY);
-  for (int i = 0; i < nX; ++i)
-    if (!ReadValues(in, Wire::U16, Order::Little, {grid[i], columns})) break;
+  int row = 0;
+  while (row < nX && ReadValues(in, Wire::U16, Order::Little, {grid[row], columns})) ++row;
+  Miss(static_cast<std::size_t>(std::max(nX - row - 1, 0)) * columns);
   Own(zArray, std::move(grid));
   allocType = AllocZ;
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+const Reader kAT1Reader{"AT1 image", "", [](Source& source) { return Begins(source, "SIMPLE"); }, OneItem,
+                        OpenOne<&PrnType::ReadAT1, kNoUnits>};
+
+}  // namespace kem::dataset

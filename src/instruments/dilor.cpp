@@ -10,6 +10,7 @@
 #include <span>
 #include <vector>
 
+#include "dataset/of_record.h"
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
@@ -88,6 +89,7 @@ std::span<float> ReadPoints(std::istream& in, float* x, std::span<float> y) {
     if (x) numbers.Next(x[k]);
     numbers.Next(y[k]);
   }
+  Miss(k);
   return y.subspan(k);
 }
 
@@ -140,6 +142,7 @@ float DecodeDilorFloat(std::span<const unsigned char, kNumberSize> b) {
 std::span<float> ReadNumbers(std::istream& in, std::streamoff at, std::span<float> values) {
   const Block block(in, at, values.size() * kNumberSize);
   const auto held = values.first(std::min(values.size(), block.Size() / kNumberSize));
+  Miss(values.size() - held.size());
   for (std::size_t k = 0; k < held.size(); ++k)
     held[k] = DecodeDilorFloat(block.Bytes().subspan(k * kNumberSize).first<kNumberSize>());
   return held;
@@ -240,3 +243,46 @@ int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
   *Found().readNext = which == count ? 0 : which;
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+namespace {
+
+constexpr std::array kDilorUnits = {TextRow{"IntTime", "s"}};
+
+// The count of a text stands alone in its line; without it the format has no mark of its own.
+bool HasCount(Source& source) {
+  Lines lines(source.Head());
+  std::string_view line;
+  for (std::size_t k = 0; k <= kCountLine; ++k)
+    if (!lines.Next(line)) return false;
+  const auto count = NumberIn(Trimmed(line));
+  return count && *count > 0 && *count == static_cast<int>(*count);
+}
+
+std::string RecogniseDilor(Source& source) {
+  for (const char* extension : {".ms0", ".ss0", ".msu"})
+    if (source.HasExtension(extension) && HasCount(source)) return std::string("name ends in ") + extension;
+  const bool marked = Contains(source.Head().substr(0, kTextSize - 1), "Version");
+  return marked && HasCount(source) && Contains(source.Head(), "\"")
+             ? "Version in the first bytes, a count in line 4"
+             : "";
+}
+
+}  // namespace
+
+const Reader kDilorReader{"Dilor Raman", ".ms0 .ss0 .msu", RecogniseDilor, OneItem,
+                          OpenOne<&PrnType::ReadDilorSingle, kDilorUnits>};
+
+const Reader kDilorSeriesReader{"Dilor Raman series", ".m3d",
+                                [](Source& source) -> std::string {
+                                  const bool marked = Contains(source.Head().substr(0, kTextSize - 1), "Multi-3D");
+                                  if (source.Size() <= static_cast<std::uint64_t>(kSeriesStart)) return {};
+                                  if (marked) return "Multi-3D in the first bytes";
+                                  return source.HasExtension(".m3d") ? "name ends in .m3d" : "";
+                                },
+                                Series<&PrnType::ReadDilorM3D, load::ListDilorSeries, 1>::Items,
+                                Series<&PrnType::ReadDilorM3D, load::ListDilorSeries, 1>::Open};
+
+}  // namespace kem::dataset

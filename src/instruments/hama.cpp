@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <fstream>
 
+#include "dataset/of_record.h"
 #include "kem.h"
 #include "load/block.h"
 #include "record/parameters.h"
@@ -57,3 +58,18 @@ int PrnType::ReadHama(std::ifstream& in) {
   yStep = static_cast<float>(double{span} / (kTimes - 1));
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+namespace {
+
+constexpr std::array kHamaUnits = {text::TextRow{"CenterWavelength", "nm"}, text::TextRow{"Dispersion", "nm per pixel"},
+                                   text::TextRow{"CcdCenter", "pixel"}};
+
+}  // namespace
+
+const Reader kHamaReader{"Hamamatsu raw image", "", [](Source& source) { return Begins(source, "HPK8TMAP"); },
+                         OneItem, OpenOne<&PrnType::ReadHama, kHamaUnits>};
+
+}  // namespace kem::dataset

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <fstream>
 
+#include "dataset/of_record.h"
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
@@ -180,3 +181,25 @@ int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   *Found().readNext = which != count - 1;
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+const Reader kIccdImageReader{"ICCD image", ".img",
+                              [](Source& source) -> std::string {
+                                const std::string fe(1, static_cast<char>(kImageOf16Bits));
+                                const std::string fd(1, static_cast<char>(kImageOf32Bits));
+                                const std::string_view magic("\xFF\x04\x81", 3);
+                                for (const auto& first : {fe, fd})
+                                  if (auto found = Begins(source, first + std::string(magic)); !found.empty())
+                                    return found;
+                                return {};
+                              },
+                              OneItem, OpenOne<&PrnType::ReadIccdImg, kNoUnits>};
+
+const Reader kIccdCurveReader{"ICCD curve", ".crv",
+                              [](Source& source) { return Begins(source, "\xFC\xFF\x04\x81"); },
+                              Series<&PrnType::ReadIccdCrv, load::ListIccdCurves, 0>::Items,
+                              Series<&PrnType::ReadIccdCrv, load::ListIccdCurves, 0>::Open};
+
+}  // namespace kem::dataset

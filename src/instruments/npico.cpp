@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <variant>
 
+#include "dataset/of_record.h"
 #include "kem.h"
 #include "load/announced.h"
 #include "record/findings.h"
@@ -154,7 +155,7 @@ void ReadPoints(std::istream& in, const Scan& scan, bool second, float* values) 
   NumberScanner numbers(in);
   for (int i = 0; i < scan.points; ++i) {
     const float value = ReadPoint(numbers, scan, second);
-    if (numbers.Failed()) return;
+    if (numbers.Failed()) return Miss(static_cast<std::size_t>(scan.points - i));
     values[i] = value;
   }
 }
@@ -193,3 +194,40 @@ int PrnType::ReadNPico(std::ifstream& in) {
   nX = nY = scan.points;
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+namespace {
+
+constexpr std::array kNPicoUnits = {TextRow{"LaserLine", "nm"}};
+
+Dataset OpenNPico(Source& source, int item) {
+  return OpenRecord(
+      source, [](PrnType& record, std::ifstream& in) { return record.ReadNPico(in); }, kNPicoUnits, item - 1);
+}
+
+// A reader that is asked for the first of two signals says that there is another one.
+std::vector<std::string> NPicoItems(Source& source) {
+  int next = 0;
+  OpenRecord(source, [&next](PrnType& record, std::ifstream& in) {
+    const int loaded = record.ReadNPico(in);
+    next = *Found().readNext;
+    return loaded;
+  });
+  return next != 0 ? std::vector<std::string>{"first signal", "second signal"} : OneItem(source);
+}
+
+}  // namespace
+
+const Reader kNPicoReader{"NPico scan", "",
+                          [](Source& source) -> std::string {
+                            const std::string_view head = source.Head().substr(0, kTextSize - 1);
+                            for (const ScanKind& kind : kSections)
+                              if (Contains(head, kind.section))
+                                return std::string(kind.section) + " in the first bytes";
+                            return {};
+                          },
+                          NPicoItems, OpenNPico};
+
+}  // namespace kem::dataset

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <string>
 
+#include "dataset/of_record.h"
 #include "kem.h"
 #include "load/block.h"
 #include "load/items.h"
@@ -188,3 +189,16 @@ int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   SortAxes();
   return Finish(*this, in);
 }
+
+// ------------------------------------------------------------ as a dataset
+
+namespace kem::dataset {
+const Reader kOMAReader{"EG&G OMA", "",
+                        [](Source& source) -> std::string {
+                          const bool marked = Contains(source.Head().substr(0, kTextSize - 1), "EG&G");
+                          return marked && source.Size() > kDirectory ? "EG&G in the first bytes" : "";
+                        },
+                        Series<&PrnType::ReadOMA, load::ListOMA, 1>::Items,
+                        Series<&PrnType::ReadOMA, load::ListOMA, 1>::Open};
+
+}  // namespace kem::dataset

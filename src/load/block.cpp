@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "portable.h"
+#include "record/findings.h"
 
 namespace kem::load {
 namespace {
@@ -111,11 +112,13 @@ void ReadLinesAs(std::istream& in, float* const* rows, std::size_t width, std::s
   const std::size_t bands = std::max<std::size_t>(1, kChunk / (lineLength * kBand * sizeof(Stored)));
   const std::size_t most = std::min(bands * kBand, held);
   std::vector<Bits<Stored>> lines(lineLength * most);
+  std::size_t read = 0;
   for (std::size_t j = 0; j < held; j += most) {
     const std::size_t count = std::min(most, held - j);
     auto* bytes = reinterpret_cast<unsigned char*>(lines.data());
     const std::size_t values = ReadBytes(in, bytes, count * lineLength * sizeof(Stored)) / sizeof(Stored);
     std::fill(lines.begin() + static_cast<std::ptrdiff_t>(values), lines.end(), Bits<Stored>{0});
+    read += values;
     for (std::size_t k = 0; k < count; k += kBand) {
       const Bits<Stored>* band = lines.data() + k * lineLength;
       if (count - k >= kBand)
@@ -124,6 +127,7 @@ void ReadLinesAs(std::istream& in, float* const* rows, std::size_t width, std::s
         StoreBand<Stored, order>(band, width, step, rows, j + k, count - k);
     }
   }
+  record::Miss((lineLength * height - std::min(read, lineLength * height)) / step);
 }
 
 }  // namespace
@@ -185,7 +189,10 @@ bool ReadValues(std::istream& in, Wire wire, Order order, std::span<float> value
     const std::size_t wanted = chunk.size() * SizeOf(wire);
     const std::size_t held = ReadBytes(in, bytes.data(), wanted);
     Decode(wire, order, std::span(bytes).first(held), chunk);
-    if (held < wanted) return false;
+    if (held < wanted) {
+      record::Miss(values.size() - held / SizeOf(wire));
+      return false;
+    }
     values = values.subspan(chunk.size());
   }
   return true;

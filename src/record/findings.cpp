@@ -7,8 +7,10 @@
 namespace kem::record {
 namespace {
 
-const Findings kForHost{&ReadNextFlag,  &WriteFailedFlag, &ReadXFactor, &ReadYFactor,
-                        &ReadAnnounced, &ReadFileBytes,   &std::cout,   true};
+double untold = 0;  // hosts are not told how many values are missing
+
+const Findings kForHost{&ReadNextFlag,  &WriteFailedFlag, &ReadXFactor, &ReadYFactor, &ReadAnnounced,
+                        &ReadFileBytes, &untold,          &std::cout,   true};
 
 thread_local const Findings* ofThread = &kForHost;
 
@@ -17,7 +19,7 @@ thread_local const Findings* ofThread = &kForHost;
 const Findings& Found() { return *ofThread; }
 
 Aside::Aside()
-    : findings_{&readNext, &writeFailed, &xFactor, &yFactor, &announced, &fileBytes, &messages, false},
+    : findings_{&readNext, &writeFailed, &xFactor, &yFactor, &announced, &fileBytes, &missing, &messages, false},
       before_(ofThread) {
   ofThread = &findings_;
 }

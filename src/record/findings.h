@@ -1,6 +1,7 @@
 // What loading and writing find out beside the record, and whom they tell.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
 #include <sstream>
 
@@ -15,12 +16,16 @@ struct Findings {
   float* yFactor;
   double* announced;
   double* fileBytes;
+  double* missing;  // values that were announced and were not there
   std::ostream* messages;
   bool forHost;  // its hooks are called
 };
 
 // Those of this thread.
 const Findings& Found();
+
+// Values that a file announces and does not hold.
+inline void Miss(std::size_t values) { *Found().missing += static_cast<double>(values); }
 
 // While it lives, its thread leaves the library's globals, the host's hooks and standard output alone, and the
 // findings are here.
@@ -37,6 +42,7 @@ class Aside {
   float yFactor = 1;
   double announced = 0;
   double fileBytes = 0;
+  double missing = 0;
   std::ostringstream messages;
 
  private:

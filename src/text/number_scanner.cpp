@@ -132,12 +132,11 @@ void NumberScanner::NextByRule(float& value) {
   Report(state);
 }
 
-void ScanNumbers(std::istream& in, std::span<float> values) {
+std::size_t ScanNumbers(std::istream& in, std::span<float> values) {
   NumberScanner scan(in);
-  for (float& value : values) {
-    if (!scan.Good()) return;
-    scan.Next(value);
-  }
+  std::size_t left = values.size();
+  for (; left > 0 && scan.Good(); --left) scan.Next(values[values.size() - left]);
+  return left;
 }
 
 }  // namespace kem::text

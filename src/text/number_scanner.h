@@ -48,7 +48,8 @@ class NumberScanner {
   const char* end_;
 };
 
-// Scans numbers until all values are there or the stream reports a condition; the other values stay.
-void ScanNumbers(std::istream& in, std::span<float> values);
+// Scans numbers until all values are there or the stream reports a condition; the other values stay. Returns how
+// many stay.
+std::size_t ScanNumbers(std::istream& in, std::span<float> values);
 
 }  // namespace kem::text

@@ -287,6 +287,59 @@ TEST_CASE("dataset: columns of text") {
   });
 }
 
+TEST_CASE("dataset: formats whose record says all") {
+  const auto at1 = [](const std::string& pixels) {
+    Bytes cards;
+    int k = 0;
+    for (const char* card : {"SIMPLE = T", "", "", "", "NAXIS1 = 2", "NAXIS2 = 2", "Y0 = 7", "X0 = 5", "DY = 2",
+                             "DX = 3", "Pixel (px)", "Line", "", "date"})
+      cards.Text(card).PadTo(static_cast<std::size_t>(80 * ++k));
+    return Files{{"a.dat", std::string(cards.PadTo(2880)) + pixels}};
+  };
+  const auto curve = [](const char* title, float value) {
+    Bytes bytes;
+    bytes.Text("Channel").PadTo(29).Text(title).PadTo(213).Put(char{0}).Put(char{2});
+    return std::string(bytes.Put(std::uint16_t{2}).Put(value).Put(-value).Put(7).Put(8));
+  };
+  const std::string curves =
+      std::string(Bytes().Text("\xFC\xFF\x04\x81").Put(std::uint16_t{2}).Put(std::uint16_t{2})) +
+      curve("Counts (cps)", 1) + curve("Dark", 3);
+  const auto p2d = [](const std::string& values) {
+    return Files{{"a.p2d", "[P2D]\nTime (ns)\nI\n\nnote\n[X] DEFINITION\n0 2 1\n[Y]\n" + values}};
+  };
+  const std::string scan = "[DcDelay]\nStart= 0\nEnd= 1\nStep= 1\nLaserline= 532\nNrPoints= 2:4\n";
+  const std::string line = "P2D text curve 1/1 '' : I () f32\nTime (ns): 0 1 2\n";
+  CheckAll({
+      {"AT1, X fastest", at1(std::string("\1\0\2\0\3\0\4\0", 8)), 1,
+       "AT1 image 1/1 '' : Z () f32\nY (): 7 9\nX (): 5 8\n= 1 3 2 4\n"},
+      {"AT1, cut", at1(std::string("\1\0\2\0\3\0", 6)), 1,
+       "AT1 image 1/1 '' : Z () f32\nY (): 7 9\nX (): 5 8\n= 1 3 2 0\n! ends too early: 1 numbers are missing "
+       "and are 0\n"},
+      {"ICCD curves by name",
+       {{"a.crv", curves}},
+       2,
+       "ICCD curve 2/2 'Dark' : Dark () f32\nChannel (): 0 1\n= 3 -3\n! holds 1 more item\n"},
+      {"P2D", p2d("1 2 3\n"), 1, line + "= 1 2 3\n"},
+      {"P2D, cut", p2d("1 2"), 1, line + "= 1 2 0\n! ends too early: 1 numbers are missing and are 0\n"},
+      {"P2D, absurd",
+       {{"a.p2d", "[P2D]\nX\nY\n\n[X] DEFINITION\n0 1 1e-30\n"}},
+       1,
+       "refused: announces 1000000015047466219876688855040 values, the file has 36 bytes"},
+      {"NPico, the second signal",
+       {{"scan", scan + "1 2 3 4\n5 6 7 8\n"}},
+       2,
+       "NPico scan 2/2 'second signal' : Intensity () f32\nDelay Time (ps): 0 1\n= 750 875\n! holds 1 more item\n"},
+      {"CVT",
+       {{"a.cvt", "ca 2\nField (G)\nI\n\"start :\" 1\n\"increment :\" 2\n\n5\n6\n"}},
+       1,
+       "CVT curve 1/1 '' : I () f32\nField (G): 1 3\n= 5 6\n"},
+      {"Hamamatsu, a code that is none",
+       {{"a.img", "HPK8TMAP" + std::string(999, '\1')}},
+       1,
+       "refused: its layout is not the one that its beginning tells"},
+  });
+}
+
 TEST_CASE("dataset: foreign files are refused by name") {
   const std::string fits = std::string("SIMPLE  =                    T").append(130, ' ') + "NAXIS   = 0" +
                            std::string(69, ' ') + "END     ";
@@ -311,7 +364,10 @@ TEST_CASE("dataset: cut and damaged files are read or refused, by threads at onc
       {{"a.dx", Dx("##FIRSTX=1\n##LASTX=4\n##NPOINTS=4\n##XYDATA=(X++(Y..Y))\n1A%KT\n3B\n")}},
       {{"a.img", Image(2, 2, 2, "[Scaling],ScalingXType=2,ScalingXScalingFile=\"#120,2\"", std::string(99, '\2'))}},
       {{"a.DSW", Cary(CaryStore("TContinuumStore", 2, {2, 6, 1, 5}, CaryText("white")))}},
-      {{"a.csv", "Field (G),I\n1,2\n3,4\n"}}};
+      {{"a.csv", "Field (G),I\n1,2\n3,4\n"}},
+      {{"a.p3d", "[P3D]\nX\nY\nZ\n[X] ARRAY 2\n1 2\n[Y] DEFINITION\n0 2 1\n[Z]\n1 2\n3 4\n"}},
+      {{"a.dat", std::string(Bytes().Text("EG&G").PadTo(125).Put('\2').PadTo(2135).Put(char{0}).PadTo(2400))}},
+      {{"a.m3d", std::string(Bytes().Text("Multi-3D").PadTo(32).Put('\2').PadTo(34).Put('\3').PadTo(1400))}}};
   const auto survive = [](const Files& files) {
     WithFiles(files, [](const std::string& path) {
       try {

@@ -1,0 +1,163 @@
+#include "dataset/of_record.h"
+
+#include <cmath>
+#include <new>
+#include <string>
+
+#include "record/findings.h"
+#include "text/fields.h"
+#include "text/number_text.h"
+
+namespace kem::dataset {
+using namespace text;
+namespace {
+
+// ------------------------------------------------------------ axes and values
+
+// The end of a record's axis is the last coordinate, one step behind it, or was never set.
+Axis LinearAxis(NamedUnit title, int count, float start, float end, float step) {
+  const double last = start + (count - 1.0) * step;
+  return Axis::Linear(std::move(title.name), std::move(title.unit), static_cast<std::size_t>(std::max(count, 0)),
+                      start, std::fabs(end - last) < std::fabs(step) / 4.0 ? end : last);
+}
+
+Axis StoredAxis(NamedUnit title, const float* values, int count) {
+  return Axis::Stored(std::move(title.name), std::move(title.unit), {values, values + count});
+}
+
+Axis XOf(const PrnType& r, NamedUnit title) {
+  const int count = r.Is3D() ? r.nX : r.nY;
+  return r.HasX() && count > 0 ? StoredAxis(std::move(title), r.xArray, count)
+                               : LinearAxis(std::move(title), count, r.xStart, r.xEnd, r.xStep);
+}
+
+Axis YOf(const PrnType& r, NamedUnit title) {
+  return r.HasY() && r.nY > 0 ? StoredAxis(std::move(title), r.yArray, r.nY)
+                              : LinearAxis(std::move(title), r.nY, r.yStart, r.yEnd, r.yStep);
+}
+
+// The rows of a grid run along Y; in a dataset X is the fastest axis.
+Values GridValues(const PrnType& r) {
+  const auto nX = static_cast<std::size_t>(r.nX);
+  const auto nY = static_cast<std::size_t>(r.nY);
+  std::vector<float> values(nX * nY);
+  for (std::size_t i = 0; i < nX; ++i)
+    for (std::size_t j = 0; j < nY; ++j) values[j * nX + i] = r.zArray[i][j];
+  return Values::Of(std::span<const float>(values));
+}
+
+// ------------------------------------------------------------ parameters
+
+// "hamaDispersion" is Dispersion: the names of a block begin with that of its instrument.
+std::string_view KeyOf(std::string_view name) {
+  const auto capital = std::find_if(name.begin(), name.end(), IsUpper);
+  return name.substr(static_cast<std::size_t>(capital - name.begin()));
+}
+
+template <class T>
+std::string Number(const void* values, int k) {
+  std::string text;
+  AppendNumber(text, static_cast<const T*>(values)[k]);
+  return text;
+}
+
+std::string TextOf(const KemParameter& parameter, const void* values, int k) {
+  switch (parameter.kind) {
+    case KemParameterKind::Text:
+      return std::string(Trimmed(TextOfField(static_cast<const char*>(values) + k * kTextSize)));
+    case KemParameterKind::Int:
+      return Number<int>(values, k);
+    case KemParameterKind::Float:
+      return Number<float>(values, k);
+    default:
+      return std::to_string(static_cast<const unsigned char*>(values)[k]);
+  }
+}
+
+void AddParameters(Dataset& d, const PrnType& r, std::span<const TextRow> units) {
+  for (const KemParameter& parameter : KemParameters(r.fileType)) {
+    const std::string_view key = KeyOf(parameter.name);
+    for (int k = 0; k < parameter.count; ++k)
+      AddParameter(d, {}, key, TextOf(parameter, parameter.in(r), k), text::TextOf(units, key));
+  }
+}
+
+// Comment lines of the exchange formats, and of the instruments whose labels are no titles: "Setup  : text".
+void AddComments(Dataset& d, const PrnType& r) {
+  const bool plain = r.fileType == FileP3D || r.fileType == FileP2D;
+  if (!plain && r.fileType != FileAT1 && r.fileType != FileOMA) return;
+  std::string block(sizeof r.headerArea, '\0');
+  if (plain)
+    for (const auto& line : r.commentLines) block.append(text::TextOf(line)) += '\n';
+  else
+    r.CommentBlock(block.data(), static_cast<int>(block.size()));
+  std::erase(block, '\0');
+  Lines lines(block);
+  for (std::string_view line; lines.Next(line);) {
+    const auto colon = plain ? line.npos : line.find(" : ");
+    const auto key = colon == line.npos ? "Comment" : Trimmed(line.substr(0, colon));
+    const auto comment = Trimmed(line.substr(colon == line.npos ? 0 : colon + 3));
+    if (!comment.empty()) AddParameter(d, {}, key, comment);
+  }
+}
+
+// The titles of camera files are in the record, but hosts see "X" and "Y".
+void TitlesOf(const PrnType& r, Text (&titles)[3]) {
+  r.LabelAxes(titles[0], titles[1], titles[2]);
+  if (r.fileType != FileIccdCurve && r.fileType != FileIccdImage) return;
+  CopyText(titles[0], text::TextOf(r.xLabel));
+  CopyText(titles[1], text::TextOf(r.yLabel));
+}
+
+// ------------------------------------------------------------ reading
+
+std::string Whole(double number) {
+  std::string text = std::to_string(number);
+  return text.substr(0, text.find('.'));
+}
+
+[[noreturn]] void Refuse(const Source& source, const record::Aside& aside) {
+  std::string problem(Trimmed(aside.messages.str()));
+  Fail(ErrorCode::Damaged, source.Path(),
+       problem.empty() ? "its layout is not the one that its beginning tells" : problem);
+}
+
+}  // namespace
+
+Dataset OfRecord(const PrnType& r, std::span<const TextRow> units) {
+  Text titles[3] = {};
+  TitlesOf(r, titles);
+  const bool grid = r.Is3D() != 0;
+  const NamedUnit of = SplitTitle(titles[grid ? 2 : 1]);
+  Dataset d;
+  d.name = of.name;
+  d.unit = of.unit;
+  if (grid)
+    d.axes = {YOf(r, SplitTitle(titles[1])), XOf(r, SplitTitle(titles[0]))};
+  else
+    d.axes = {XOf(r, SplitTitle(titles[0]))};
+  d.values = grid ? GridValues(r) : Values::Of(std::span<const float>(r.yArray, static_cast<std::size_t>(r.nY)));
+  AddParameters(d, r, units);
+  AddComments(d, r);
+  return d;
+}
+
+Dataset OpenRecord(Source& source, const ReadRecord& read, std::span<const TextRow> units, int next) {
+  record::Aside aside;
+  aside.readNext = next;
+  PrnType r;
+  try {
+    if (read(r, source.Stream()) == 0 || !r) Refuse(source, aside);
+  } catch (const std::bad_alloc&) {
+    if (aside.announced >= 0 && aside.announced <= aside.fileBytes) throw;
+    Fail(ErrorCode::Damaged, source.Path(),
+         "announces " + Whole(aside.announced) + " values, the file has " + Whole(aside.fileBytes) + " bytes");
+  }
+  Dataset d = OfRecord(r, units);
+  if (aside.missing > 0)
+    d.notes.push_back(
+        {Severity::Damaged, "ends too early: " + Whole(aside.missing) + " numbers are missing and are 0"});
+  return d;
+}
+
+}  // namespace kem::dataset

@@ -21,6 +21,7 @@
 #include "kem.h"
 #include "load/announced.h"
 #include "record/findings.h"
+#include "record/headers.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -32,15 +33,6 @@ using namespace kem::text;
 using namespace kem::record;
 
 namespace {
-
-// By fileType.
-constexpr const char* kDataTypes[] = {
-    "Cvt",    "XY .prn", "P3D", "Hamamatsu Raw", "Wright CCD", "Bruker ESR",    "Dilor", "Cary 5",  "NPico",
-    "Cary 5", "",        "",    "P2D",           "EG&G OMA",   "Bruker BES^3T", "HPDTA", "Cary DSW"};
-
-const char* DataTypeOf(int fileType) {
-  return fileType >= 0 && fileType < std::ssize(kDataTypes) ? kDataTypes[fileType] : "";
-}
 
 struct Counts {
   int blocks = 1;
@@ -172,7 +164,7 @@ int PrnType::WriteDX(char* const name) const {
   Text yTitle = {};
   Text zTitle = {};
   LabelAxes(xTitle, yTitle, zTitle);
-  out << "##TITLE=" << TextOf(fileName) << "\n##JCAMP-DX=4.24\n##DATA TYPE=" << DataTypeOf(fileType) << '\n';
+  out << "##TITLE=" << TextOf(fileName) << "\n##JCAMP-DX=4.24\n##DATA TYPE=" << RowOf(fileType).dataType << '\n';
   out << "##ORIGIN=kem_file\n##OWNER=\n##DATE=\n##BLOCKS=1\n##$SLIT=0.0\n";
   out << "##XUNITS=" << xTitle << "\n##YUNITS=" << yTitle << "\n##XFACTOR=1.0\n##YFACTOR=1.0\n";
   // The fields as they are, also for a stored axis; FIRSTY is the smallest value, not the first.

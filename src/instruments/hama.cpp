@@ -5,7 +5,7 @@
 #include "dataset/of_record.h"
 #include "kem.h"
 #include "load/block.h"
-#include "record/parameters.h"
+#include "record/headers.h"
 #include "record/storage.h"
 
 using namespace kem::load;

@@ -4,13 +4,12 @@
 #include <utility>
 
 #include "record/findings.h"
-#include "record/parameters.h"
+#include "record/headers.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
 using kem::text::CopyText;
 using kem::text::TextOf;
-using kem::text::TextOfField;
 
 void (*ExtensionCreateHook)(void** extension) = nullptr;
 void (*ExtensionFreeHook)(void** extension) = nullptr;
@@ -108,11 +107,11 @@ void TakeArrays(PrnType& to, PrnType& src) {
   src.nY = 0;
 }
 
-void CopyParameter(PrnType& record, const PrnType& src, const KemParameter& parameter) {
-  const auto* from = static_cast<const char*>(parameter.in(src));
-  auto* to = const_cast<char*>(static_cast<const char*>(parameter.in(record)));
-  const auto count = Length(parameter.count);
-  switch (parameter.kind) {
+void CopyField(PrnType& record, const PrnType& src, const KemParameter& field) {
+  const auto* from = static_cast<const char*>(field.in(src));
+  auto* to = const_cast<char*>(static_cast<const char*>(field.in(record)));
+  const auto count = Length(field.count);
+  switch (field.kind) {
     case KemParameterKind::Text:
       for (std::size_t k = 0; k < count; ++k) CopyText(to + k * kTextSize, TextOfField(from + k * kTextSize));
       break;
@@ -125,23 +124,6 @@ void CopyParameter(PrnType& record, const PrnType& src, const KemParameter& para
     case KemParameterKind::Bytes:
       std::memcpy(to, from, count);
       break;
-  }
-}
-
-// How many of the labels xLabel, yLabel, zLabel a file type keeps as text.
-int LabelsOf(int fileType) {
-  switch (fileType) {
-    case FileCvt:
-      return 2;
-    case FileXY:
-    case FileAT1:
-    case FileP3D:
-    case FileP2D:
-    case FileOMA:
-    case FileBES3T:
-      return 3;
-    default:
-      return 0;
   }
 }
 
@@ -294,12 +276,10 @@ void PrnType::CopyData(const PrnType& src) {
 void PrnType::CopyHeader(const PrnType& src) {
   if (this == &src) return;
   fileType = src.fileType;
-  if (fileType < 0 || fileType > FileCaryDSW) return;
-  const int labels = LabelsOf(fileType);
-  for (int k = 0; k < labels; ++k) CopyText(headerArea[k], TextOf(src.headerArea[k]));
-  if (fileType == FileP3D || fileType == FileP2D)
-    for (int k = 0; k < kCommentLines; ++k) CopyText(commentLines[k], TextOf(src.commentLines[k]));
-  for (const KemParameter& parameter : KemParameters(fileType)) CopyParameter(*this, src, parameter);
+  const FileTypeRow& row = RowOf(fileType);
+  if (!row.copied) return;
+  for (const auto fields : {row.texts, row.parameters})
+    for (const KemParameter& field : fields) CopyField(*this, src, field);
 }
 
 void PrnType::__autoclassinit2(std::size_t size) {  // NOLINT(bugprone-reserved-identifier)

@@ -1,429 +1,22 @@
-// The report of a record on standard output, and its comment block. Both are tables of labelled lines, one
-// table per file type.
-#include <algorithm>
+// The report of a record on standard output, its comment block, its axis titles and its summary line.
 #include <cstring>
 #include <iomanip>
 #include <iostream>
 #include <iterator>
-#include <span>
 #include <string>
 #include <string_view>
 
-#include "record/parameters.h"
+#include "record/headers.h"
 #include "text/fields.h"
 #include "text/number_text.h"
 #include "text/words.h"
 
 using namespace kem::record;
-using kem::text::AppendNumber;
-using kem::text::TextOf;
+using namespace kem::text;
 
 namespace {
 
-// A line is its label, the value, and a unit. A line of a comment block is cut to 130 characters and its end.
-struct Line {
-  const char* label;
-  KemParameter value;
-  const char* unit = "";
-};
-
-// ------------------------------------------------------------ values that are no plain field
-
-// The table entry behind the sweep-range code, not the code.
-constexpr KemParameter kSweepRange{nullptr, KemParameterKind::Float, 1, [](const PrnType& r) -> const void* {
-                                     return &SweepSpan(r.hama.hamaSweepRange);
-                                   }};
-
-// Raw bytes of the OMA and ICCD curve blocks, shown as the numbers that they hold.
-constexpr KemParameter kRawTime{nullptr, KemParameterKind::Float, 1,
-                                [](const PrnType& r) -> const void* { return r.oma.omaRawWord; }};
-constexpr KemParameter kCalibrationStart{nullptr, KemParameterKind::Float, 1,
-                                         [](const PrnType& r) -> const void* { return r.oma.omaCalibration; }};
-constexpr KemParameter kFirstRange{nullptr, KemParameterKind::Int, 2,
-                                   [](const PrnType& r) -> const void* { return r.oma.omaRange; }};
-constexpr KemParameter kSecondRange{nullptr, KemParameterKind::Int, 2,
-                                    [](const PrnType& r) -> const void* { return r.oma.omaRange + 2; }};
-template <int Index>
-constexpr KemParameter kCurveExtra{nullptr, KemParameterKind::Int, 1, [](const PrnType& r) -> const void* {
-                                     return r.iccdCurve.iccdCurveExtra[Index];
-                                   }};
-template <int Index>
-constexpr KemParameter kImageWord{nullptr, KemParameterKind::Int, 1, [](const PrnType& r) -> const void* {
-                                    return r.iccdImage.iccdImageHeader + Index;
-                                  }};
-
-// ------------------------------------------------------------ comment blocks
-
-constexpr Line kXYComment[] = {{"", Field<&PrnType::zLabel>()}};
-
-constexpr Line kHamaComment[] = {
-    {"Integration Time: ", Field<&HamaHeaderType::hamaIntegrationTime>()},
-    {"Sweep Condition: ", Field<&HamaHeaderType::hamaSweepCondition>()},
-    {"Sweep Range: ", kSweepRange},
-    {"Center Wavelength: ", Field<&HamaHeaderType::hamaCenterWavelength>()},
-    {"Dispersion: ", Field<&HamaHeaderType::hamaDispersion>()},
-    {"CCD Center: ", Field<&HamaHeaderType::hamaCcdCenter>()},
-};
-
-constexpr Line kAT1Comment[] = {
-    {"", Field<&PrnType::xLabel>()},
-    {"", Field<&PrnType::yLabel>()},
-    {"", Field<&PrnType::zLabel>()},
-};
-
-constexpr Line kBrukerComment[] = {
-    {"Operator   = ", Field<&BrukerHeaderType::brukerOperator>()},
-    {"", Field<&BrukerHeaderType::brukerComment>()},
-    {"Date       = ", Field<&BrukerHeaderType::brukerDate>()},
-    {"Gain       = ", Field<&BrukerHeaderType::brukerGain>()},
-    {"Phase      = ", Field<&BrukerHeaderType::brukerPhase>()},
-    {"Mod. Freq. = ", Field<&BrukerHeaderType::brukerModFrequency>()},
-    {"Mod. Amp.  = ", Field<&BrukerHeaderType::brukerModAmplitude>()},
-    {"Conv. Time = ", Field<&BrukerHeaderType::brukerConvTime>()},
-    {"Time Cons. = ", Field<&BrukerHeaderType::brukerTimeConstant>()},
-    {"Resolution = ", Field<&BrukerHeaderType::brukerResolution>()},
-    {"MicroW Fr. = ", Field<&BrukerHeaderType::brukerMwFrequency>()},
-    {"MicroW Pw. = ", Field<&BrukerHeaderType::brukerMwPower>()},
-    {"Cen. Field = ", Field<&BrukerHeaderType::brukerCenterField>()},
-    {"Sweep Wid. = ", Field<&BrukerHeaderType::brukerSweepWidth>()},
-};
-
-constexpr Line kDilorComment[] = {
-    {"Sample : ", Field<&DilorHeaderType::dilorSample>()},
-    {"Exc. Line : ", Field<&DilorHeaderType::dilorExcLine>()},
-    {"Power : ", Field<&DilorHeaderType::dilorPower>()},
-    {"Int. Time : ", Field<&DilorHeaderType::dilorIntTime>()},
-    {"Repeat : ", Field<&DilorHeaderType::dilorRepeat>()},
-    {"Slit W. : ", Field<&DilorHeaderType::dilorSlitWidth>()},
-    {"Foremono. : ", Field<&DilorHeaderType::dilorForemono>()},
-    {"Spectro. : ", Field<&DilorHeaderType::dilorSpectro>()},
-    {"Spec. W. : ", Field<&DilorHeaderType::dilorSpecWidth>()},
-    {"Operator : ", Field<&DilorHeaderType::dilorOperator>()},
-    {"Detector : ", Field<&DilorHeaderType::dilorDetector>()},
-    {"Grating : ", Field<&DilorHeaderType::dilorGrating>()},
-    {"Filter : ", Field<&DilorHeaderType::dilorFilter>()},
-    {"Date : ", Field<&DilorHeaderType::dilorDate>()},
-};
-
-constexpr Line kCaryPrnComment[] = {
-    {"Sample : ", Field<&CaryPrnHeaderType::caryPrnSample>()},
-    {"Date : ", Field<&CaryPrnHeaderType::caryPrnDate>()},
-    {"SBW : ", Field<&CaryPrnHeaderType::caryPrnSbw>()},
-    {"Int. Time : ", Field<&CaryPrnHeaderType::caryPrnIntTime>()},
-    {"Temperature : ", Field<&CaryPrnHeaderType::caryPrnTemperature>()},
-};
-
-constexpr Line kNPicoComment[] = {
-    {"Offset : ", Field<&NPicoHeaderType::npicoOffset>()},
-    {"Input : ", Field<&NPicoHeaderType::npicoInput>()},
-    {"Laser : ", Field<&NPicoHeaderType::npicoLaserLine>()},
-    {"In. Time : ", Field<&NPicoHeaderType::npicoIntTime>()},
-    {"Repeat : ", Field<&NPicoHeaderType::npicoRepeat>()},
-    {"BackScan : ", Field<&NPicoHeaderType::npicoBackScans>()},
-};
-
-constexpr Line kCary45OneRangeComment[] = {
-    {"", Field<&Cary45HeaderType::cary45Comment>()},
-    {"SBW : ", Field<&Cary45HeaderType::cary45VisSbw>()},
-    {"In. Time : ", Field<&Cary45HeaderType::cary45VisIntTime>()},
-    {"Source Change : ", Field<&Cary45HeaderType::cary45SourceChange>()},
-    {"Detect Change : ", Field<&Cary45HeaderType::cary45DetectorChange>()},
-    {"Date : ", Field<&Cary45HeaderType::cary45Date>()},
-};
-
-constexpr Line kCary45TwoRangesComment[] = {
-    {"", Field<&Cary45HeaderType::cary45Comment>()},
-    {"VIS SBW : ", Field<&Cary45HeaderType::cary45VisSbw>()},
-    {"VIS In. Time : ", Field<&Cary45HeaderType::cary45VisIntTime>()},
-    {"NIR SBW : ", Field<&Cary45HeaderType::cary45NirSbw>()},
-    {"NIR In. Time : ", Field<&Cary45HeaderType::cary45NirIntTime>()},
-    {"Source Change : ", Field<&Cary45HeaderType::cary45SourceChange>()},
-    {"Detect Change : ", Field<&Cary45HeaderType::cary45DetectorChange>()},
-    {"Date : ", Field<&Cary45HeaderType::cary45Date>()},
-};
-
-// The 2-D exchange files carry the header lines of the OMA, so both types share one layout.
-constexpr Line kOMAComment[] = {
-    {"Setup  : ", Field<&PrnType::xLabel>()},
-    {"InTime : ", kRawTime, " s"},
-    {"Backgr : ", Field<&PrnType::yLabel>()},
-    {"Slice  : ", Field<&PrnType::zLabel>()},
-    {"Track  : ", Field<&OMAHeaderType::omaScanMode>()},
-};
-
-constexpr Line kBES3TComment[] = {
-    {"", Field<&BES3THeaderType::bes3tComment>()},
-    {"Micro. Freq.= ", Field<&BES3THeaderType::bes3tMwFrequency>()},
-    {"Micro. Pow. = ", Field<&BES3THeaderType::bes3tMwPower>()},
-    {"Rec. TimeCt = ", Field<&BES3THeaderType::bes3tTimeConstant>()},
-    {"Modul. Freq. = ", Field<&BES3THeaderType::bes3tModFrequency>()},
-    {"Modul. Amp. = ", Field<&BES3THeaderType::bes3tModAmplitude>()},
-    {"Rec. Gain = ", Field<&BES3THeaderType::bes3tGain>()},
-    {"Rec. Phase = ", Field<&BES3THeaderType::bes3tPhase>()},
-    {"Rec. Offset = ", Field<&BES3THeaderType::bes3tOffset>()},
-    {"Rec. Harm. = ", Field<&BES3THeaderType::bes3tHarmonic>()},
-    {"InTime = ", Field<&BES3THeaderType::bes3tSptp>()},
-    {"", Field<&BES3THeaderType::bes3tExperiment>()},
-    {"Experiment: ", Field<&BES3THeaderType::bes3tExperiment>()},
-    {"Ordinate: ", Field<&BES3THeaderType::bes3tOrdinateSource>()},
-    {"Axis: ", Field<&BES3THeaderType::bes3tAbscissaSource>()},
-};
-
-constexpr Line kHPDTAComment[] = {
-    {"Date      : ", Field<&HPDTAHeaderType::hpdtaDate>()},
-    {"Gain      : ", Field<&HPDTAHeaderType::hpdtaGain>()},
-    {"Acq. Mode : ", Field<&HPDTAHeaderType::hpdtaAcqMode>()},
-    {"Acq. Time : ", Field<&HPDTAHeaderType::hpdtaAcqTime>()},
-    {"Acq. No   : ", Field<&HPDTAHeaderType::hpdtaAcqNumber>()},
-    {"Exposures : ", Field<&HPDTAHeaderType::hpdtaExposures>()},
-};
-
-// 15 before 14: the order in which the instrument's own report lists them.
-constexpr Line kCaryDSWComment[] = {
-    {"", Field<&CaryDSWHeaderType::dswXTitle>()}, {"", Field<&CaryDSWHeaderType::dswYTitle>()},
-    {"", Field<&CaryDSWHeaderType::dswText13>()}, {"", Field<&CaryDSWHeaderType::dswText15>()},
-    {"", Field<&CaryDSWHeaderType::dswText14>()}, {"", Field<&CaryDSWHeaderType::dswText26>()},
-};
-
-constexpr Line kIccdCurveComment[] = {{"lmin : ", kCurveExtra<0>}, {"lmax : ", kCurveExtra<1>}};
-
-constexpr Line kIccdImageComment[] = {
-    {"nrowOffset : ", kImageWord<0>}, {"ncolOffset : ", kImageWord<1>},  {"nrows : ", kImageWord<2>},
-    {"ncols : ", kImageWord<3>},      {"nrowgrpsize : ", kImageWord<4>}, {"ncolgrpsize : ", kImageWord<5>},
-};
-
-std::span<const Line> CommentLines(const PrnType& record) {
-  switch (record.fileType) {
-    case FileXY:
-      return kXYComment;
-    case FileHama:
-      return kHamaComment;
-    case FileAT1:
-      return kAT1Comment;
-    case FileBruker:
-      return kBrukerComment;
-    case FileDilor:
-      return kDilorComment;
-    case FileCaryPrn:
-      return kCaryPrnComment;
-    case FileNPico:
-      return kNPicoComment;
-    case FileCary45:
-      if (record.cary45.cary45IndependentNir) return kCary45TwoRangesComment;
-      return kCary45OneRangeComment;
-    case FileP2D:
-    case FileOMA:
-      return kOMAComment;
-    case FileBES3T:
-      return kBES3TComment;
-    case FileHPDTA:
-      return kHPDTAComment;
-    case FileCaryDSW:
-      return kCaryDSWComment;
-    case FileIccdCurve:
-      return kIccdCurveComment;
-    case FileIccdImage:
-      return kIccdImageComment;
-    default:
-      return {};
-  }
-}
-
-// ------------------------------------------------------------ reports
-
-constexpr Line kCvtReport[] = {
-    {"X-axis : ", Field<&PrnType::xLabel>()},
-    {"Y-axis : ", Field<&PrnType::yLabel>()},
-};
-
-// The Y title of an XY record stands under the Z prefix: hosts read the ordinate's title from there.
-constexpr Line kXYReport[] = {
-    {"X-axis : ", Field<&PrnType::xLabel>()},
-    {"Z-axis : ", Field<&PrnType::yLabel>()},
-    {"", Field<&PrnType::zLabel>()},
-};
-
-constexpr Line kP3DReport[] = {
-    {"X-axis : ", Field<&PrnType::xLabel>()},
-    {"Y-axis : ", Field<&PrnType::yLabel>()},
-    {"Z-axis : ", Field<&PrnType::zLabel>()},
-};
-
-constexpr Line kHamaReport[] = {
-    {"Integration Time  : ", Field<&HamaHeaderType::hamaIntegrationTime>()},
-    {"Sweep Condition   : ", Field<&HamaHeaderType::hamaSweepCondition>()},
-    {"Sweep Range       : ", kSweepRange},
-    {"Center Wavelength : ", Field<&HamaHeaderType::hamaCenterWavelength>()},
-    {"Dispersion        : ", Field<&HamaHeaderType::hamaDispersion>()},
-};
-
-constexpr Line kAT1Report[] = {
-    {"Start Time : ", Field<&PrnType::xLabel>()},
-    {"End Time   : ", Field<&PrnType::yLabel>()},
-    {"Date       : ", Field<&PrnType::zLabel>()},
-};
-
-constexpr Line kBrukerReport[] = {
-    {"GAIN      (RRG) : ", Field<&BrukerHeaderType::brukerGain>()},
-    {"PHASE     (RPH) : ", Field<&BrukerHeaderType::brukerPhase>()},
-    {"MODULFR   (RMF) : ", Field<&BrukerHeaderType::brukerModFrequency>()},
-    {"MODULAM   (RMA) : ", Field<&BrukerHeaderType::brukerModAmplitude>()},
-    {"CONVTIME  (RCT) : ", Field<&BrukerHeaderType::brukerConvTime>()},
-    {"TIMECONS  (RTC) : ", Field<&BrukerHeaderType::brukerTimeConstant>()},
-    {"MODE            : ", Field<&BrukerHeaderType::brukerMode>()},
-    {"RESOL     (RES) : ", Field<&BrukerHeaderType::brukerResolution>()},
-    {"MICROFR   (MF ) : ", Field<&BrukerHeaderType::brukerMwFrequency>()},
-    {"MICROPOW  (MP ) : ", Field<&BrukerHeaderType::brukerMwPower>()},
-    {"CENFIELD  (HCF) : ", Field<&BrukerHeaderType::brukerCenterField>()},
-    {"SWEEPW    (HSW) : ", Field<&BrukerHeaderType::brukerSweepWidth>()},
-    {"STATFIELD (EMF) : ", Field<&BrukerHeaderType::brukerStaticField>()},
-    {"OPERATOR  (JON) : ", Field<&BrukerHeaderType::brukerOperator>()},
-    {"COMMENT   (JCO) : ", Field<&BrukerHeaderType::brukerComment>()},
-    {"DATE      (JDA) : ", Field<&BrukerHeaderType::brukerDate>()},
-};
-
-constexpr Line kDilorReport[] = {
-    {"Int. Time : ", Field<&DilorHeaderType::dilorIntTime>()},
-    {"Repeat    : ", Field<&DilorHeaderType::dilorRepeat>()},
-    {"Power     : ", Field<&DilorHeaderType::dilorPower>()},
-    {"Operator  : ", Field<&DilorHeaderType::dilorOperator>()},
-    {"Sample    : ", Field<&DilorHeaderType::dilorSample>()},
-    {"Detector  : ", Field<&DilorHeaderType::dilorDetector>()},
-    {"Grating   : ", Field<&DilorHeaderType::dilorGrating>()},
-    {"Filter    : ", Field<&DilorHeaderType::dilorFilter>()},
-    {"XLabel    : ", Field<&DilorHeaderType::dilorXLabel>()},
-    {"YLabel    : ", Field<&DilorHeaderType::dilorYLabel>()},
-    {"Exc. Line : ", Field<&DilorHeaderType::dilorExcLine>()},
-    {"Foremono. : ", Field<&DilorHeaderType::dilorForemono>()},
-    {"Spectro.  : ", Field<&DilorHeaderType::dilorSpectro>()},
-    {"Slit W.   : ", Field<&DilorHeaderType::dilorSlitWidth>()},
-    {"Spec. W.  : ", Field<&DilorHeaderType::dilorSpecWidth>()},
-    {"Date      : ", Field<&DilorHeaderType::dilorDate>()},
-    {"Comment   : ", Field<&DilorHeaderType::dilorComment>()},
-};
-
-constexpr Line kCaryPrnReport[] = {
-    {"Sample      : ", Field<&CaryPrnHeaderType::caryPrnSample>()},
-    {"Date        : ", Field<&CaryPrnHeaderType::caryPrnDate>()},
-    {"YLabel      : ", Field<&CaryPrnHeaderType::caryPrnYLabel>()},
-    {"SBW         : ", Field<&CaryPrnHeaderType::caryPrnSbw>()},
-    {"Int. Time   : ", Field<&CaryPrnHeaderType::caryPrnIntTime>()},
-    {"Temperature : ", Field<&CaryPrnHeaderType::caryPrnTemperature>()},
-};
-
-constexpr Line kNPicoReport[] = {
-    {"Offset   : ", Field<&NPicoHeaderType::npicoOffset>()},
-    {"Input    : ", Field<&NPicoHeaderType::npicoInput>()},
-    {"Laser    : ", Field<&NPicoHeaderType::npicoLaserLine>()},
-    {"InTime   : ", Field<&NPicoHeaderType::npicoIntTime>()},
-    {"Repeat   : ", Field<&NPicoHeaderType::npicoRepeat>()},
-    {"BackScan : ", Field<&NPicoHeaderType::npicoBackScans>()},
-};
-
-constexpr Line kCary45Report[] = {
-    {"Indep. NIR   : ", Field<&Cary45HeaderType::cary45IndependentNir>()},
-    {"VIS SBW      : ", Field<&Cary45HeaderType::cary45VisSbw>()},
-    {"NIR SBW      : ", Field<&Cary45HeaderType::cary45NirSbw>()},
-    {"VIS In. Time : ", Field<&Cary45HeaderType::cary45VisIntTime>()},
-    {"NIR In. Time : ", Field<&Cary45HeaderType::cary45NirIntTime>()},
-    {"SourceChange : ", Field<&Cary45HeaderType::cary45SourceChange>()},
-    {"DetectChange : ", Field<&Cary45HeaderType::cary45DetectorChange>()},
-    {"XLabel       : ", Field<&Cary45HeaderType::cary45XLabel>()},
-    {"YLabel       : ", Field<&Cary45HeaderType::cary45YLabel>()},
-    {"Comment      : ", Field<&Cary45HeaderType::cary45Comment>()},
-    {"Date         : ", Field<&Cary45HeaderType::cary45Date>()},
-};
-
-constexpr Line kOMAReport[] = {
-    {"Setup:    ", Field<&PrnType::xLabel>()},
-    {"Backgr:   ", Field<&PrnType::yLabel>()},
-    {"Slice:    ", Field<&PrnType::zLabel>()},
-    {"Track:    ", Field<&OMAHeaderType::omaScanMode>()},
-    {"InTime:   ", kRawTime},
-    {"CalX:     ", kCalibrationStart},
-    {"X1, X2:   ", kFirstRange},
-    {"Y1, Y2:   ", kSecondRange},
-    {"OMAX_Gr:  ", Field<&OMAHeaderType::omaTrackCount>()},
-    {"OMAY_Gr:  ", Field<&OMAHeaderType::omaSliceCount>()},
-    {"OMAGr_Ty: ", Field<&OMAHeaderType::omaSegmentIsSlice>()},
-    {"OMAGr_St: ", Field<&OMAHeaderType::omaSegmentFirst>()},
-    {"OMAGr_Le: ", Field<&OMAHeaderType::omaSegmentWidth>()},
-};
-
-constexpr Line kBES3TReport[] = {
-    {"Title       : ", Field<&PrnType::zLabel>()},
-    {"Experiment  : ", Field<&BES3THeaderType::bes3tExperiment>()},
-    {"Ordinate    : ", Field<&BES3THeaderType::bes3tOrdinateSource>()},
-    {"Swept Axis  : ", Field<&BES3THeaderType::bes3tAbscissaSource>()},
-    {"InTime      : ", Field<&BES3THeaderType::bes3tSptp>()},
-    {"Micro. Freq.: ", Field<&BES3THeaderType::bes3tMwFrequency>()},
-    {"Micro. Pow. : ", Field<&BES3THeaderType::bes3tMwPower>()},
-    {"Rec. TimeCt.: ", Field<&BES3THeaderType::bes3tTimeConstant>()},
-    {"Rec. Gain   : ", Field<&BES3THeaderType::bes3tGain>()},
-    {"Rec. Phase  : ", Field<&BES3THeaderType::bes3tPhase>()},
-    {"Rec. Harm.  : ", Field<&BES3THeaderType::bes3tHarmonic>()},
-    {"Rec. Offset : ", Field<&BES3THeaderType::bes3tOffset>()},
-    {"Modul. Amp. : ", Field<&BES3THeaderType::bes3tModAmplitude>()},
-    {"Modul. Freq.: ", Field<&BES3THeaderType::bes3tModFrequency>()},
-};
-
-constexpr Line kHPDTAReport[] = {
-    {"Comment   : ", Field<&HPDTAHeaderType::hpdtaComment>()},
-    {"Date      : ", Field<&HPDTAHeaderType::hpdtaDate>()},
-    {"Acq. Mode : ", Field<&HPDTAHeaderType::hpdtaAcqMode>()},
-    {"Acq. Time : ", Field<&HPDTAHeaderType::hpdtaAcqTime>()},
-    {"Acq. No.  : ", Field<&HPDTAHeaderType::hpdtaAcqNumber>()},
-    {"Exposures : ", Field<&HPDTAHeaderType::hpdtaExposures>()},
-    {"MCP Gain  : ", Field<&HPDTAHeaderType::hpdtaGain>()},
-    {"X Unit    : ", Field<&HPDTAHeaderType::hpdtaXUnit>()},
-    {"X Mode    : ", Field<&HPDTAHeaderType::hpdtaXScalingType>()},
-    {"X Scale   : ", Field<&HPDTAHeaderType::hpdtaXScale>()},
-    {"Y Unit    : ", Field<&HPDTAHeaderType::hpdtaYUnit>()},
-    {"Y Mode    : ", Field<&HPDTAHeaderType::hpdtaYScalingType>()},
-    {"Y Scale   : ", Field<&HPDTAHeaderType::hpdtaYScale>()},
-    {"Format    : ", Field<&HPDTAHeaderType::hpdtaDataType>()},
-};
-
-constexpr Line kCaryDSWReport[] = {
-    {"Sample    : ", Field<&CaryDSWHeaderType::dswXTitle>()},
-    {"Y Title   : ", Field<&CaryDSWHeaderType::dswYTitle>()},
-    {"Text 10   : ", Field<&CaryDSWHeaderType::dswText10>()},
-    {"Text 11   : ", Field<&CaryDSWHeaderType::dswText11>()},
-    {"Text 13   : ", Field<&CaryDSWHeaderType::dswText13>()},
-    {"Text 14   : ", Field<&CaryDSWHeaderType::dswText14>()},
-    {"Text 15   : ", Field<&CaryDSWHeaderType::dswText15>()},
-    {"Text 26   : ", Field<&CaryDSWHeaderType::dswText26>()},
-};
-
-struct FileTypeRow {
-  const char* name;  // null: the type has no name
-  std::span<const Line> report;
-};
-
-constexpr FileTypeRow kFileTypes[] = {
-    {".cvt file", kCvtReport},
-    {"XY .prn file", kXYReport},
-    {".p3d or .b3d file", kP3DReport},
-    {"Hamamatsu Raw file", kHamaReport},
-    {"Wright CCD Image", kAT1Report},
-    {"Bruker ESR spectrum", kBrukerReport},
-    {"Dilor Raman spectrum", kDilorReport},
-    {"Cary Absorption .prn", kCaryPrnReport},
-    {"NPico Delay Scan", kNPicoReport},
-    {"Cary OS/2 Absorption", kCary45Report},
-    {nullptr, {}},
-    {nullptr, {}},
-    {".p2d or .b2d file", kOMAReport},
-    {"EG&G OMA", kOMAReport},
-    {"Bruker BES^3T file", kBES3TReport},
-    {"HPDTA File", kHPDTAReport},
-    {"Cary DSW file", kCaryDSWReport},
-};
-
-constexpr const char* kScanKinds[] = {"Delay Scan", "Time Scan", "Excitation Scan", "Monochromator Scan",
-                                      "DcDelay Scan"};
-
-// ------------------------------------------------------------ text of values
+// ------------------------------------------------------------ lines of a header
 
 template <class T>
 T ValueAt(const char* values, int index) {
@@ -432,9 +25,7 @@ T ValueAt(const char* values, int index) {
   return value;
 }
 
-std::string ValueText(const PrnType& record, const KemParameter& parameter) {
-  const auto* values = static_cast<const char*>(parameter.in(record));
-  if (parameter.kind == KemParameterKind::Text) return std::string(kem::text::TextOfField(values));
+std::string NumbersText(const KemParameter& parameter, const char* values) {
   std::string text;
   for (int k = 0; k < parameter.count; ++k) {
     if (k > 0) text += ' ';
@@ -446,19 +37,20 @@ std::string ValueText(const PrnType& record, const KemParameter& parameter) {
   return text;
 }
 
-// Whole words within 131 characters, without blanks around them.
-std::string WholeWords(std::string text) {
-  constexpr std::size_t kLongest = kTextSize - 1;
-  if (text.size() > kLongest) text.resize(std::min(kLongest, text.find_last_of(' ', kLongest)));
-  return std::string(kem::text::Trimmed(text, " "));
+// Takes each line of a table, its value as text, and which of several texts that is.
+template <class Take>
+void ForEachLine(const PrnType& record, std::span<const Line> lines, Take take) {
+  for (const Line& line : lines) {
+    const auto* values = static_cast<const char*>(line.value.in(record));
+    if (!values) continue;
+    if (line.value.kind == KemParameterKind::Text)
+      for (int k = 0; k < line.value.count; ++k, values += kTextSize) take(line, TextOfField(values), k);
+    else
+      take(line, NumbersText(line.value, values), 0);
+  }
 }
 
-// ------------------------------------------------------------ assembling
-
-void AppendLine(std::string& text, std::string_view line) {
-  text += line.substr(0, kTextSize - 2);
-  text += '\n';
-}
+// ------------------------------------------------------------ report
 
 void PrintAxis(const char* axis, bool stored, int count, float start, float end, float step) {
   if (stored)
@@ -472,8 +64,7 @@ void PrintShape(const PrnType& r) {
   PrintAxis("X", r.HasX(), r.nX, r.xStart, r.xEnd, r.xStep);
   PrintAxis("Y", r.HasY(), r.nY, r.yStart, r.yEnd, r.yStep);
   if (r.Is3D()) std::cout << "Z array allocated : " << r.nX << " x " << r.nY << std::endl;
-  const auto type = static_cast<unsigned>(r.fileType);
-  if (type < std::size(kFileTypes) && kFileTypes[type].name) std::cout << kFileTypes[type].name << std::endl;
+  if (const char* name = RowOf(r.fileType).name) std::cout << name << std::endl;
   std::cout << (r.active ? "Active" : "Not Active") << std::endl;
 }
 
@@ -484,16 +75,9 @@ void PrintRanges(const PrnType& r) {
 }
 
 void PrintHeader(const PrnType& r) {
-  const auto type = static_cast<unsigned>(r.fileType);
-  if (type >= std::size(kFileTypes)) return;
-  if (type == FileNPico) {
-    const auto kind = static_cast<unsigned>(r.npico.npicoScanType);
-    if (kind < std::size(kScanKinds)) std::cout << kScanKinds[kind] << std::endl;
-  }
-  for (const Line& line : kFileTypes[type].report)
-    std::cout << line.label << ValueText(r, line.value) << line.unit << std::endl;
-  if (type == FileP3D)
-    for (const auto& comment : r.commentLines) std::cout << TextOf(comment) << std::endl;
+  ForEachLine(r, RowOf(r.fileType).report, [](const Line& line, std::string_view value, int) {
+    std::cout << line.label << value << line.unit << std::endl;
+  });
 }
 
 // Six values to a line.
@@ -525,21 +109,31 @@ void PrintArrays(const PrnType& r) {
   }
 }
 
+// ------------------------------------------------------------ comment block and summary line
+
+// A line is cut to 130 characters and its end.
+void AppendLine(std::string& text, std::string_view line) {
+  text += line.substr(0, kTextSize - 2);
+  text += '\n';
+}
+
+constexpr const char* kShapes[] = {" NONE", "", "  Y  ", " XY  ", "   Z ", " X Z ", "  YZ ", " XYZ "};
+
+std::string RightAligned(std::string_view text, std::size_t width) {
+  return std::string(text.size() < width ? width - text.size() : 0, ' ').append(text);
+}
+
 }  // namespace
 
 void PrnType::CommentBlock(char* const text, int size) const {
   if (allocType == AllocNone || size <= 0) return;
+  const FileTypeRow& row = RowOf(fileType);
   std::string block;
-  if (fileType == FileP3D)
-    for (const auto& comment : commentLines) {
-      if (&comment == commentLines || comment[0]) AppendLine(block, TextOf(comment));
-    }
-  const bool wholeWords = fileType == FileP2D || fileType == FileOMA;
-  for (const Line& line : CommentLines(*this)) {
-    std::string value = ValueText(*this, line.value);
-    if (wholeWords && line.value.kind == KemParameterKind::Text) value = WholeWords(std::move(value));
-    AppendLine(block, line.label + value + line.unit);
-  }
+  ForEachLine(*this, row.comments, [&](const Line& line, std::string_view value, int k) {
+    if (k > 0 && value.empty()) return;  // of several texts the first has a line in any case
+    if (row.trimmed) value = Trimmed(value, " ");
+    AppendLine(block, std::string(line.label).append(value).append(line.unit));
+  });
   const auto capacity = static_cast<std::size_t>(size);
   std::memset(text, 0, capacity);
   block.copy(text, capacity - 1);
@@ -551,4 +145,21 @@ void PrnType::PrintLog(int level) const {
   if (level >= 3) PrintHeader(*this);
   if (level >= 4 && extension && ExtensionPrintHook) ExtensionPrintHook(extension);
   if (level >= 5) PrintArrays(*this);
+}
+
+void PrnType::LabelAxes(char* const xTitle, char* const yTitle, char* const zTitle) const {
+  const Titles titles = RowOf(fileType).titles(*this);
+  if (titles.x.data()) CopyText(xTitle, titles.x);
+  CopyText(yTitle, titles.y);
+  CopyText(zTitle, titles.z);
+}
+
+void PrnType::GetLabel(char* const line) const {
+  std::string text = RightAligned(TextOf(fileName), 19);
+  if (static_cast<unsigned>(allocType) < std::size(kShapes)) text += kShapes[allocType];
+  if (Is3D())
+    text += RightAligned(std::to_string(nX), 4) + " x " + std::to_string(nY);
+  else
+    text += RightAligned(std::to_string(nY), 4) + std::string(7, ' ');
+  CopyText(line, text);
 }

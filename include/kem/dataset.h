@@ -20,6 +20,7 @@
 #define KEM_DATASET_H
 
 #include "kem.h"
+#include "kem/record.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -46,6 +47,8 @@ enum class ErrorCode {
   NotReadable,    ///< recognised, but kem does not read this kind of it
   Damaged,        ///< recognised, but the content contradicts itself or is cut off
   NoSuchItem,
+  DoesNotFit,   ///< a record cannot hold it, or an operation does not take it
+  WriteFailed,  ///< the system could not write a file
 };
 
 /// Why something could not be done, as one sentence.
@@ -196,6 +199,11 @@ struct KEM_API Dataset {
 
   /// The first parameter of a key, in any section or in the named one; null when there is none.
   const Parameter* Find(std::string_view key, std::string_view section = {}) const;
+
+  /// The record of a dataset with one or two dimensions, in single precision: a curve over its axis, or a grid over
+  /// X, the last axis, and Y. Of complex values \p part is taken. More dimensions, no points and values that single
+  /// precision cannot hold do not fit.
+  Record ToRecord(Part part = Part::Real) const;
 };
 
 // ---------------------------------------------------------------- files

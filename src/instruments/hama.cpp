@@ -64,7 +64,8 @@ int PrnType::ReadHama(std::ifstream& in) {
 namespace kem::dataset {
 namespace {
 
-constexpr std::array kHamaUnits = {text::TextRow{"CenterWavelength", "nm"}, text::TextRow{"Dispersion", "nm per pixel"},
+constexpr std::array kHamaUnits = {text::TextRow{"CenterWavelength", "nm"},
+                                   text::TextRow{"Dispersion", "nm per pixel"},
                                    text::TextRow{"CcdCenter", "pixel"}};
 
 }  // namespace

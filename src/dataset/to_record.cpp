@@ -1,0 +1,128 @@
+// The record of a dataset.
+#include <cmath>
+#include <limits>
+
+#include "dataset/source.h"
+#include "record/findings.h"
+#include "record/storage.h"
+#include "text/fields.h"
+
+namespace kem {
+namespace dataset {
+using namespace text;
+namespace {
+
+[[noreturn]] void Refuse(const Dataset& d, std::string_view problem) {
+  Fail(ErrorCode::DoesNotFit, d.file, problem);
+}
+
+double PartOf(const Values& values, Part part, std::size_t k) {
+  const double re = values.Real(k);
+  const double im = values.Imaginary(k);
+  switch (part) {
+    case Part::Imaginary:
+      return im;
+    case Part::Magnitude:
+      return values.IsComplex() ? std::hypot(re, im) : std::fabs(re);
+    case Part::Phase:
+      return std::atan2(im, re);
+    default:
+      return re;
+  }
+}
+
+float Single(const Dataset& d, double value) {
+  if (std::fabs(value) > std::numeric_limits<float>::max() && !std::isinf(value))
+    Refuse(d, "holds values that single precision cannot hold");
+  return static_cast<float>(value);
+}
+
+std::string TitleOf(const std::string& name, const std::string& unit) {
+  if (name.empty() || unit.empty()) return name + unit;
+  return name + " (" + unit + ')';
+}
+
+// A linear axis whose coordinates all fall together has no step that a record could count by.
+bool IsDefined(const Axis& axis) { return axis.IsLinear() && (axis.Count() == 1 || axis.Step() != 0); }
+
+std::unique_ptr<float[]> StoredAxis(const Dataset& d, const Axis& axis) {
+  if (IsDefined(axis)) return nullptr;
+  auto coordinates = record::NewArray(static_cast<int>(axis.Count()));
+  for (std::size_t k = 0; k < axis.Count(); ++k) coordinates[k] = Single(d, axis[k]);
+  return coordinates;
+}
+
+void DefineAxis(const Dataset& d, const Axis& axis, float& start, float& end, float& step) {
+  if (!IsDefined(axis)) return;
+  start = Single(d, axis.Start());
+  end = Single(d, axis.End());
+  step = axis.Count() == 1 ? 1 : Single(d, axis.Step());
+}
+
+void CheckFits(const Dataset& d) {
+  if (d.axes.size() > 2)
+    Refuse(d, "has " + std::to_string(d.axes.size()) + " dimensions; a record is a curve or a grid");
+  if (d.axes.empty() || d.values.Count() == 0) Refuse(d, "holds no points");
+  for (const Axis& axis : d.axes)
+    if (axis.Count() >= static_cast<std::size_t>(std::numeric_limits<int>::max()))
+      Refuse(d, "has more points than a record can count");
+}
+
+void FillCurve(PrnType& r, const Dataset& d, Part part) {
+  auto x = StoredAxis(d, d.axes[0]);
+  r.nX = r.nY = static_cast<int>(d.values.Count());
+  auto y = record::NewArray(r.nY);
+  for (std::size_t k = 0; k < d.values.Count(); ++k) y[k] = Single(d, PartOf(d.values, part, k));
+  DefineAxis(d, d.axes[0], r.xStart, r.xEnd, r.xStep);
+  r.fileType = FileXY;
+  r.allocType = x ? AllocXY : AllocY;
+  record::Own(r.xArray, std::move(x));
+  record::Own(r.yArray, std::move(y));
+  CopyText(r.xLabel, TitleOf(d.axes[0].name, d.axes[0].unit));
+  CopyText(r.yLabel, TitleOf(d.name, d.unit));
+  CopyText(r.zLabel, d.title);
+}
+
+void FillGrid(PrnType& r, const Dataset& d, Part part) {
+  const Axis& yAxis = d.axes[0];
+  const Axis& xAxis = d.axes[1];
+  auto x = StoredAxis(d, xAxis);
+  auto y = StoredAxis(d, yAxis);
+  const auto nX = static_cast<int>(xAxis.Count());
+  const auto nY = static_cast<int>(yAxis.Count());
+  record::Grid z = record::NewGrid(nX, nY);
+  for (int j = 0, k = 0; j < nY; ++j)
+    for (int i = 0; i < nX; ++i, ++k) z[i][j] = Single(d, PartOf(d.values, part, static_cast<std::size_t>(k)));
+  DefineAxis(d, xAxis, r.xStart, r.xEnd, r.xStep);
+  DefineAxis(d, yAxis, r.yStart, r.yEnd, r.yStep);
+  r.fileType = FileP3D;
+  r.nX = nX;
+  r.nY = nY;
+  r.allocType = AllocZ | (x ? AllocX : 0) | (y ? AllocY : 0);
+  record::Own(r.xArray, std::move(x));
+  record::Own(r.yArray, std::move(y));
+  record::Own(r.zArray, std::move(z));
+  CopyText(r.xLabel, TitleOf(xAxis.name, xAxis.unit));
+  CopyText(r.yLabel, TitleOf(yAxis.name, yAxis.unit));
+  CopyText(r.zLabel, TitleOf(d.name, d.unit));
+  CopyText(r.commentLines[0], d.title);
+}
+
+}  // namespace
+}  // namespace dataset
+
+Record Dataset::ToRecord(Part part) const {
+  dataset::CheckFits(*this);
+  const record::Aside aside;
+  PrnType r;
+  if (axes.size() == 1)
+    dataset::FillCurve(r, *this, part);
+  else
+    dataset::FillGrid(r, *this, part);
+  text::CopyText(r.fileName, dataset::NameOf(file));
+  r.active = 1;
+  r.MinMax();
+  return Record(std::move(r));
+}
+
+}  // namespace kem

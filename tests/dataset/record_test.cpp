@@ -1,0 +1,100 @@
+// Records as values: made of datasets, calculated with, written.
+#include <thread>
+
+#include "support/datasets.h"
+
+using namespace kem;
+using namespace kem::test;
+
+namespace {
+
+Dataset Complex() {
+  Dataset d;
+  d.title = "t";
+  d.name = "I";
+  d.unit = "V";
+  d.axes = {Axis::Linear("Field", "G", 3, 10, 12)};
+  d.values = Values::Of(std::span<const double>(std::vector<double>{3, 4, 0, -1, 5, 12}), true);
+  return d;
+}
+
+std::string Described(const Record& r) {
+  std::ostringstream text;
+  text << r->xLabel << '|' << r->yLabel << '|' << r->zLabel << ' ' << r->nX << 'x' << r->nY << ':';
+  for (int i = 0; i < r->nX; ++i)
+    for (int j = 0; j < (r.IsGrid() ? r->nY : 1); ++j) text << ' ' << (r.IsGrid() ? r->zArray[i][j] : r->yArray[i]);
+  return text.str();
+}
+
+bool Same(const Record& a, const PrnType& b) {
+  return a->nX == b.nX && a->nY == b.nY &&
+         std::equal(a->yArray, a->yArray + b.nY, b.yArray, [](float x, float y) { return SameBits(x, y); });
+}
+
+}  // namespace
+
+TEST_CASE("record: what a dataset becomes, and what does not fit") {
+  const std::pair<Part, const char*> parts[] = {{Part::Real, "3 0 5"},
+                                                {Part::Imaginary, "4 -1 12"},
+                                                {Part::Magnitude, "5 1 13"},
+                                                {Part::Phase, "0.927295 -1.5708 1.17601"}};
+  for (const auto& [part, values] : parts)
+    CHECK(Described(Complex().ToRecord(part)) == std::string("Field (G)|I (V)|t 3x3: ") + values);
+  Dataset grid = Complex();
+  grid.axes = {Axis::Stored("Power", "mW", {2, 1}), Axis::Linear("X", "", 3, 0, 2)};
+  grid.values = Values::Of(std::span<const float>(std::vector<float>{1, 2, 3, 4, 5, 6}));
+  const Record g = grid.ToRecord();
+  CHECK(Described(g) == "X|Power (mW)|I (V) 3x2: 1 4 2 5 3 6");
+  CHECK(g.Coordinates(Along::Y) == std::vector<float>{2, 1});
+  grid.axes.push_back(Axis::Linear("", "", 1, 0, 0));
+  CHECK(Refusal([&] { (void)grid.ToRecord(); }) == "has 3 dimensions; a record is a curve or a grid");
+  CHECK(Refusal([] { (void)Dataset().ToRecord(); }) == "holds no points");
+  const double huge = 1e300;
+  Dataset d = Complex();
+  d.axes = {Axis::Linear("", "", 1, 0, 0)};
+  d.values = Values::Of(std::span<const double>(&huge, 1));
+  CHECK(Refusal([&] { (void)d.ToRecord(); }) == "holds values that single precision cannot hold");
+}
+
+TEST_CASE("record: operations are those of the record of hosts, on several threads at once") {
+  const auto run = [] {
+    std::vector<float> y(64);
+    for (std::size_t k = 0; k < y.size(); ++k) y[k] = 0.1f * static_cast<float>(k * k % 17);
+    const Record a = Record::Curve(y);
+    const Record b = a.Exp();
+    const std::unique_ptr<PrnType> smooth(&a->XSmooth(9));
+    const std::pair<Record, PrnType> cases[] = {
+        {a + b, *a + *b},           {a / b, *a / *b},        {2.0f * a, *a * 2},
+        {3.0f - a, a->Set(3) - *a}, {a.Power(2), *a ^ 2},    {a.Smooth(9), *smooth},
+        {a.Sin(), a->Sin()},        {a.Product(b), *a & *b}, {-a, -*a}};
+    for (const auto& [value, expected] : cases) CHECK(Same(value, expected));
+    CHECK_BITS(a.Integral(2, 30), a->Integral(2, 30, 0, 0));
+    Record moved = a;
+    moved = std::move(moved).Cut(3, 7);
+    CHECK(moved->nX == 5);
+    CHECK(Refusal([&] { (void)a.Smooth(4); }).starts_with("cannot be smoothed"));
+    CHECK(Refusal([&] { (void)a.Slice(Along::X, 0, 1); }) == "is a curve; only grids have a Y axis");
+    CHECK(Refusal([&] { (void)(a / 0.0f); }) == "a division by 0 and the power 0 are not defined");
+    CHECK(Refusal([&] { (void)a.AxisOp(Along::X, "sec"); }) == "there is no axis operation sec");
+    CHECK_THROWS_AS(Record::Grid(std::vector<float>(5), std::vector<float>(2), std::vector<float>(3)), Error);
+  };
+  std::thread other(run);
+  run();
+  other.join();
+}
+
+TEST_CASE("record: files") {
+  const TempFolder folder;
+  const Record curve = Complex().ToRecord();
+  for (const char* name : {"a.p2d", "a.b2d", "a.cvt", "a.prn"}) {
+    CAPTURE(name);
+    curve.Write(PathOf(folder.Path(name)));
+    CHECK(Same(Open(PathOf(folder.Path(name))).ToRecord().Sorted(), *curve));
+    CHECK(Record::Classic(PathOf(folder.Path(name)))->nY == 3);
+  }
+  CHECK(Refusal([&] { curve.Write("a.p3d"); }) == "the format holds grids");
+  CHECK(Refusal([&] { curve.Write("a.txt"); }) == "its extension names no format that kem writes");
+  CHECK(Refusal([&] { curve.Write(PathOf(folder.Path("no/such/folder/a.dx"))); }) == "No such file or directory");
+  CHECK(Refusal([&] { Record::Classic(PathOf(folder.Path("a.prn")), 2); }) == "holds no item 2, but 1");
+  CHECK(Refusal([&] { Record::Classic(PathOf(folder.Write("b.txt", "no\nnumbers\n"))); }) == "unknown format");
+}

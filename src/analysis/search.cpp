@@ -1,7 +1,7 @@
 // Exact searches over the coordinates of an axis.
 //
 // Each search is defined by a scan in single precision, and single precision rounds: distances to far samples
-// tie, products of small differences vanish. On an axis whose coordinates are finite and never fall, the scan
+// tie, products of small differences vanish. On an axis whose coordinates are numbers and never fall, the scan
 // can be answered by halving, because rounding keeps order (a <= b rounds to a' <= b'). For a finite target t
 //   - the differences c[k] - t never fall with k, whatever they round to;
 //   - the distances |c[k] - t| never rise while c[k] <= t and never fall from there on;
@@ -10,8 +10,9 @@
 // Each condition below is put to the rounded numbers themselves, so that it changes where the scan changes.
 //
 // A descending axis is searched as its mirror image, whose differences -c[k] - -t have the same size to the bit.
-// Left to the scan are unordered axes, coordinates that are not finite, a measure that is not finite, and, where
-// differences are multiplied, differences that overflow.
+// Left to the scan are unordered axes, coordinates that are not a number, and a measure that is not finite. Equal
+// samples at the end of an axis, as those are that a file does not hold, are two to a scan: after the second none
+// changes an answer but that of Second(), which takes all when it takes two.
 #include "analysis/search.h"
 
 #include <algorithm>
@@ -107,8 +108,12 @@ AxisSearch::AxisSearch(std::span<const float> axis) : axis_(axis) {
     rising &= axis[k - 1] <= axis[k];
     falling &= axis[k - 1] >= axis[k];
   }
-  ordered_ = (rising || falling) && std::isfinite(axis.front()) && std::isfinite(axis.back());
-  sign_ = ordered_ && !rising ? -1.0f : 1.0f;
+  ordered_ = rising || falling;
+  sign_ = rising ? 1.0f : -1.0f;
+  const auto same = [last = axis.back()](float c) { return c == last || (std::isnan(c) && std::isnan(last)); };
+  const auto differs = std::find_if_not(axis.rbegin(), axis.rend(), same);
+  const auto equal = static_cast<std::size_t>(differs - axis.rbegin());
+  scanned_ = axis.first(axis.size() - equal + std::min<std::size_t>(equal, 2));
 }
 
 bool AxisSearch::Before(float a, float b) const { return std::strong_order(sign_ * a, sign_ * b) < 0; }
@@ -120,7 +125,7 @@ std::size_t AxisSearch::LowestAsNear(std::size_t first, std::size_t k, float t) 
 }
 
 std::size_t AxisSearch::Nearest(float target, std::size_t hint) const {
-  if (!ordered_) return NearestByScan(axis_, target);
+  if (!ordered_) return NearestByScan(scanned_, target);
   if (!std::isfinite(target)) return 0;  // no distance is smaller than the first
   const float t = sign_ * target;
   const std::size_t above =
@@ -137,15 +142,15 @@ std::optional<std::size_t> AxisSearch::Across(float target, std::size_t nearest)
   const float t = sign_ * target;
   const std::size_t count = axis_.size();
   const auto difference = [&](std::size_t k) { return Coordinate(k) - t; };
-  if (ordered_ && !std::isfinite(target)) return {};  // infinite differences of one sign
-  if (!ordered_ || !std::isfinite(difference(0)) || !std::isfinite(difference(count - 1)))
-    return AcrossByScan(axis_, target, nearest);
+  if (!ordered_) return AcrossByScan(scanned_, target, nearest);
+  if (!std::isfinite(target)) return {};  // no product of infinite differences of one sign is 0 or less
   const float own = difference(nearest);
   const auto across = [&](std::size_t k) { return difference(k) * own <= 0; };
   std::size_t first = 0;
   std::size_t last = count;
+  if (own == 0) first = PartitionPoint(0, nearest, 0, [&](std::size_t k) { return !across(k); });  // infinitely far
   if (own >= 0)
-    last = PartitionPoint(0, count, nearest, across);
+    last = PartitionPoint(first, count, nearest, across);
   else
     first = PartitionPoint(0, count, nearest, [&](std::size_t k) { return !across(k); });
 
@@ -159,8 +164,9 @@ std::optional<std::size_t> AxisSearch::Across(float target, std::size_t nearest)
 
 std::size_t AxisSearch::Second(float target, std::size_t nearest, float measure) {
   if (nearest == 0) return std::min<std::size_t>(1, axis_.size() - 1);  // nothing beats the first sample
-  if (!ordered_ || !std::isfinite(measure)) return SecondByScan(axis_, target, nearest, measure);
-  return SecondInOrder(sign_ * target, nearest, sign_ * measure);
+  if (ordered_ && std::isfinite(measure)) return SecondInOrder(sign_ * target, nearest, sign_ * measure);
+  const std::size_t second = SecondByScan(scanned_, target, nearest, measure);
+  return second + 1 == scanned_.size() ? axis_.size() - 1 : second;
 }
 
 // A sample is taken when it offers a distance to the target below the best, which then becomes what it keeps:

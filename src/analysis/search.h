@@ -50,6 +50,7 @@ class AxisSearch {
   std::size_t EndOfRun(std::size_t first, float t, float measure);
 
   std::span<const float> axis_;
+  std::span<const float> scanned_;  // without the last of equal samples
   bool ordered_ = false;
   float sign_ = 1;  // -1: a descending axis, searched as its mirror image
   Run run_;

@@ -70,6 +70,7 @@ struct Random {
     if (!OneIn(10)) std::sort(c.begin(), c.end());
     if (OneIn(2)) std::reverse(c.begin(), c.end());
     if (OneIn(12)) c[rng() % c.size()] = Special();
+    if (OneIn(4)) std::fill_n(c.rbegin(), rng() % c.size(), OneIn(3) ? Special() : Whole(3));
     return c;
   }
 

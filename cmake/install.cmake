@@ -1,5 +1,5 @@
-# What an installation holds: library, header, command with its manual page and completion, and the files by which
-# find_package and pkg-config find it, all relative to where they lie.
+# What an installation holds: library, headers and their reference, command with its manual page and completion, and
+# the files by which find_package and pkg-config find it, all relative to where they lie.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/kem-config-version.cmake COMPATIBILITY SameMinorVersion)
@@ -25,6 +25,9 @@ install(EXPORT kem-targets NAMESPACE kem:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/c
 install(FILES cmake/kem-config.cmake ${PROJECT_BINARY_DIR}/kem-config-version.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/kem)
 install(FILES ${PROJECT_BINARY_DIR}/kem.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+if(KEM_BUILD_DOCS)
+  install(DIRECTORY ${PROJECT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR})
+endif()
 
 if(KEM_BUILD_TOOLS)
   # The same path before and after installation: CMake pads one that it has to change with empty elements, which

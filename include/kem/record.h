@@ -92,7 +92,7 @@ class KEM_API Record {
   /// `^` of \ref PrnType.
   Record Power(const Record& exponent) const { return With('^', exponent); }
   Record Power(float exponent) const { return With('^', exponent); }
-  /// `&` of \ref PrnType: sample by sample, whatever the axes.
+  /// `&` of \ref PrnType, sample by sample, whatever the axes.
   Record Product(const Record& other) const { return With('&', other); }
   /// @}
 

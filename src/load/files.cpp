@@ -66,6 +66,8 @@ std::filesystem::path PathOf(std::string_view name) {
 }
 
 bool OpenForReading(std::ifstream& in, const std::string& name) {
+  std::error_code error;
+  if (std::filesystem::is_other(PathOf(name), error)) return false;
   in.clear();
   in.open(PathOf(name), std::ios::in | std::ios::binary);
   in.peek();

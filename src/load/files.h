@@ -12,8 +12,8 @@ namespace kem::load {
 // is not UTF-8 is taken in that code page.
 std::filesystem::path PathOf(std::string_view name);
 
-// Opens a file for reading. A folder opens too, but cannot be read, and counts as no file. Success clears what
-// errno says of other spellings that were tried.
+// Opens a file for reading. A folder opens too, but cannot be read, and counts as no file; so does a pipe, for
+// whose writer one might wait for ever. Success clears what errno says of other spellings that were tried.
 bool OpenForReading(std::ifstream& in, const std::string& name);
 
 // The name up to its last dot, or all of it.

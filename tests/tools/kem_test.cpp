@@ -292,6 +292,9 @@ TEST_CASE("kem: a pair counts once, and two files of a name are not made one") {
   fs::remove(folder.Path("pair.DTA"));
   fs::create_symlink("pair.DTA", folder.Path("pair.DTA"));
   CHECK(Kem(Quoted(pair)).err.ends_with("pair.DTA, which belongs to it: Too many levels of symbolic links\n"));
+  fs::remove(folder.Path("pair.DTA"));
+  CHECK(Kem(Quoted(pair), "mkfifo " + Quoted(folder.Path("pair.DTA")) + "; ")
+            .err.ends_with("pair.DTA, which belongs to it: is no ordinary file\n"));
 #endif
 }
 

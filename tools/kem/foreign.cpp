@@ -1,9 +1,11 @@
 #include "foreign.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 
 #include "pairs.h"
 #include "system.h"
@@ -17,6 +19,8 @@ constexpr std::size_t kFirstBytes = 64;
 constexpr std::size_t kManyLines = 1 << 16;
 
 std::string StartOf(const std::string& file, std::size_t size) {
+  std::error_code error;
+  if (std::filesystem::is_other(PathOf(file), error)) return {};
   std::string start(size, '\0');
   std::ifstream in(PathOf(file), std::ios::binary);
   in.read(start.data(), static_cast<std::streamsize>(size));

@@ -54,6 +54,7 @@ Problem WhyUnreadable(const std::string& file) {
     return IsPattern(file) ? "no file matches this pattern" : "no such file";
   if (error) return error.message();
   if (fs::is_directory(status)) return "is a folder";
+  if (fs::is_other(status)) return "is no ordinary file";
   if (!std::ifstream(PathOf(file), std::ios::binary)) return std::generic_category().message(errno);
   return {};
 }

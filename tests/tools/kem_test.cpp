@@ -366,6 +366,7 @@ TEST_CASE("kem: files that announce more than they hold") {
     CHECK(Kem(command + Quoted(image)).err ==
           "kem: " + image + ": announces 1049600 values, the file has 2 bytes\n");
   }
+  CHECK(Kem("info " + Quoted(oma)).err == "kem: " + oma + ": holds no points\n");
   const Result items = Kem("items " + Quoted(oma));
   CHECK(items.status == 1);
   CHECK(items.out == oma + ": 1 item\n1\tcurve 0\tY\n");

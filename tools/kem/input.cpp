@@ -84,8 +84,9 @@ Problem WhyNotLoaded(const std::string& file, const std::string& name, const std
 
 // ------------------------------------------------------------ items
 
-// JCAMP-DX files may name factors.
-void WarnOfFactors(const std::string& file) {
+// A file that only begins like one of a format may pass for one that ends early. JCAMP-DX files may name factors.
+void Warn(const std::string& file, const PrnType& record) {
+  if (record.nX < 1 || record.nY < 1) Complain(file + ": holds no points");
   if (ReadXFactor == 1 && ReadYFactor == 1) return;
   Complain(file + ": XFACTOR " + Shortest(ReadXFactor) + " and YFACTOR " + Shortest(ReadYFactor) +
            " are not applied; the numbers are those in the file");
@@ -128,7 +129,7 @@ Input Load(const std::string& file, int item, int index) {
     input.problem = WhyNotLoaded(file, source.Name(), messages, error);
   } else {
     source.Restore(*input.record);
-    WarnOfFactors(file);
+    Warn(file, *input.record);
   }
   return input;
 }

@@ -11,15 +11,15 @@
 // Numbers are taken as they stand: factors are not applied, compressed tables are not decoded.
 #include <algorithm>
 #include <fstream>
-#include <iterator>
+#include <optional>
 #include <span>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "load/keywords.h"
 #include "record/findings.h"
 #include "record/headers.h"
 #include "record/storage.h"
@@ -36,55 +36,59 @@ namespace {
 
 struct Counts {
   int blocks = 1;
-  int points = 0;  // of the block at hand
+  int points = 0;      // of the block at hand
+  bool ended = false;  // the lines before the next part of the file
 };
 
-// A label, where its value goes, and whether it ends the lines before the next part of the file. The first one
-// that occurs in a line wins.
-struct Label {
-  std::string_view word;
-  std::variant<std::monostate, Text PrnType::*, int Counts::*, float * Findings::*> to;
-  bool last = false;
-};
+std::optional<std::string_view> BehindEquals(std::string_view line) {
+  const auto equals = line.find('=');
+  if (equals == line.npos) return std::nullopt;
+  return line.substr(equals + 1);
+}
+
+template <int Counts::*count>
+void EndWith(PrnType&, Counts& counts, std::string_view line) {
+  if (const auto value = BehindEquals(line)) StoreValue(counts.*count, *value);
+  counts.ended = true;
+}
+
+// Units have at most seven characters here; a longer text, such as a title, is left out.
+template <Text PrnType::*field>
+void StoreUnit(PrnType& record, Counts&, std::string_view line) {
+  if (const auto value = BehindEquals(line)) CopyText(record.*field, value->size() < 8 ? *value : "");
+}
+
+// Blocks may differ; what remains is a factor other than 1.
+template <float* factor>
+void StoreFactor(PrnType&, Counts&, std::string_view line) {
+  float scanned = 1;
+  if (const auto value = BehindEquals(line)) StoreValue(scanned, *value);
+  if (scanned != 1) *factor = scanned;
+}
+
+using Label = Keyword<PrnType, Counts>;
 
 constexpr Label kPreamble[] = {
-    {"##TITLE", &PrnType::fileName},      {"##BLOCKS", &Counts::blocks, true}, {"##NBLOCKS", &Counts::blocks, true},
-    {"##NPOINTS", &Counts::points, true}, {"##XFACTOR", &Findings::xFactor},   {"##YFACTOR", &Findings::yFactor},
+    {"##TITLE", StoreUnit<&PrnType::fileName>}, {"##BLOCKS", EndWith<&Counts::blocks>},
+    {"##NBLOCKS", EndWith<&Counts::blocks>},    {"##NPOINTS", EndWith<&Counts::points>},
+    {"##XFACTOR", StoreFactor<&ReadXFactor>},   {"##YFACTOR", StoreFactor<&ReadYFactor>},
 };
 
 constexpr Label kBlock[] = {
-    {"##XUNITS", &PrnType::xLabel},    {"##YUNITS", &PrnType::yLabel}, {"##TITLE", &PrnType::zLabel},
-    {"##NPOINTS", &Counts::points},    {"##XYDATA", {}, true},         {"##XFACTOR", &Findings::xFactor},
-    {"##YFACTOR", &Findings::yFactor},
+    {"##XUNITS", StoreUnit<&PrnType::xLabel>},
+    {"##YUNITS", StoreUnit<&PrnType::yLabel>},
+    {"##TITLE", StoreUnit<&PrnType::zLabel>},
+    {"##NPOINTS", &Counts::points},
+    {"##XYDATA", &Counts::ended},
+    {"##XFACTOR", StoreFactor<&ReadXFactor>},
+    {"##YFACTOR", StoreFactor<&ReadYFactor>},
 };
 
-// Stores the value of a label.
-struct Store {
-  PrnType& record;
-  Counts& counts;
-  std::string_view value;
-
-  void operator()(std::monostate) const {}
-  void operator()(int Counts::*count) const { ScanLine(value, "%d", {&(counts.*count)}); }
-  // Units have at most seven characters here; a longer text, such as a title, is left out.
-  void operator()(Text PrnType::*field) const { CopyText(record.*field, value.size() < 8 ? value : ""); }
-  // Blocks may differ; what remains is a factor other than 1.
-  void operator()(float* Findings::*factor) const {
-    float scanned = 1;
-    ScanLine(value, "%g", {&scanned});
-    if (scanned != 1) *(Found().*factor) = scanned;
-  }
-};
-
-// Takes what a line says. Returns whether it is the last before the next part of the file.
+// Takes what a line says. Returns whether there are more before the next part of the file.
 bool TakeLabel(std::string_view line, std::span<const Label> labels, PrnType& record, Counts& counts) {
-  for (const Label& label : labels) {
-    if (!Contains(line, label.word)) continue;
-    const auto equals = line.find('=');
-    if (equals != line.npos) std::visit(Store{record, counts, line.substr(equals + 1)}, label.to);
-    return label.last;
-  }
-  return false;
+  counts.ended = false;
+  if (const Label* label = FirstIn(line, labels)) Store(label->to, line, BehindEquals, record, counts);
+  return !counts.ended;
 }
 
 void ReadPreamble(std::istream& in, PrnType& record, Counts& counts) {
@@ -92,13 +96,13 @@ void ReadPreamble(std::istream& in, PrnType& record, Counts& counts) {
   do {
     ReadStartOfLine(in, line);
     TrimTrailing(line);
-  } while (!TakeLabel(line, kPreamble, record, counts) && in.good());
+  } while (TakeLabel(line, kPreamble, record, counts) && in.good());
 }
 
 void ReadBlockHeader(std::istream& in, PrnType& record, Counts& counts) {
   Text line = {};
   do ReadStartOfLine(in, line);
-  while (!TakeLabel(line, kBlock, record, counts) && in.good() && in.peek() == '#');
+  while (TakeLabel(line, kBlock, record, counts) && in.good() && in.peek() == '#');
 }
 
 // Points of all blocks: those that the file announces, and those that were there. Memory follows the latter.

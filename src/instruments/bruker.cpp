@@ -12,12 +12,11 @@
 #include <fstream>
 #include <limits>
 #include <string>
-#include <type_traits>
-#include <variant>
 
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
+#include "load/keywords.h"
 #include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
@@ -30,8 +29,10 @@ namespace {
 
 // ------------------------------------------------------------ parameter file
 
+using Header = BrukerHeaderType;
+
 // What a parameter file that names nothing stands for.
-constexpr BrukerHeaderType kDefaults = {
+constexpr Header kDefaults = {
     .brukerGain = 20000,
     .brukerPhase = 0,
     .brukerModFrequency = 100,
@@ -51,7 +52,7 @@ constexpr BrukerHeaderType kDefaults = {
 };
 
 struct Par {
-  BrukerHeaderType block = kDefaults;
+  Header header = kDefaults;
   float sweepStart = 0;
   float sweepSpan = 0;
   bool timeSweep = false;
@@ -64,48 +65,35 @@ struct Par {
   int widthY = 0;
 };
 
-void Ignore(Par&, std::string_view) {}
-
 // Date and time stand in lines of their own.
-void AppendDate(Par& par, std::string_view line) {
-  Text word = {};
-  if (ScanLine(line, "%*s %s", {word}) == 0) return;
-  const std::string date(TextOf(par.block.brukerDate));
-  CopyText(par.block.brukerDate, date + word + " ");
+void AppendDate(Par&, Header& header, std::string_view line) {
+  if (const auto word = SecondWord(line))
+    CopyText(header.brukerDate, std::string(TextOf(header.brukerDate)).append(*word).append(" "));
 }
 
-struct ParKeyword {
-  std::string_view word;
-  std::variant<float BrukerHeaderType::*, int BrukerHeaderType::*, Text BrukerHeaderType::*, float Par::*,
-               int Par::*, bool Par::*, void (*)(Par&, std::string_view)>
-      to;
-  bool atStart = false;
-};
-
-// Anywhere in a line; the first that is found wins, so a line that holds JON is always the operator's.
-constexpr ParKeyword kParKeywords[] = {
-    {"JON", &BrukerHeaderType::brukerOperator},
+constexpr Keyword<Par, Header> kKeywords[] = {
+    {"JON", &Header::brukerOperator},
     {"KRON", &Par::timeSweep},
     {"DOS", &Par::floats},
-    {"RRG", &BrukerHeaderType::brukerGain},
-    {"RPH", &BrukerHeaderType::brukerPhase},
-    {"RMF", &BrukerHeaderType::brukerModFrequency},
-    {"RMA", &BrukerHeaderType::brukerModAmplitude},
-    {"RCT", &BrukerHeaderType::brukerConvTime},
-    {"RTC", &BrukerHeaderType::brukerTimeConstant},
-    {"JEXT2", Ignore},
-    {"JEX", &BrukerHeaderType::brukerMode, true},
-    {"RES", &BrukerHeaderType::brukerResolution},
-    {"HCF", &BrukerHeaderType::brukerCenterField},
-    {"HSW", &BrukerHeaderType::brukerSweepWidth},
-    {"EMF", &BrukerHeaderType::brukerStaticField},
-    {"JCO", &BrukerHeaderType::brukerComment},
+    {"RRG", &Header::brukerGain},
+    {"RPH", &Header::brukerPhase},
+    {"RMF", &Header::brukerModFrequency},
+    {"RMA", &Header::brukerModAmplitude},
+    {"RCT", &Header::brukerConvTime},
+    {"RTC", &Header::brukerTimeConstant},
+    {"JEXT2"},
+    {"JEX", &Header::brukerMode, Match::AtStart},
+    {"RES", &Header::brukerResolution},
+    {"HCF", &Header::brukerCenterField},
+    {"HSW", &Header::brukerSweepWidth},
+    {"EMF", &Header::brukerStaticField},
+    {"JCO", &Header::brukerComment},
     {"JDA", AppendDate},
     {"JTM", AppendDate},
     {"GST", &Par::sweepStart},
     {"GSI", &Par::sweepSpan},
-    {"MF", &BrukerHeaderType::brukerMwFrequency},  // behind RMF and EMF, which contain it
-    {"MP", &BrukerHeaderType::brukerMwPower},
+    {"MF", &Header::brukerMwFrequency},  // behind RMF and EMF, which contain it
+    {"MP", &Header::brukerMwPower},
     {"XPLS", &Par::image},
     {"SSX", &Par::sizeX},
     {"SSY", &Par::sizeY},
@@ -113,35 +101,11 @@ constexpr ParKeyword kParKeywords[] = {
     {"XYWI", &Par::widthY},
     {"FDUA", &Par::twoCurves},
 };
-
-template <class Value>
-Value& At(Par& par, Value BrukerHeaderType::*member) {
-  return par.block.*member;
-}
-
-template <class Value>
-Value& At(Par& par, Value Par::*member) {
-  return par.*member;
-}
-
-void Store(float& value, std::string_view line) { ScanLine(line, "%*s %g", {&value}); }
-void Store(int& value, std::string_view line) { ScanLine(line, "%*s %d", {&value}); }
-void Store(Text& word, std::string_view line) { ScanLine(line, "%*s %s", {word}); }
-void Store(bool& flag, std::string_view) { flag = true; }
+static_assert(FirstIn("JCO by JON", kKeywords)->word == "JON" && FirstIn("RMF", kKeywords)->word == "RMF");
+static_assert(FirstIn("my JEX", kKeywords) == nullptr);
 
 void ParseLine(Par& par, std::string_view line) {
-  const auto* const keyword = std::find_if(
-      std::begin(kParKeywords), std::end(kParKeywords),
-      [line](const ParKeyword& k) { return k.atStart ? line.starts_with(k.word) : Contains(line, k.word); });
-  if (keyword == std::end(kParKeywords)) return;
-  std::visit(
-      [&](auto to) {
-        if constexpr (std::is_member_pointer_v<decltype(to)>)
-          Store(At(par, to), line);
-        else
-          to(par, line);
-      },
-      keyword->to);
+  if (const auto* keyword = FirstIn(line, kKeywords)) Store(keyword->to, line, SecondWord, par, par.header);
 }
 
 // The software of one generation ends lines with CR, of others with LF or both. Empty lines do not count, nor
@@ -168,7 +132,7 @@ Par ReadPar(std::istream& in) {
 float Step(double span, int points) { return points > 1 ? static_cast<float>(span / (points - 1)) : 0; }
 
 void SetSweep(PrnType& record, const Par& par) {
-  const auto mode = TextOf(par.block.brukerMode);
+  const auto mode = TextOf(par.header.brukerMode);
   if (!Contains(mode, "EPR") && !Contains(mode, "field-sweep")) {
     record.xStart = par.sweepStart;
     record.xEnd = par.sweepSpan;  // these experiments store the end where the others store the span
@@ -176,8 +140,8 @@ void SetSweep(PrnType& record, const Par& par) {
     record.xStart = par.sweepStart;
     record.xEnd = par.sweepStart + par.sweepSpan;
   } else {
-    record.xStart = static_cast<float>(par.block.brukerCenterField - par.block.brukerSweepWidth * 0.5);
-    record.xEnd = static_cast<float>(par.block.brukerCenterField + par.block.brukerSweepWidth * 0.5);
+    record.xStart = static_cast<float>(par.header.brukerCenterField - par.header.brukerSweepWidth * 0.5);
+    record.xEnd = static_cast<float>(par.header.brukerCenterField + par.header.brukerSweepWidth * 0.5);
   }
 }
 
@@ -229,7 +193,7 @@ int PrnType::ReadBruker(std::ifstream& par, std::ifstream& spc, int which) {
   else
     FillCurve(*this, parameters, second, spc);
   fileType = FileBruker;
-  bruker = parameters.block;
+  bruker = parameters.header;
   if (parameters.twoCurves) *Found().readNext = second ? 0 : 1;
   return Finish(*this, par, spc);
 }

@@ -11,12 +11,12 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 
 #include "instruments/hpdta_status.h"
 #include "kem.h"
 #include "load/announced.h"
 #include "load/block.h"
+#include "load/keywords.h"
 #include "record/storage.h"
 #include "text/fields.h"
 
@@ -89,21 +89,9 @@ void AppendTime(Header& block, std::string_view value) {
   CopyText(block.hpdtaDate, std::string(TextOf(block.hpdtaDate)).append(" ").append(value));
 }
 
-using Target =
-    std::variant<Text Header::*, int Header::*, float Header::*, void (*)(Header& block, std::string_view value)>;
+using Target = Destination<Header>;
 
-void Store(Header& block, std::string_view value, Text Header::*text) { CopyText(block.*text, value); }
-void Store(Header& block, std::string_view value, int Header::*number) {
-  ScanLine(value, "%d", {&(block.*number)});
-}
-void Store(Header& block, std::string_view value, float Header::*number) {
-  ScanLine(value, "%g", {&(block.*number)});
-}
-void Store(Header& block, std::string_view value, void (*store)(Header&, std::string_view)) { store(block, value); }
-
-void Store(Header& block, std::string_view value, const Target& target) {
-  std::visit([&](auto to) { Store(block, value, to); }, target);
-}
+std::optional<std::string_view> Whole(std::string_view value) { return value; }
 
 // ------------------------------------------------------------ status by position
 
@@ -143,7 +131,7 @@ void ParseByPosition(Header& block, std::string_view text) {
     const auto value = TakeUntil(text, ",");
     Skip(text, 1);
     if (row == std::end(kStatusLayout) || row->index != index) continue;
-    Store(block, value.substr(0, kTextSize - 1), row->to);
+    Store(row->to, value.substr(0, kTextSize - 1), Whole, block);
     ++row;
   }
   CopyText(block.hpdtaComment, text);
@@ -184,7 +172,7 @@ constexpr StatusKey kStatusKeys[] = {
 
 void StoreByKey(Header& block, std::string_view section, std::string_view key, std::string_view value) {
   for (const StatusKey& row : kStatusKeys)
-    if (row.section == section && row.key == key) return Store(block, value, row.to);
+    if (row.section == section && row.key == key) return Store(row.to, value, Whole, block);
 }
 
 void ParseByKey(Header& block, std::string_view text) {

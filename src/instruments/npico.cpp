@@ -8,12 +8,11 @@
 //   ...                       the numbers
 //   (two lines, then up to four comment lines)
 #include <fstream>
-#include <type_traits>
-#include <variant>
 
 #include "dataset/of_record.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "load/keywords.h"
 #include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
@@ -35,83 +34,44 @@ struct ScanKind {
 constexpr ScanKind kSections[] = {
     {"[Delay]", kDelay}, {"[TimeScan]", kTime}, {"[Monochromator]", kMonochromator}, {"[DcDelay]", kDcDelay}};
 
-// Parameters on their way into the record.
-struct Scan {
-  PrnType& record;
+using Header = NPicoHeaderType;
+
+struct Layout {
   int points = 0;
   int columns = 1;
 };
 
-void StoreStep(Scan& scan, std::string_view line) {
-  PrnType& r = scan.record;
-  ScanLine(line, "%*s%g", {&r.xStep});
+void StoreStep(PrnType& r, Header&, Layout&, std::string_view line) {
+  ScanLine(line, "%*s %g", {&r.xStep});
   if (r.xEnd < r.xStart && r.xStep > 0) r.xStep = -r.xStep;
 }
 
 // The integration time follows from the step, so this line stands behind it.
-void StoreScanSpeed(Scan& scan, std::string_view line) {
+void StoreScanSpeed(PrnType& r, Header& header, Layout&, std::string_view line) {
   float speed = 0;
-  if (ScanLine(line, "%*s%g", {&speed}) == 1) scan.record.npico.npicoIntTime = scan.record.xStep / speed;
+  if (ScanLine(line, "%*s %g", {&speed}) == 1) header.npicoIntTime = r.xStep / speed;
 }
 
 constexpr std::string_view kLastParameter = "NrPoints=";
 
-void StorePoints(Scan& scan, std::string_view line) {
-  if (Contains(line.substr(line.find(kLastParameter)), ":"))
-    ScanLine(line, "%*s%d:%d", {&scan.points, &scan.columns});
-  else
-    ScanLine(line, "%*s%d", {&scan.points});
+void StorePoints(PrnType&, Header&, Layout& layout, std::string_view line) {
+  const bool several = Contains(line.substr(line.find(kLastParameter)), ":");
+  ScanLine(line, several ? "%*s%d:%d" : "%*s%d", {&layout.points, &layout.columns});
 }
 
-struct Keyword {
-  std::string_view word;
-  std::variant<float PrnType::*, float NPicoHeaderType::*, int NPicoHeaderType::*, Text NPicoHeaderType::*,
-               void (*)(Scan&, std::string_view)>
-      to;
-};
-
-// The first word that is found in a line wins.
-constexpr Keyword kKeywords[] = {
+constexpr Keyword<PrnType, Header, Layout> kKeywords[] = {
     {"Start=", &PrnType::xStart},
     {"End=", &PrnType::xEnd},
     {"Step=", StoreStep},
-    {"Repeat=", &NPicoHeaderType::npicoRepeat},
-    {"IntTime=", &NPicoHeaderType::npicoIntTime},
-    {"Input=", &NPicoHeaderType::npicoInput},
-    {"Offset=", &NPicoHeaderType::npicoOffset},
+    {"Repeat=", &Header::npicoRepeat},
+    {"IntTime=", &Header::npicoIntTime},
+    {"Input=", &Header::npicoInput},
+    {"Offset=", &Header::npicoOffset},
     {kLastParameter, StorePoints},
-    {"Laserline=", &NPicoHeaderType::npicoLaserLine},
+    {"Laserline=", &Header::npicoLaserLine},
     {"ScanSpeed=", StoreScanSpeed},
-    {"BackScans=", &NPicoHeaderType::npicoBackScans},
+    {"BackScans=", &Header::npicoBackScans},
 };
-
-void Store(float& value, std::string_view line) { ScanLine(line, "%*s%g", {&value}); }
-void Store(int& value, std::string_view line) { ScanLine(line, "%*s%d", {&value}); }
-void Store(Text& value, std::string_view line) { ScanLine(line, "%*s%s", {value}); }
-
-template <class T>
-T& In(Scan& scan, T PrnType::*member) {
-  return scan.record.*member;
-}
-template <class T>
-T& In(Scan& scan, T NPicoHeaderType::*member) {
-  return scan.record.npico.*member;
-}
-
-void StoreParameter(Scan& scan, std::string_view line) {
-  for (const Keyword& keyword : kKeywords) {
-    if (!Contains(line, keyword.word)) continue;
-    std::visit(
-        [&](auto to) {
-          if constexpr (std::is_member_pointer_v<decltype(to)>)
-            Store(In(scan, to), line);
-          else
-            to(scan, line);
-        },
-        keyword.to);
-    return;
-  }
-}
 
 bool FindSection(std::istream& in, int& kind) {
   Text line = {};
@@ -125,11 +85,13 @@ bool FindSection(std::istream& in, int& kind) {
   return false;
 }
 
-bool ReadParameters(std::istream& in, Scan& scan) {
+bool ReadParameters(std::istream& in, PrnType& record, Layout& layout) {
   Text line;
   while (ReadStartOfLine(in, line)) {
-    StoreParameter(scan, TextOf(line));
-    if (Contains(TextOf(line), kLastParameter)) return scan.points >= 0;
+    const std::string_view text = TextOf(line);
+    if (const auto* keyword = FirstIn(text, kKeywords))
+      Store(keyword->to, text, SecondWord, record, record.npico, layout);
+    if (Contains(text, kLastParameter)) return layout.points >= 0;
   }
   return false;
 }
@@ -137,34 +99,30 @@ bool ReadParameters(std::istream& in, Scan& scan) {
 // Signal over reference in thousandths; without a reference the raw signal.
 float Ratio(float signal, float reference) { return reference != 0 ? signal / reference * 1000 : signal; }
 
-bool IsReadable(const Scan& scan) {
-  const bool ratio = scan.record.npico.npicoScanType == kDcDelay && (scan.columns == 2 || scan.columns == 4);
-  return scan.columns == 1 || ratio;
-}
-
-float ReadPoint(NumberScanner& numbers, const Scan& scan, bool second) {
+float ReadPoint(NumberScanner& numbers, int columns, bool second, float time) {
   float v[4] = {};
-  for (int k = 0; k < scan.columns; ++k) numbers.Next(v[k]);
-  if (scan.columns == 1) return v[0] / scan.record.npico.npicoIntTime;
+  for (int k = 0; k < columns; ++k) numbers.Next(v[k]);
+  if (columns == 1) return v[0] / time;
   return second ? Ratio(v[2], v[3]) : Ratio(v[0], v[1]);
 }
 
 // Points that no rule covers are not read.
-void ReadPoints(std::istream& in, const Scan& scan, bool second, float* values) {
-  if (!IsReadable(scan)) return;
+void ReadPoints(std::istream& in, const Header& header, Layout layout, bool second, float* values) {
+  const bool ratio = header.npicoScanType == kDcDelay && (layout.columns == 2 || layout.columns == 4);
+  if (layout.columns != 1 && !ratio) return;
   NumberScanner numbers(in);
-  for (int i = 0; i < scan.points; ++i) {
-    const float value = ReadPoint(numbers, scan, second);
-    if (numbers.Failed()) return Miss(static_cast<std::size_t>(scan.points - i));
+  for (int i = 0; i < layout.points; ++i) {
+    const float value = ReadPoint(numbers, layout.columns, second, header.npicoIntTime);
+    if (numbers.Failed()) return;
     values[i] = value;
   }
 }
 
-void ReadComments(std::istream& in, NPicoHeaderType& block) {
+void ReadComments(std::istream& in, Header& header) {
   Text skipped;
   ReadStartOfLine(in, skipped);
   ReadStartOfLine(in, skipped);
-  for (Text& comment : block.npicoComments) {
+  for (Text& comment : header.npicoComments) {
     if (!ReadStartOfLine(in, comment)) return;
     TrimTrailing(comment);
     if (TextOf(comment).size() < 2) return;
@@ -181,17 +139,17 @@ int PrnType::ReadNPico(std::ifstream& in) {
   npico = {};
   npico.npicoScanType = kind;
   fileType = FileNPico;
-  Scan scan{*this};
-  if (!ReadParameters(in, scan)) return 0;
-  auto values = NewZeroArray(CheckedCount(in, scan.points));
+  Layout layout;
+  if (!ReadParameters(in, *this, layout)) return 0;
+  auto values = NewZeroArray(CheckedCount(in, layout.points));
   // Four numbers per point are two signals, loaded by alternate calls.
-  const bool twoSignals = kind == kDcDelay && scan.columns == 4;
-  ReadPoints(in, scan, twoSignals && *Found().readNext != 0, values.get());
+  const bool twoSignals = kind == kDcDelay && layout.columns == 4;
+  ReadPoints(in, npico, layout, twoSignals && *Found().readNext != 0, values.get());
   if (twoSignals) *Found().readNext = *Found().readNext == 0 ? 1 : 0;
   ReadComments(in, npico);
   Own(yArray, std::move(values));
   allocType = AllocY;
-  nX = nY = scan.points;
+  nX = nY = layout.points;
   return Finish(*this, in);
 }
 

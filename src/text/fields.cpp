@@ -145,6 +145,14 @@ std::istream& ReadStartOfLine(std::istream& in, Text& line) {
   return in;
 }
 
+std::string_view BehindFirstWord(std::string_view line, std::string_view blanks) {
+  const auto skip = [&line](std::size_t count) { line.remove_prefix(std::min(count, line.size())); };
+  skip(line.find_first_not_of(blanks));
+  skip(line.find_first_of(blanks));
+  skip(line.find_first_not_of(blanks));
+  return line;
+}
+
 int ScanLine(std::string_view text, std::string_view pattern, std::initializer_list<ScanTarget> targets) {
   Cursor line(text);
   Cursor format(pattern);

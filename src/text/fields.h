@@ -32,7 +32,10 @@ std::istream& ReadTrimmedLine(std::istream& in, Text& line);
 // Reads a line of any length, of which the first 131 characters are kept.
 std::istream& ReadStartOfLine(std::istream& in, Text& line);
 
-inline bool Contains(std::string_view text, std::string_view part) { return text.find(part) != text.npos; }
+constexpr bool Contains(std::string_view text, std::string_view part) { return text.find(part) != text.npos; }
+
+// What follows the first word of a line and the blanks around it.
+std::string_view BehindFirstWord(std::string_view line, std::string_view blanks = " \t");
 
 // Scans values from a line like the C library's sscanf, whose leniency old files rely on: leading white space,
 // "+5", "inf", hexadecimal. Knows %s %d %u %g %c %[set], '*' and a width; always reads a decimal point, whatever

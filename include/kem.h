@@ -18,8 +18,8 @@
 ///   4. plain functions for hosts that keep one current record
 ///   5. what is known about files and records: acquisition parameters, items, format
 ///
-/// The library is single-threaded: \ref prn, \ref ReadNextFlag, \ref WriteFailedFlag and the extension hooks
-/// are process-wide and unguarded.
+/// All of this is for one thread: \ref prn, \ref ReadNextFlag, \ref WriteFailedFlag and the extension hooks are
+/// process-wide and unguarded. kem/dataset.h and kem/record.h have functions for any number of threads.
 #ifndef KEM_H
 #define KEM_H
 
@@ -246,7 +246,7 @@ struct IccdImageHeaderType {
 /// new record on the heap, which the caller deletes; when the source does not suit, that record is empty
 /// (`allocType` 0). Members that return a `PrnType` by value report failure the same way.
 ///
-/// Where memory runs out, std::bad_alloc is thrown. A record that was to be loaded, allocated or assigned is then
+/// When memory runs out, std::bad_alloc is thrown. A record that was to be loaded, allocated or assigned is then
 /// empty, any other as it was.
 class KEM_API PrnType {
  public:
@@ -395,7 +395,7 @@ class KEM_API PrnType {
 
   /// \name Exchange formats
   /// Readers return 1, or 0 when the stream is already bad or the file is not theirs; streams are opened in
-  /// binary mode. Values that a file does not hold are 0; a count that is absurd ends in std::bad_alloc.
+  /// binary mode. Values that a file does not hold are 0; see \ref ReadMostMissing for counts beyond reason.
   /// Writers return 1, or 0 when the record does not suit or the file cannot be opened, and then create
   /// nothing; see also \ref WriteFailedFlag. Text holds six significant digits of a value.
   /// @{
@@ -529,7 +529,7 @@ class KEM_API PrnType {
   PrnType TanH() const;
   PrnType ASinH() const;
   PrnType ACosH() const;
-  PrnType ATanH() const;  ///< 0 from 1 upwards, but minus infinity at -1 and not a number below
+  PrnType ATanH() const;  ///< 0 from 1 upwards, but minus infinity at -1 and NaN below
   PrnType Inv() const;    ///< 1 / value
   PrnType Set(const float& constant) const;
 
@@ -600,7 +600,7 @@ class KEM_API PrnType {
   /// axis is dropped. Both axes of the result are stored.
   PrnType& Reduce(int fx, int fy) const;
   /// Puts both axes into ascending order, the values moving along: sorts a stored axis (equal coordinates keep
-  /// their order, those that are not a number go last) and turns a defined one with a negative step round.
+  /// their order, NaN goes last) and turns a defined one with a negative step round.
   void SortAxes();
   /// Exchanges X and Y: the axes of a grid, whose values are transposed, or the abscissae of a curve and its
   /// values. The labels stay.
@@ -612,8 +612,8 @@ class KEM_API PrnType {
 
   /// A curve with each value replaced by a median of the \p w samples around it, fewer at the ends. An even
   /// width counts as the next odd one, one below 1 as 1. The last sample of a span is left out: of the 2h others
-  /// of a whole span the median is the one with h below it. Values that are not a number sort after all others,
-  /// -0 before 0. The time hardly depends on \p w.
+  /// of a whole span the median is the one with h below it. NaN sorts after all other values, -0 before 0. The
+  /// time hardly depends on \p w.
   PrnType& Median2D(int w) const;
   /// A grid with each value replaced by a median of the \p w by \p w samples around it, likewise; the value lies
   /// one place higher than in a curve, and in a span of two or three samples is the last. The time grows with
@@ -673,8 +673,8 @@ class KEM_API PrnType {
   /// columns, of a curve, on purpose, between its abscissae. 0 for no data.
   float NoiseLevel() const;
   /// Counts the values in each of \p nBins equal parts of the range from \p lo to \p hi, which is that of the
-  /// data as of the last \ref MinMax; the largest falls into the last bin, values below the range and those
-  /// that are not a number into none. With less than two bins or no data nothing is touched.
+  /// data as of the last \ref MinMax; the largest, and values above the range, fall into the last bin, values below
+  /// it and NaN into none. With less than two bins or no data nothing is touched.
   void Histogram(int nBins, float* const counts, float& lo, float& hi) const;
   /// Smallest and largest value of a curve between two abscissae given in either order, and the first place of
   /// each. No samples there give 0 and leave the places alone.
@@ -734,7 +734,7 @@ class KEM_API CKemDll {
 /// Under Linux zenity or kdialog shows the dialog.
 KEM_API int KemFileName(char* buffer, int size);
 /// Loads a file as the new current record \ref prn and releases the one before. Returns 0, or 1 when the load
-/// failed; `prn` is then, and where memory runs out, an empty record.
+/// failed; `prn` is then, and when memory runs out, an empty record.
 KEM_API int KemOpenFile(char* name, int index);
 /// Returns 0. The current record stays until the next \ref KemOpenFile.
 KEM_API int KemCloseFile();

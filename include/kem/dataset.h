@@ -15,7 +15,7 @@
 /// Values lie in C order as the file stores them: the last axis varies fastest. An image lists Y, then X.
 ///
 /// All texts are UTF-8. Nothing here is global: any number of threads may open files at once. What fails throws
-/// \ref kem::Error; memory that runs out throws std::bad_alloc.
+/// \ref kem::Error; when memory runs out, std::bad_alloc is thrown.
 #ifndef KEM_DATASET_H
 #define KEM_DATASET_H
 

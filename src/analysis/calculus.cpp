@@ -61,7 +61,7 @@ struct Sum {
 };
 
 // Whether the samples reach up to the upper bound. Of absolute values the piece from 0 to 0 counts: its width is
-// none, but times an infinite value it is not a number.
+// none, but times an infinite value it is NaN.
 bool Reaches(float sample, float bound, Counted counted) {
   const bool zeros = sample == 0 && bound == 0;
   return kem::analysis::NearlyEqual(sample, bound) && !(zeros && counted == Counted::Absolute);

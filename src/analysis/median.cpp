@@ -52,8 +52,7 @@ struct Field {
   Index Place(Index collected) const { return std::min((collected - 1) / 2 + above, collected - 1); }
 };
 
-// Floats as integers of the same order. -0 comes before 0; what is not a number comes after all others and loses
-// its sign.
+// Floats as integers of the same order. -0 comes before 0; NaN comes after all others and loses its sign.
 constexpr std::int32_t kMagnitude = 0x7fffffff;
 constexpr auto kInfinity = kem::portable::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity());
 

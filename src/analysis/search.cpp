@@ -10,7 +10,7 @@
 // Each condition below is put to the rounded numbers themselves, so that it changes where the scan changes.
 //
 // A descending axis is searched as its mirror image, whose differences -c[k] - -t have the same size to the bit.
-// Left to the scan are unordered axes, coordinates that are not a number, and a measure that is not finite. Equal
+// Left to the scan are unordered axes, NaN among the coordinates, and a measure that is not finite. Equal
 // samples at the end of an axis, as those are that a file does not hold, are two to a scan: after the second none
 // changes an answer but that of Second(), which takes all when it takes two.
 #include "analysis/search.h"

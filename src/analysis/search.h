@@ -32,7 +32,7 @@ class AxisSearch {
   // For one measure, targets that come in the order of Before() share work.
   std::size_t Second(float target, std::size_t nearest, float measure);
 
-  // An order of all targets, not-a-number included, along the axis.
+  // An order of all targets, NaN included, along the axis.
   bool Before(float a, float b) const;
 
  private:

@@ -22,8 +22,8 @@ bool Ascends(const KeptAxis& axis) {
   return std::adjacent_find(axis.stored, end, [](float a, float b) { return !(b > a); }) == end;
 }
 
-// The indices that put an axis into ascending order. Equal coordinates keep their order, and those that are not
-// a number go last.
+// The indices that put an axis into ascending order. Equal coordinates keep their order, and NaN goes
+// last.
 std::vector<int> AscendingOrder(std::span<const float> axis) {
   std::vector<int> order(axis.size());
   std::iota(order.begin(), order.end(), 0);
@@ -111,7 +111,7 @@ bool kem::analysis::AxesAscend(const PrnType& r) {
 void PrnType::SortAxes() {
   if (!OwnsArrays(allocType)) return;
   if (!Is3D()) return SortCurve(*this);
-  ColumnOrder columns(*this);  // memory that runs out does so before anything has moved
+  ColumnOrder columns(*this);  // when memory runs out, nothing has moved yet
   SortRows(*this);
   SortColumns(*this, columns);
 }

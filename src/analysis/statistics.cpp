@@ -16,7 +16,7 @@ float AddDifferences(float sum, std::span<const float> values) {
   return sum;
 }
 
-// Equal parts of a range, and how many values fell into each: none that lies below it or is not a number.
+// Equal parts of a range, and how many values fell into each: none that lies below it, no NaN.
 struct Bins {
   std::span<float> counts;
   float lo;

@@ -42,7 +42,7 @@ inline constexpr auto kACosH = [](float v) {
   const double d = v;
   return d >= 1 ? static_cast<float>(std::log(d + std::sqrt(d * d - 1))) : 0.0f;
 };
-// The lower bound is open: -1 gives minus infinity, and what lies below it is not a number.
+// The lower bound is open: -1 gives minus infinity, and what lies below it NaN.
 inline constexpr auto kATanH = [](float v) {
   const double d = v;
   return d < 1 ? static_cast<float>(0.5 * std::log((1 + d) / (1 - d))) : 0.0f;

@@ -8,7 +8,7 @@ namespace kem::load {
 // Bytes of a whole file, wherever its stream stands and whatever its state.
 std::streamoff FileSize(std::istream& in);
 
-// A count of values that a file announces. One that is negative, not a number, too large for an int, or absurd
+// A count of values that a file announces. One that is negative, NaN, too large for an int, or absurd
 // (more than ReadMostMissing values beyond 16 times the bytes of the file) ends in std::bad_alloc; ReadAnnounced
 // and ReadFileBytes tell why.
 int CheckedCount(std::istream& in, double count);

@@ -12,8 +12,8 @@ struct Range {
   float high = 0;
 };
 
-// Takes the values that are strictly smaller or larger; one that is not a number never replaces anything. The
-// lanes are independent, and enough of them that compilers make vectors of them, so that memory sets the pace.
+// Takes the values that are strictly smaller or larger; NaN never replaces anything. The lanes are
+// independent, and enough of them that compilers make vectors of them, so that memory sets the pace.
 class Lanes {
  public:
   explicit Lanes(float first) {

@@ -45,7 +45,7 @@ long long MagnitudeOf(std::string_view digits) {
   return exponent + static_cast<long long>(point) - static_cast<long long>(first);
 }
 
-// A number in decimal notation, an infinite one or one that is not a number, without sign.
+// A number in decimal notation, infinity or NaN, without sign.
 std::size_t ParseDecimal(std::string_view text, float& value) {
   const auto parsed = portable::FromChars(text.data(), text.data() + text.size(), value);
   const auto length = static_cast<std::size_t>(parsed.ptr - text.data());

@@ -7,7 +7,7 @@
 namespace kem::text {
 
 // Parses the longest number at the front of a text as the C library would: an optional sign, then a decimal,
-// hexadecimal, infinite or not-a-number value. Values too large become infinite (or the largest integer), too
+// hexadecimal or infinite value, or NaN. Values too large become infinite (or the largest integer), too
 // small 0. Returns the number of characters used, 0 when there is no number.
 std::size_t ParseLenient(std::string_view text, float& value);
 std::size_t ParseLenient(std::string_view text, int& value);

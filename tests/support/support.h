@@ -108,7 +108,7 @@ void CheckApproved(const std::string& file, const std::string& text);
 using Rng = std::mt19937;
 inline constexpr unsigned kSeed = 20240917;
 
-// Floats are equal when their bits are, all not-a-number values being one.
+// Floats are equal when their bits are, NaN being one value.
 inline bool SameBits(float a, float b) {
   if (std::isnan(a) && std::isnan(b)) return true;
   return portable::bit_cast<std::uint32_t>(a) == portable::bit_cast<std::uint32_t>(b);

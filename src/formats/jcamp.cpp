@@ -59,19 +59,19 @@ void StoreUnit(PrnType& record, Counts&, std::string_view line) {
 }
 
 // Blocks may differ; what remains is a factor other than 1.
-template <float* factor>
+template <float* Findings::*factor>
 void StoreFactor(PrnType&, Counts&, std::string_view line) {
   float scanned = 1;
   if (const auto value = BehindEquals(line)) StoreValue(scanned, *value);
-  if (scanned != 1) *factor = scanned;
+  if (scanned != 1) *(Found().*factor) = scanned;
 }
 
 using Label = Keyword<PrnType, Counts>;
 
 constexpr Label kPreamble[] = {
-    {"##TITLE", StoreUnit<&PrnType::fileName>}, {"##BLOCKS", EndWith<&Counts::blocks>},
-    {"##NBLOCKS", EndWith<&Counts::blocks>},    {"##NPOINTS", EndWith<&Counts::points>},
-    {"##XFACTOR", StoreFactor<&ReadXFactor>},   {"##YFACTOR", StoreFactor<&ReadYFactor>},
+    {"##TITLE", StoreUnit<&PrnType::fileName>},     {"##BLOCKS", EndWith<&Counts::blocks>},
+    {"##NBLOCKS", EndWith<&Counts::blocks>},        {"##NPOINTS", EndWith<&Counts::points>},
+    {"##XFACTOR", StoreFactor<&Findings::xFactor>}, {"##YFACTOR", StoreFactor<&Findings::yFactor>},
 };
 
 constexpr Label kBlock[] = {
@@ -80,8 +80,8 @@ constexpr Label kBlock[] = {
     {"##TITLE", StoreUnit<&PrnType::zLabel>},
     {"##NPOINTS", &Counts::points},
     {"##XYDATA", &Counts::ended},
-    {"##XFACTOR", StoreFactor<&ReadXFactor>},
-    {"##YFACTOR", StoreFactor<&ReadYFactor>},
+    {"##XFACTOR", StoreFactor<&Findings::xFactor>},
+    {"##YFACTOR", StoreFactor<&Findings::yFactor>},
 };
 
 // Takes what a line says. Returns whether there are more before the next part of the file.

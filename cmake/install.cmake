@@ -4,6 +4,10 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/kem-config-version.cmake COMPATIBILITY SameMinorVersion)
 
+set(KEM_PC_LIBRARY kem)
+if(WIN32 AND BUILD_SHARED_LIBS)
+  set(KEM_PC_LIBRARY :libkem.dll.a)  # under its whole name a linker also finds it where all else is static
+endif()
 # A static library hands on the system's libraries and its definition.
 file(RELATIVE_PATH KEM_PREFIX_FROM_PC ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 if(NOT BUILD_SHARED_LIBS)

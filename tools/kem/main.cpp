@@ -120,7 +120,9 @@ int Main(int argc, char** argv) {
 int main(int argc, char** argv) {
   const std::shared_ptr<void> console = kem::tool::Utf8Console();
   kem::tool::HandleInterrupts();
-  ReadMostMissing = 1 << 18;  // what would become of more is many lines of zeros
+  // What would become of more is many lines of zeros. With these a damaged file of a few bytes costs every command
+  // 0.1 s and 40 MB at most; the library's 64 Mi would cost some of them 30 s, others 1.5 GB.
+  ReadMostMissing = 1 << 18;
   try {
     return kem::tool::Main(argc, argv);
   } catch (const std::bad_alloc&) {

@@ -36,15 +36,18 @@ std::from_chars_result FromChars(const char* first, const char* last, Number& va
 }
 
 // Appends the shortest text that reads back as the number.
-inline void AppendShortest(std::string& text, float value) {
+template <class Number>
+void AppendShortest(std::string& text, Number value) {
   char digits[32];
   text.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
 }
 
-// Appends general notation with six significant digits.
-inline void AppendGeneral(std::string& text, float value) {
+// Appends general notation with so many significant digits.
+template <class Number>
+void AppendGeneral(std::string& text, Number value, int significant = 6) {
   char digits[32];
-  text.append(digits, std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 6).ptr);
+  const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, significant);
+  text.append(digits, end.ptr);
 }
 
 #else
@@ -63,7 +66,8 @@ std::from_chars_result FromChars(const char* first, const char* last, Number& va
   return {result.ptr, result.ec};
 }
 
-inline std::string Printed(float value, std::ios::fmtflags notation, int digits) {
+template <class Number>
+std::string Printed(Number value, std::ios::fmtflags notation, int digits) {
   if (!std::isfinite(value))
     return std::string(std::signbit(value) ? "-" : "") + (std::isnan(value) ? "nan" : "inf");
   std::ostringstream text;
@@ -75,11 +79,12 @@ inline std::string Printed(float value, std::ios::fmtflags notation, int digits)
 }
 
 // In the shorter one of fixed and scientific notation. 2^-96, 2^87 and 2^90 get a digit more than they need.
-inline void AppendShortest(std::string& text, float value) {
+template <class Number>
+void AppendShortest(std::string& text, Number value) {
   std::string shortest;
   for (const auto notation : {std::ios::fixed, std::ios::scientific}) {
     std::string printed = Printed(value, notation, 0);
-    float back = 0;
+    Number back = 0;
     for (int digits = 1; std::isfinite(value); ++digits) {
       const auto read = FromChars(printed.data(), printed.data() + printed.size(), back);
       if (read.ec == std::errc() && back == value) break;
@@ -90,7 +95,10 @@ inline void AppendShortest(std::string& text, float value) {
   text += shortest;
 }
 
-inline void AppendGeneral(std::string& text, float value) { text += Printed(value, {}, 6); }
+template <class Number>
+void AppendGeneral(std::string& text, Number value, int significant = 6) {
+  text += Printed(value, {}, significant);
+}
 
 #endif
 

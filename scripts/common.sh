@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # The library needs the first three alone; README.md tells which switch needs which of the others.
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
-test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev)
+test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev python3-jsonschema)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" wine wine64 xvfb xdotool
   zenity clang-format clang-tidy pkg-config doxygen man-db git)

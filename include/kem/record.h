@@ -20,6 +20,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kem {
@@ -58,6 +59,8 @@ class KEM_API Record {
   static Record Grid(std::span<const float> values, std::span<const float> x, std::span<const float> y);
   /// What hosts of \ref PrnType::ReadFile receive of a file, quirks included; items are counted from 1.
   static Record Classic(const std::filesystem::path& file, int item = 1);
+  /// Hands the record of kem.h over and holds nothing afterwards.
+  std::unique_ptr<PrnType> Release() { return std::move(record_); }
   /// @}
 
   /// \name Looking
@@ -74,7 +77,7 @@ class KEM_API Record {
   /// @}
 
   /// \name Arithmetic
-  /// As for \ref PrnType. A number may stand on either side.
+  /// A number may stand on either side.
   /// @{
   friend Record operator+(const Record& a, const Record& b) { return a.With('+', b); }
   friend Record operator-(const Record& a, const Record& b) { return a.With('-', b); }
@@ -89,10 +92,10 @@ class KEM_API Record {
   friend Record operator*(float a, const Record& b) { return b.With('*', a); }
   friend Record operator/(float a, const Record& b) { return b.Set(a).With('/', b); }
   Record operator-() const;
-  /// `^` of \ref PrnType.
+  /// The operator `^` of records.
   Record Power(const Record& exponent) const { return With('^', exponent); }
   Record Power(float exponent) const { return With('^', exponent); }
-  /// `&` of \ref PrnType, sample by sample, whatever the axes.
+  /// Sample by sample, whatever the axes: the operator `&` of records.
   Record Product(const Record& other) const { return With('&', other); }
   /// @}
 

@@ -93,7 +93,13 @@ std::string_view TextOf(std::span<const TextRow> table, std::string_view key) {
 std::vector<std::string> SplitList(std::string_view text, char separator) {
   std::vector<std::string> entries;
   for (;;) {
-    const auto end = std::min(text.find(separator), text.size());
+    text = text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+    // A separator between quotes belongs to the entry; a quote that is never closed is a character like others.
+    const auto closed = text.starts_with('\'') ? text.find(std::string("'") + separator, 1) : text.npos;
+    const bool quoted =
+        closed == text.npos && text.size() > 1 && text.front() == '\'' && Trimmed(text).back() == '\'';
+    const auto from = quoted ? text.size() : closed == text.npos ? 0 : closed;
+    const auto end = std::min(text.find(separator, from), text.size());
     std::string_view entry = Trimmed(text.substr(0, end));
     if (entry.size() > 1 && entry.front() == '\'' && entry.back() == '\'')
       entry = entry.substr(1, entry.size() - 2);

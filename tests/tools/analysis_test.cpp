@@ -1,6 +1,7 @@
 // The commands that calculate: their results are those of the library's members.
 #include <nlohmann/json.hpp>
 
+#include "kem/dataset.h"
 #include "support/command.h"
 #include "support/records.h"
 
@@ -154,7 +155,7 @@ TEST_CASE("kem calc: a faulty expression has status 2, one that cannot be calcul
   const std::pair<std::string, std::string> others[] = {
       {"none.prn*2", "none.prn: no such file"},
       {"raman.prn/10", "raman.prn/10: no such file; a division needs blanks, raman.prn / 10"},
-      {"columns.nxy#4*2", "columns.nxy: holds no item 4"},
+      {"columns.nxy#4*2", "columns.nxy: holds no item 4, but 3"},
       {"raman.prn/ nitroxide.DSC",
        "calc: nitroxide.DSC covers 0 of 1401 points of raman.prn; it counts as 0 at the others"},
       {"streak.p3d + '" + part + "'",
@@ -209,8 +210,8 @@ TEST_CASE("kem: slices are named after the axes, and several files go into a fol
   folder.Write("fixed.par", "JSS 0\nHCF 10\nHSW 4\n");
   folder.Write("fixed.spc", Bytes(std::endian::big).Put(7).Put(8));
   for (const auto& [name, start] : {std::pair("streak.p3d", "Time (ns),Wavelength (nm),Intensity (counts)\n0,430,"),
-                                    std::pair("nitroxide.DSC", "Intensity (),Field (G)\n-66,3308.7\n"),
-                                    std::pair("", "Intensity,Gauss\n7,8\n8,12\n")}) {
+                                    std::pair("nitroxide.DSC", "Intensity,Field (G)\n-66,3308.7\n"),
+                                    std::pair("", "Intensity,Field (G)\n7,8\n8,12\n")}) {
     const std::string source = *name ? name : folder.Path("fixed.par");
     CHECK(Kem("swap -fo " + Quoted(folder.Path("streak.csv")) + Quoted(source)).status == 0);
     CHECK(ReadBytes(folder.Path("streak.csv")).starts_with(start));
@@ -221,9 +222,10 @@ TEST_CASE("kem: slices are named after the axes, and several files go into a fol
       several.err ==
       "kem: streak.p3d: b2d holds curves only, and this is a grid of 50 x 100 points\nkem: 2 of 3 files written\n");
   CHECK(Kem("reduce -x 2 --to csv -a columns.nxy -d " + out).status == 0);
-  CHECK(Names(folder.Path(".")) == std::set<std::string>{"streak.csv", "raman.b2d", "nitroxide.b2d",
-                                                         "columns_01.csv", "columns_02.csv", "columns_03.csv",
-                                                         "fixed.par", "fixed.spc"});
+  CHECK(Names(folder.Path(".")) ==
+        std::set<std::string>{"streak.csv", "raman.b2d", "nitroxide.b2d", "columns_01_no-quencher.csv",
+                              "columns_02_10-mM-quencher.csv", "columns_03_25-mM-quencher.csv", "fixed.par",
+                              "fixed.spc"});
 }
 
 TEST_CASE("kem integrate, stats and histogram print what the members return") {
@@ -276,16 +278,47 @@ TEST_CASE("kem integrate, stats and histogram print what the members return") {
                            "\",3,4,2\n"));
 }
 
-TEST_CASE("kem: factors of JCAMP-DX files are pointed out, because they are not applied") {
+TEST_CASE("kem: the classic reading tells where it is not what the file says") {
   const TempFolder folder;
   const std::string file = folder.Write(
       "f.dx",
       "##TITLE=t\n##JCAMP-DX=4.24\n##XFACTOR=1\n##YFACTOR=0.5\n##NPOINTS=2\n##XYDATA=(XY..XY)\n1 2\n3 4\n##END=\n");
-  const std::string warning =
-      "kem: " + file + ": XFACTOR 1 and YFACTOR 0.5 are not applied; the numbers are those in the file\n";
-  CHECK(Kem("info " + Quoted(file) + Quoted(Example("raman.prn"))).err == warning);
-  const Result converted = Kem("convert --to csv " + Quoted(file));
-  CHECK(converted.status == 0);
-  CHECK(converted.err == warning);
+  const Result classic = Kem("convert --classic --to csv " + Quoted(file) + Quoted(Example("raman.prn")) + "-d " +
+                             Quoted(folder.Path(".")));
+  CHECK(classic.err == "kem: " + file +
+                           ": values are 1 to 2 in the file, but 2 to 4 in the record (--classic)\nkem: 2 of "
+                           "2 files written\n");
   CHECK(ReadBytes(folder.Path("f.csv")).ends_with("\n1,2\n3,4\n"));
+  CHECK(Kem("convert --to csv -f " + Quoted(file)).status == 0);
+  CHECK(ReadBytes(folder.Path("f.csv")) == "X,Y\n1,1\n3,2\n");
+}
+
+TEST_CASE("kem: complex values, matrices, metadata; check, identify and formats") {
+  const TempFolder folder;
+  const auto csv = [&](const std::string& options, const std::string& file) {
+    CHECK(Kem("convert -fo " + Quoted(folder.Path("out.csv")) + options + Quoted(file)).err.empty());
+    return ReadBytes(folder.Path("out.csv"));
+  };
+  folder.Write("c.spc", Bytes(std::endian::big).Put(1).Put(2).Put(3).Put(4));
+  const std::string pair = folder.Write("c.par", "JSS 16\nHCF 100\nHSW 20\n");
+  CHECK(csv("", pair) == "Field (G),Intensity re,Intensity im\n90,1,2\n110,3,4\n");
+  CHECK(csv("--part imaginary ", pair).ends_with("\n90,2\n110,4\n"));
+  CHECK(Kem("convert --to p2d " + Quoted(pair)).err ==
+        "kem: " + pair +
+            ": values are complex; --part tells which part to take, and the real one is the default\n");
+  const std::string lattice = folder.Write("l.txt", "x,y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
+  CHECK(csv("", lattice) == "x,y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
+  CHECK(csv("--matrix ", lattice) == "x,1,2\n7,1,2.5\n8,3,4\n");
+  CHECK(csv("--metadata ", pair).size() > 9);
+  CHECK(Json::parse(ReadBytes(folder.Path("out.json")))["parameters"][1]["key"] == "HCF");
+
+  const std::string cut = folder.Write("cut.p2d", "[P2D]\nX\nY\n\n[X] DEFINITION\n0 2 1\n[Y]\n1 2");
+  const Result checked = Kem("check " + Quoted(lattice) + Quoted(cut));
+  CHECK(checked.status == 4);
+  CHECK(checked.out == cut + ": damaged: ends too early: 1 numbers are missing and are 0\n");
+  CHECK(Kem("check " + Quoted(lattice)).status == 0);
+  CHECK(Kem("check " + Quoted(cut) + Quoted(folder.Path("none"))).status == 1);
+  CHECK(Json::parse(Kem("check -j " + Quoted(cut)).out)[0]["state"] == "damaged");
+  CHECK(Kem("identify " + Quoted(cut)).out == cut + ": P2D text curve (begins with [P2D])\n");
+  CHECK(Json::parse(Kem("formats --json").out)["read"].size() == kem::Formats().size());
 }

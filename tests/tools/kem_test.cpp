@@ -111,15 +111,17 @@ TEST_CASE("kem: a file that cannot be read is named with the reason, and stops n
     const std::string name = file.ends_with("\x7f") ? folder.Path("gone\\x7f") : file;
     err.append("kem: ").append(name).append(": ").append(reason).append("\n");
   }
-  const Result result = Kem("info --level 1 " + all + Quoted(good));
+  const Result result = Kem("info --classic --level 1 " + all + Quoted(good));
   const std::string report = Printed([&good] { PrnType(good.c_str(), 0).PrintLog(1); });
   CHECK(result.status == 1);
   CHECK(result.err == err);
   CHECK(result.out == report + '\n' + report);
   const std::string red = Quoted(folder.Write("red#2", "XY\n\x1b[31mred\n\x9bm\n\n\n\n\n1 2\n3 4\n"));
-  CHECK(Kem("info " + red).out.find(" \\x1b[31mred\nZ-axis : \\x9bm\n") != std::string::npos);
-  CHECK(Kem("items " + red).out.ends_with("\tcurve 2\t\\x9bm\n"));
-  CHECK(Kem("calc -o " + Quoted(folder.Path("red.csv")) + "\"1*'" + folder.Path("red#2") + "'\"").status == 0);
+  CHECK(Kem("info --classic " + red).out.find(" \\x1b[31mred\nZ-axis : \\x9bm\n") != std::string::npos);
+  CHECK(Kem("items --classic " + red).out.ends_with("\tcurve 2\t\\x9bm\n"));
+  CHECK(
+      Kem("calc --classic -o " + Quoted(folder.Path("red.csv")) + "\"1*'" + folder.Path("red#2") + "'\"").status ==
+      0);
 }
 
 TEST_CASE("kem info: JSON holds shape, axes, values, parameters and comment of every file") {
@@ -131,13 +133,26 @@ TEST_CASE("kem info: JSON holds shape, axes, values, parameters and comment of e
   CHECK(result.status == 1);
   const Json both = Json::parse(result.out);
   REQUIRE(both.size() == 1);  // the curve has no second item
-  CHECK(both[0]["name"] == folder.Path("columns") + "_02");
+  CHECK(both[0]["itemName"] == "green");
   CHECK(both[0]["item"] == 2);
-  CHECK(both[0]["more"] == true);
-  CHECK(both[0]["x"] == Json{{"title", " nm"}, {"points", 2}, {"stored", true}, {"start", 1}, {"end", 2}});
-  CHECK(both[0]["values"] == Json{{"title", "green"}, {"min", 20}, {"max", 21}});
+  CHECK(both[0]["items"] == 3);
+  CHECK(both[0]["axes"][0] ==
+        Json{{"name", "nm"}, {"unit", ""}, {"points", 2}, {"stored", true}, {"first", 1}, {"last", 2}});
+  CHECK(both[0]["values"]["max"] == 21);
 
-  const Json one = Json::parse(Kem("info -j " + Quoted(curve)).out)[0];
+  const Json full = Json::parse(Kem("info -j " + Quoted(curve)).out)[0];
+  CHECK(full["values"] == Json{{"name", "I"},
+                               {"unit", "\u00b5V"},
+                               {"type", "f32"},
+                               {"complex", false},
+                               {"count", 3},
+                               {"min", 1e-7f},
+                               {"max", 2.5}});
+  CHECK(full["parameters"].back() ==
+        Json{{"section", "SPL"}, {"key", "MWFQ"}, {"text", "9.4e+09"}, {"number", 9.4e9}, {"unit", "Hz"}});
+  CHECK(full["notes"][1] == Json{{"severity", "doubtful"}, {"text", "values that are not finite: 1"}});
+
+  const Json one = Json::parse(Kem("info -j --classic " + Quoted(curve)).out)[0];
   CHECK(one["format"] == "Bruker BES3T");
   CHECK(one["fileType"] == 14);
   CHECK(one["shape"] == "curve");
@@ -147,7 +162,7 @@ TEST_CASE("kem info: JSON holds shape, axes, values, parameters and comment of e
   CHECK(one["parameters"].size() == 14);
   CHECK(one["comment"][1] == "Micro. Freq.= 9.4e+09");
 
-  const Json grid = Json::parse(Kem("info -j " + Quoted(WritePair(folder, "grid", true))).out)[0];
+  const Json grid = Json::parse(Kem("info -j --classic " + Quoted(WritePair(folder, "grid", true))).out)[0];
   CHECK(grid["shape"] == "grid");
   CHECK(grid["y"] ==
         Json{{"title", "I (\u00b5V)"}, {"points", 2}, {"stored", false}, {"start", 5}, {"end", 6}, {"step", 1}});
@@ -161,7 +176,7 @@ TEST_CASE("kem convert: csv keeps every digit, quotes titles, and lists grids wi
   CHECK(ReadBytes(folder.Path("curve.csv")) == titles + "\n0.1,1\n0.2,2.5\n0.3,1e-07\n");
   CHECK(Kem("convert --to csv " + Quoted(WritePair(folder, "grid", true))).status == 0);
   CHECK(ReadBytes(folder.Path("grid.csv")) ==
-        titles + ",Z\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
+        "\"Field, \"\"B\"\" (G)\",Y,I (\u00b5V)\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
 }
 
 TEST_CASE("kem convert: what is written reads back, and the extension of the output chooses the format") {
@@ -208,7 +223,7 @@ TEST_CASE("kem convert: a linear axis has its coordinates and its count in every
   for (const auto& [source, format, points, text] : cases) {
     const std::string out = folder.Path(std::string("out.") + format);
     CAPTURE(out);
-    REQUIRE(Kem("convert -f -o " + Quoted(out) + Quoted(source)).status == 0);
+    REQUIRE(Kem("convert --classic -f -o " + Quoted(out) + Quoted(source)).status == 0);
     CHECK(ReadLines(out).find(text) != std::string::npos);
     if (std::string_view(format) != "csv") CHECK(PrnType(out.c_str(), 0).nX == points);
   }
@@ -243,7 +258,7 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
   };
   const auto before = Names(folder.Path("."));
   for (const auto& [arguments, sentence] : cases) {
-    const Result result = Kem("convert " + arguments);
+    const Result result = Kem("convert --classic --quiet " + arguments);
     CAPTURE(result.err);
     CHECK(result.status == 1);
     CHECK(result.err.starts_with("kem: " + arguments.substr(1, arguments.find('"', 1) - 1) + ": "));
@@ -275,13 +290,13 @@ TEST_CASE("kem: a pair counts once, and two files of a name are not made one") {
   folder.Write("pair.XGF", "axis");
   fs::copy(pair, folder.Path("small.dsc"));
   fs::copy(folder.Path("pair.DTA"), folder.Path("small.dta"));
-  folder.Write("pair.prn", "XY\n\n\n\n\n\n\n1 2\n");
+  folder.Write("pair.prn", "XY\n\n\n\n\n\n\n1 2\n3 4\n");
   const std::string none = folder.Path("none");
   const std::string out = folder.Path("new/folder");
   std::string all;
   for (const char* name : {"pair.DSC", "none", "pair.DTA", "pair.XGF", "pair.prn", "small.dta"})
     all += Quoted(folder.Path(name));
-  const Result result = Kem("convert --force --to csv --dir " + Quoted(out) + all);
+  const Result result = Kem("convert --quiet --force --to csv --dir " + Quoted(out) + all);
   CHECK(result.status == 1);
   CHECK(result.out.empty());
   CHECK(result.err.find("kem: " + none + ": no such file\n") == 0);
@@ -291,9 +306,10 @@ TEST_CASE("kem: a pair counts once, and two files of a name are not made one") {
 #ifndef _WIN32
   fs::remove(folder.Path("pair.DTA"));
   fs::create_symlink("pair.DTA", folder.Path("pair.DTA"));
-  CHECK(Kem(Quoted(pair)).err.ends_with("pair.DTA, which belongs to it: Too many levels of symbolic links\n"));
+  CHECK(Kem("info --classic " + Quoted(pair))
+            .err.ends_with("pair.DTA, which belongs to it: Too many levels of symbolic links\n"));
   fs::remove(folder.Path("pair.DTA"));
-  CHECK(Kem(Quoted(pair), "mkfifo " + Quoted(folder.Path("pair.DTA")) + "; ")
+  CHECK(Kem("info --classic " + Quoted(pair), "mkfifo " + Quoted(folder.Path("pair.DTA")) + "; ")
             .err.ends_with("pair.DTA, which belongs to it: is no ordinary file\n"));
 #endif
 }
@@ -307,14 +323,17 @@ TEST_CASE("kem: standard input and output, names longer than the library takes, 
   const std::string set = WriteColumns(folder, "set.txt");
   const std::string name = std::string(90, 'n') + "_02.txt";
   fs::copy(set, folder.Path(deep.substr(0, 151) + ".txt"));
-  CHECK(Kem("info --item 2 " + Quoted(folder.Path(deep.substr(0, 151) + ".txt"))).out.find(name + '\n') < 132);
+  const std::string longest = Quoted(folder.Path(deep.substr(0, 151) + ".txt")) + "--item 2 ";
+  CHECK(Kem("info --classic " + longest).out.find(name + '\n') < 132);
+  CHECK(Kem("info " + longest).out.find("item      2 of 3 green\n") != std::string::npos);
 
-  CHECK(Kem("info --item 2 - <" + Quoted(set)).out.starts_with("-_02\n"));
+  CHECK(Kem("info --item 2 - <" + Quoted(set))
+            .out.starts_with("-\nformat    columns of text\nitem      2 of 3 green\n"));
   CHECK(Kem("convert --to csv --item 2 - <" + Quoted(set)).out == "nm,green\n1,20\n2,21\n");
-  CHECK(
-      Kem("convert --to csv -ao - " + Quoted(set)).err.ends_with("item 3: standard output takes one item only\n"));
+  CHECK(Kem("convert --to csv -ao - " + Quoted(set))
+            .err.ends_with("item 3 'blue': standard output takes one item only\n"));
   CHECK(Kem("info - <" + Quoted(WritePair(folder, "pair", false))).err ==
-        "kem: -: recognised as Bruker BES3T, but that is a pair of files, and standard input is one\n");
+        "kem: -: its values, a file of the same name with .DTA, are missing\n");
 #ifndef _WIN32
   CHECK(Kem("info " + Quoted(folder.Path("pipe")), "mkfifo " + Quoted(folder.Path("pipe")) + "; ").err ==
         "kem: " + folder.Path("pipe") + ": is a pipe; kem reads files, and standard input as -\n");
@@ -333,21 +352,20 @@ TEST_CASE("kem items: each item is listed and converted under its number") {
   const TempFolder folder;
   fs::create_directory(folder.Path("run.d"));
   const std::string source = WriteColumns(folder, "run.d/set.txt");
-  CHECK(Kem("items " + Quoted(source)).out ==
-        source + ": 3 items\n1\tcurve 2\tred\n2\tcurve 2\tgreen\n3\tcurve 2\tblue\n");
+  CHECK(Kem("items " + Quoted(source)).out == source + ": 3 items\n1\tred\n2\tgreen\n3\tblue\n");
   const Result first = Kem("convert --to csv " + Quoted(source));
   CHECK(first.status == 0);
   CHECK(first.err == "kem: " + source + ": holds further items; --all-items takes them too\n");
   CHECK(Kem("convert --to csv --item 3 " + Quoted(source)).status == 0);
-  CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_03.csv"});
+  CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_03_blue.csv"});
   const Result all = Kem("convert --to csv --all-items " + Quoted(source));
   CHECK(all.status == 1);
-  CHECK(all.err.find(": item 3: ") != std::string::npos);
+  CHECK(all.err.find(": item 3 'blue': ") != std::string::npos);
   CHECK(Kem("convert -a -o " + Quoted(folder.Path("run.d/x.y.csv")) + Quoted(source)).status == 0);
-  CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_01.csv", "set_02.csv",
-                                                             "set_03.csv", "x.y_01.csv", "x.y_02.csv",
-                                                             "x.y_03.csv"});
-  CHECK(ReadBytes(folder.Path("run.d/set_02.csv")) == "nm,green\n1,20\n2,21\n");
+  CHECK(Names(folder.Path("run.d")) ==
+        std::set<std::string>{"set.txt", "set.csv", "set_01_red.csv", "set_02_green.csv", "set_03_blue.csv",
+                              "x.y_01_red.csv", "x.y_02_green.csv", "x.y_03_blue.csv"});
+  CHECK(ReadBytes(folder.Path("run.d/set_02_green.csv")) == "nm,green\n1,20\n2,21\n");
   CHECK(Kem("convert -a --to prn " + Quoted(Example("raman.prn")) + "-d " + Quoted(folder.Path("one"))).status ==
         0);
   CHECK(Names(folder.Path("one")) == std::set<std::string>{"raman.prn"});
@@ -363,11 +381,11 @@ TEST_CASE("kem: files that announce more than they hold") {
   for (const char* command : {"info ", "items ", "convert -a --to csv "}) {
     CHECK(Kem(command + Quoted(scan)).err ==
           "kem: " + scan + ": announces 2147483646 values, the file has 40 bytes\n");
-    CHECK(Kem(command + Quoted(image)).err ==
+    CHECK(Kem(std::string(command) + "--classic " + Quoted(image)).err ==
           "kem: " + image + ": announces 1049600 values, the file has 2 bytes\n");
   }
-  CHECK(Kem("info " + Quoted(oma)).err == "kem: " + oma + ": holds no points\n");
-  const Result items = Kem("items " + Quoted(oma));
+  CHECK(Kem("info --classic " + Quoted(oma)).err.starts_with("kem: " + oma + ": holds no points\n"));
+  const Result items = Kem("items --classic " + Quoted(oma));
   CHECK(items.status == 1);
   CHECK(items.out == oma + ": 1 item\n1\tcurve 0\tY\n");
   CHECK(items.err == "kem: " + oma + ": announces 65535 items, the file has 140 bytes\n");
@@ -383,18 +401,17 @@ TEST_CASE("kem items: files that count from 0, and signals that alternate") {
     curves.Text(std::string(header)).Put(std::int16_t{1}).Put(7).Put(0).Put(0);
   }
   const std::string iccd = folder.Write("set.crv", curves);
-  CHECK(Kem("items " + Quoted(iccd)).out ==
-        iccd + ": 3 items\n1\tcurve 1\tfirst\n2\tcurve 1\tsecond\n3\tcurve 1\tthird\n");
+  CHECK(Kem("items " + Quoted(iccd)).out == iccd + ": 3 items\n1\tfirst\n2\tsecond\n3\tthird\n");
   CHECK(Kem("convert --to csv --item 3 " + Quoted(iccd)).status == 0);
-  CHECK(Kem("info --item 4 " + Quoted(iccd)).err == "kem: " + iccd + ": holds no item 4\n");
-  CHECK(Names(folder.Path(".")) == std::set<std::string>{"set.crv", "set_03.csv"});
+  CHECK(Kem("info --item 4 " + Quoted(iccd)).err == "kem: " + iccd + ": holds no item 4, but 3\n");
+  CHECK(Names(folder.Path(".")) == std::set<std::string>{"set.crv", "set_03_third.csv"});
 
   const std::string scan =
       folder.Write("scan.txt", "[DcDelay]\nStart= 0\nEnd= 1\nStep= 1\nNrPoints= 2:4\n1 1 3 1\n2 1 4 1\n\n\n");
   CHECK(Kem("convert --to csv --all-items " + Quoted(scan)).status == 0);
-  CHECK(ReadBytes(folder.Path("scan_01.csv")) == "Delay Time (ps),Intensity\n0,1000\n1,2000\n");
-  CHECK(ReadBytes(folder.Path("scan_02.csv")) == "Delay Time (ps),Intensity\n0,3000\n1,4000\n");
-  CHECK(Kem("info --item 3 " + Quoted(scan)).err == "kem: " + scan + ": holds no item 3\n");
+  CHECK(ReadBytes(folder.Path("scan_01_first-signal.csv")) == "Delay Time (ps),Intensity\n0,1000\n1,2000\n");
+  CHECK(ReadBytes(folder.Path("scan_02_second-signal.csv")) == "Delay Time (ps),Intensity\n0,3000\n1,4000\n");
+  CHECK(Kem("info --item 3 " + Quoted(scan)).err == "kem: " + scan + ": holds no item 3, but 2\n");
 }
 
 TEST_CASE("kem: real spectra") {
@@ -402,11 +419,10 @@ TEST_CASE("kem: real spectra") {
   const TempFolder folder;
   const std::string samples = SampleFolder() + "/bes3t/";
   const Json strong = Json::parse(Kem("info --json " + Quoted(samples + "strong1.dsc")).out)[0];
-  CHECK(strong["x"]["end"] == 3425);
+  CHECK(strong["axes"][0]["last"] == 3425);
   CHECK(strong["values"]["max"] == 15748);
-  CHECK(strong["parameters"]["bes3tGain"] == 47);
-  CHECK(Kem("items " + Quoted(samples + "calib_4col.DSC")).out.find(": 4 items\n") != std::string::npos);
+  CHECK(Kem("items " + Quoted(samples + "calib_4col.DSC")).out.find(": 2 items\n") != std::string::npos);
   CHECK(Kem("convert -a --to csv -d " + Quoted(folder.Path(".")) + Quoted(samples + "calib_4col.DSC")).status == 0);
-  CHECK(Names(folder.Path(".")).size() == 4);
-  CHECK(ReadBytes(folder.Path("calib_4col_04.csv")).ends_with("\n94400,-227\n"));
+  CHECK(Names(folder.Path(".")).size() == 2);
+  CHECK(ReadBytes(folder.Path("calib_4col_02.csv")).ends_with("\n94400,-1380,-227\n"));
 }

@@ -209,19 +209,21 @@ int Calculate(const CLI::App& app, CalcOptions& options) {
   const ParsedExpression parsed = ParseExpression(options.expression, OperandsOf);
   if (!parsed.problem.empty()) Complain("calc: " + parsed.problem);
   if (!format || !parsed.problem.empty()) return kMisused;
-  const Value value = ValueOf(parsed.expression);
+  Value value = ValueOf(parsed.expression);
   if (!value) return kFailed;
   if (value.isNumber) {
     Complain("calc: the expression names no file");
     return kMisused;
   }
-  return NoProblem("calc", Save(*value.record, options.expression, 0, *format, options.output)) ? 0 : kFailed;
+  Input result{.file = options.expression, .record = std::move(value.record)};
+  return NoProblem("calc", Save(result, "", *format, options.output)) ? 0 : kFailed;
 }
 
 }  // namespace
 
 Run DefineCalc(CLI::App& app) {
   auto options = std::make_shared<CalcOptions>();
+  AddReading(app);
   app.add_option("EXPRESSION", options->expression, "What to calculate, in the quotes of the shell")
       ->type_name("")
       ->required();

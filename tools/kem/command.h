@@ -22,9 +22,13 @@ struct Command {
 // Exit status: 0 when everything asked for was done.
 inline constexpr int kFailed = 1;
 inline constexpr int kMisused = 2;
+inline constexpr int kDamaged = 4;  // of kem check
 
 Run DefineInfo(CLI::App& app);
 Run DefineItems(CLI::App& app);
+Run DefineCheck(CLI::App& app);
+Run DefineIdentify(CLI::App& app);
+Run DefineFormats(CLI::App& app);
 Run DefineConvert(CLI::App& app);
 Run DefineSlice(CLI::App& app);
 Run DefineCut(CLI::App& app);

@@ -11,14 +11,21 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"info", "Show what files hold: shape, axes, titles and acquisition parameters",
-     R"(The item, if a file holds several, counts from 1. A number in the JSON document
-is null where a file holds none that is finite. Texts that are no UTF-8 are
-taken for Latin-1.)",
+     R"(The item, if a file holds several, counts from 1. Notes on what is doubtful go to
+standard error. A number in the JSON document is null where a file holds none that
+is finite; docs/schema describes it. Texts that are no UTF-8 are taken for Latin-1.
+With --classic it is the report of the record that hosts of the library receive.)",
      DefineInfo},
     {"items", "List the items of files that hold several",
-     R"(Prints for each item its number, its shape and the title of its values, with a
-tab in between.)",
+     R"(Prints for each item its number and its name, with a tab in between. An item is one
+variable of a file, a block or page of JCAMP-DX, a spectrum of a series.)",
      DefineItems},
+    {"check", "Tell whether files are whole",
+     R"(Opens every item and prints what is damaged or doubtful. The status is 0 when all
+are whole, 4 when one is damaged, and 1 when one cannot be read.)",
+     DefineCheck},
+    {"identify", "Tell which format files have, and what tells so", "", DefineIdentify},
+    {"formats", "List the formats that are read and written", "", DefineFormats},
     {"convert", "Write files in another format",
      R"(Results go beside their sources, with the extension of the format, unless
 --output or --dir say otherwise. Existing files are left alone without --force,

@@ -20,7 +20,10 @@ std::string FormatList() {
 
 Run DefineConvert(CLI::App& app) {
   app.footer(app.get_footer() + FormatList());
-  return DefineTransform(app, [](Record&) { return Problem(); });
+  auto task = AddTask(app);
+  app.add_flag("--matrix", task->output.matrix, "csv: a line for each Y, with the X coordinates in the first line");
+  app.add_flag("--metadata", task->output.metadata, "Write axes, parameters and notes beside each file, as JSON");
+  return [&app, task] { return Transform(app, *task, nullptr); };
 }
 
 }  // namespace kem::tool

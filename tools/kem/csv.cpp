@@ -4,7 +4,9 @@
 #include <fstream>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
+#include "describe.h"
 #include "portable.h"
 #include "shape.h"
 #include "system.h"
@@ -24,10 +26,23 @@ class Table {
   }
 
   void Row(std::initializer_list<float> values) {
-    for (const float value : values) {
-      portable::AppendShortest(text_, value);
-      text_ += ',';
-    }
+    for (const float value : values) Add(value);
+    EndRow();
+  }
+
+  template <class Number>
+  void Add(Number value) {
+    portable::AppendShortest(text_, value);
+    text_ += ',';
+  }
+
+  // Fifteen digits: those behind them stem from the division that made the coordinate.
+  void AddLinear(double coordinate) {
+    portable::AppendGeneral(text_, coordinate, 15);
+    text_ += ',';
+  }
+
+  void EndRow() {
     text_.back() = '\n';
     if (text_.size() >= kPiece) Flush();
   }
@@ -67,7 +82,87 @@ void WriteTitles(Table& table, const PrnType& record) {
   }
 }
 
+// ------------------------------------------------------------ datasets
+
+std::string TitleOf(const std::string& name, const std::string& unit, const char* untitled) {
+  const std::string title = Named(name, unit);
+  return title.empty() ? untitled : title;
+}
+
+void AddCoordinate(Table& table, const Axis& axis, std::size_t k) {
+  if (axis.IsLinear())
+    table.AddLinear(axis[k]);
+  else
+    table.Add(axis[k]);
+}
+
+// Integers and single precision in the digits that they need.
+void AddNumber(Table& table, NumberType type, double value) {
+  if (type == NumberType::F32)
+    table.Add(static_cast<float>(value));
+  else
+    table.Add(value);
+}
+
+void AddValue(Table& table, const Values& values, std::size_t k) {
+  AddNumber(table, values.Type(), values.Real(k));
+  if (values.IsComplex()) AddNumber(table, values.Type(), values.Imaginary(k));
+}
+
+void WriteTitles(Table& table, const Dataset& d) {
+  constexpr const char* kAxes[] = {"X", "Y", "Z"};
+  const std::size_t rank = d.axes.size();
+  for (std::size_t k = 0; k < rank; ++k) {
+    const Axis& axis = d.axes[rank - 1 - k];  // the fastest first
+    table.Title(TitleOf(axis.name, axis.unit, kAxes[std::min<std::size_t>(k, 2)]), false);
+  }
+  const char* untitled = rank == 1 ? "Y" : "Z";
+  if (d.values.IsComplex()) {
+    const std::string name = d.name.empty() ? untitled : d.name;
+    table.Title(Named(name + " re", d.unit), false);
+    table.Title(Named(name + " im", d.unit), true);
+  } else {
+    table.Title(TitleOf(d.name, d.unit, untitled), true);
+  }
+}
+
+void WriteTable(Table& table, const Dataset& d) {
+  WriteTitles(table, d);
+  std::vector<std::size_t> at(d.axes.size());
+  for (std::size_t k = 0; k < d.values.Count(); ++k) {
+    for (std::size_t a = d.axes.size(); a-- > 0;) AddCoordinate(table, d.axes[a], at[a]);
+    AddValue(table, d.values, k);
+    table.EndRow();
+    for (std::size_t a = d.axes.size(); a-- > 0 && ++at[a] == d.axes[a].Count();) at[a] = 0;
+  }
+}
+
+void WriteMatrix(Table& table, const Dataset& d) {
+  const Axis& x = d.axes.back();
+  const std::size_t rows = d.axes.size() == 1 ? 1 : d.axes.front().Count();
+  table.Title(TitleOf(x.name, x.unit, "X"), false);
+  for (std::size_t i = 0; i < x.Count(); ++i) AddCoordinate(table, x, i);
+  table.EndRow();
+  for (std::size_t j = 0, k = 0; j < rows; ++j) {
+    if (d.axes.size() > 1)
+      AddCoordinate(table, d.axes.front(), j);
+    else
+      table.Title(TitleOf(d.name, d.unit, "Y"), false);
+    for (std::size_t i = 0; i < x.Count(); ++i, ++k) AddValue(table, d.values, k);
+    table.EndRow();
+  }
+}
+
 }  // namespace
+
+bool WriteCsv(const Dataset& dataset, const char* name, bool matrix) {
+  Table table(name);
+  if (matrix)
+    WriteMatrix(table, dataset);
+  else
+    WriteTable(table, dataset);
+  return table.Close();
+}
 
 bool WriteCsv(const PrnType& record, char* name) {
   Table table(name);

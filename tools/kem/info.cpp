@@ -1,15 +1,17 @@
 // kem info and kem items: what a file holds.
-#include <cstring>
+#include <algorithm>
 #include <iostream>
 #include <memory>
-#include <streambuf>
 
+#include "classic_info.h"
 #include "command.h"
+#include "describe.h"
 #include "input.h"
 #include "json.h"
 #include "options.h"
-#include "shape.h"
+#include "portable.h"
 #include "source.h"
+#include "system.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -22,156 +24,127 @@ struct InfoOptions {
   bool json = false;
 };
 
-// ------------------------------------------------------------ JSON
+// ------------------------------------------------------------ report
 
-// A stored axis has no step.
-Json Axis(const char* title, bool stored, int points, float start, float end, float step) {
-  Json axis = {{"title", Utf8(title)},
-               {"points", points},
-               {"stored", stored},
-               {"start", Number(start)},
-               {"end", Number(end)}};
-  if (!stored) axis["step"] = Number(step);
-  return axis;
+std::string TypeOf(const Values& values) {
+  return std::string(values.IsComplex() ? "complex " : "") + kem::NameOf(values.Type());
 }
 
-Json Values(const char* title, float least, float greatest) {
-  return {{"title", Utf8(title)}, {"min", Number(least)}, {"max", Number(greatest)}};
+// Ten digits will do for the eye; the JSON document has them all.
+std::string Number(double value) {
+  std::string text;
+  portable::AppendGeneral(text, value, 10);
+  return text;
 }
 
-template <class T>
-T ValueAt(const void* values, int index) {
-  T value;
-  std::memcpy(&value, static_cast<const char*>(values) + static_cast<std::size_t>(index) * sizeof value,
-              sizeof value);
-  return value;
+void PrintLine(const std::string& label, const std::string& text) {
+  constexpr std::size_t kWidth = 10;
+  if (!text.empty())
+    std::cout << label << std::string(std::max(kWidth, label.size() + 1) - label.size(), ' ') << Printable{text}
+              << '\n';
 }
 
-Json Value(const KemParameter& parameter, const void* values, int index) {
-  struct Text {
-    char text[kTextSize];
-  };
-  switch (parameter.kind) {
-    case KemParameterKind::Text:
-      return Utf8(ValueAt<Text>(values, index).text);
-    case KemParameterKind::Int:
-      return ValueAt<int>(values, index);
-    case KemParameterKind::Float:
-      return Number(ValueAt<float>(values, index));
-    case KemParameterKind::Bytes:
-      return ValueAt<unsigned char>(values, index);
+std::string Described(const Axis& axis) {
+  std::string text = Named(axis.name, axis.unit);
+  text +=
+      (text.empty() ? "" : ": ") + std::to_string(axis.Count()) + (axis.Count() == 1 ? " point, " : " points, ");
+  text += Number(axis.Start()) + " to " + Number(axis.End());
+  return text + (axis.IsLinear() ? " in steps of " + Number(axis.Step()) : ", stored");
+}
+
+std::string DescribedValues(const Dataset& d) {
+  std::string shape;
+  for (const Axis& axis : d.axes) shape += (shape.empty() ? "" : " x ") + std::to_string(axis.Count());
+  const Range range(d.values);
+  const std::string name = Named(d.name, d.unit);
+  return name + (name.empty() ? "" : ": ") + shape + ' ' + TypeOf(d.values) + ", " + Number(range.min) + " to " +
+         Number(range.max) + (d.values.IsComplex() ? " in magnitude" : "");
+}
+
+void PrintParameters(const Dataset& d) {
+  std::string section;
+  for (const Parameter& p : d.parameters) {
+    if (p.section != section) std::cout << '[' << Printable{section = p.section} << "]\n";
+    const bool told = p.unit.empty() || p.text.ends_with(p.unit) || p.key.ends_with('(' + p.unit + ')');
+    std::cout << "  " << Printable{p.key} << " = " << Printable{p.text} << (told ? "" : ' ' + p.unit) << '\n';
   }
-  return nullptr;
 }
 
-Json Parameters(const PrnType& record) {
-  Json parameters = Json::object();
-  for (const KemParameter& parameter : KemParameters(record.fileType)) {
-    const void* values = parameter.in(record);
-    Json& value = parameters[parameter.name];
-    if (parameter.count == 1) value = Value(parameter, values, 0);
-    for (int k = 0; parameter.count > 1 && k < parameter.count; ++k) value.push_back(Value(parameter, values, k));
-  }
-  return parameters;
+void PrintReport(const Input& input) {
+  const Dataset& d = *input.dataset;
+  std::cout << Printable{input.file} << '\n';
+  PrintLine("format", d.format);
+  if (d.items > 1) PrintLine("item", std::to_string(d.item) + " of " + std::to_string(d.items) + ' ' + d.itemName);
+  PrintLine("title", d.title);
+  PrintLine("values", DescribedValues(d));
+  for (const Axis& axis : d.axes) PrintLine("axis", Described(axis));
+  PrintParameters(d);
 }
-
-Json CommentLines(const PrnType& record) {
-  std::string text(2 * sizeof record.headerArea, '\0');
-  record.CommentBlock(text.data(), static_cast<int>(text.size()));
-  text.resize(std::strlen(text.c_str()));
-  Json lines = Json::array();
-  for (std::size_t start = 0; start < text.size();) {
-    const auto end = std::min(text.find('\n', start), text.size());
-    lines.push_back(Utf8(std::string_view(text).substr(start, end - start)));
-    start = end + 1;
-  }
-  return lines;
-}
-
-Json Describe(const Input& input) {
-  const PrnType& r = *input.record;
-  const Titles titles(r);
-  const bool grid = r.Is3D() != 0;
-  const char* format = KemFormatName(Source(input.file).Name().c_str());
-  Json description = {{"file", Utf8(input.file)},
-                      {"item", input.item},
-                      {"more", input.more},
-                      {"name", Utf8(r.fileName)},
-                      {"format", format ? format : ""},
-                      {"fileType", r.fileType},
-                      {"allocType", r.allocType},
-                      {"shape", grid ? "grid" : "curve"}};
-  const int points = grid ? r.nX : r.nY;
-  description["x"] = Axis(titles.x, r.HasX() != 0, points, r.xStart, r.xEnd, r.xStep);
-  if (grid) description["y"] = Axis(titles.y, r.HasY() != 0, r.nY, r.yStart, r.yEnd, r.yStep);
-  description["values"] = grid ? Values(titles.z, r.zMin, r.zMax) : Values(titles.y, r.yStart, r.yEnd);
-  description["parameters"] = Parameters(r);
-  description["comment"] = CommentLines(r);
-  return description;
-}
-
-// ------------------------------------------------------------ reports
-
-// While it lives, lines for standard output pass through it and become printable: a report holds what stood in a
-// file.
-class PrintableLines : std::streambuf {
- public:
-  PrintableLines() = default;
-  ~PrintableLines() override {
-    std::cout.rdbuf(below_.rdbuf());
-    std::cout.setstate(below_.rdstate());
-  }
-  PrintableLines(const PrintableLines&) = delete;
-  PrintableLines& operator=(const PrintableLines&) = delete;
-
- private:
-  int_type overflow(int_type c) override {
-    if (c != '\n') {
-      line_ += traits_type::to_char_type(c);
-    } else {
-      below_ << Printable{Utf8(line_)} << '\n';
-      line_.clear();
-    }
-    return below_ ? traits_type::not_eof(c) : traits_type::eof();
-  }
-
-  std::ostream below_{std::cout.rdbuf(this)};
-  std::string line_;
-};
 
 // ------------------------------------------------------------ commands
 
+// Opens each file and runs an action on it.
+int EachOpened(const InfoOptions& options, const std::function<void(const Input&)>& action) {
+  return EachFile(options.files, "", [&](const std::string& file) {
+    const Input input = HowToRead().classic ? LoadItem(file, options.item) : OpenItem(file, options.item);
+    if (!NoProblem(file, input.problem)) return false;
+    action(input);
+    return true;
+  });
+}
+
 int PrintReports(const InfoOptions& options) {
   bool first = true;
-  return EachFile(options.files, "", [&](const std::string& file) {
-    const Input input = LoadItem(file, options.item);
-    if (!NoProblem(file, input.problem)) return false;
+  return EachOpened(options, [&](const Input& input) {
     if (!first) std::cout << '\n';
     first = false;
-    const PrintableLines lines;
-    input.record->PrintLog(options.level);
-    return true;
+    if (!input.dataset) return PrintRecord(*input.record, options.level);
+    PrintReport(input);
+    std::cout.flush();
+    for (const Note& note : input.dataset->notes) Tell(input.file, note.text);
   });
 }
 
 int PrintJson(const InfoOptions& options) {
   Json document = Json::array();
-  const int status = EachFile(options.files, "", [&](const std::string& file) {
-    const Input input = LoadItem(file, options.item);
-    if (!NoProblem(file, input.problem)) return false;
-    document.push_back(Describe(input));
-    return true;
-  });
+  const int status = EachOpened(options, [&](const Input& input) { document.push_back(Describe(input)); });
   std::cout << document.dump(2) << '\n';
   return status;
 }
 
-bool PrintItems(const std::string& file) {
-  const auto [items, problem] = ListItems(file);
-  if (!items.empty()) std::cout << file << ": " << items.size() << (items.size() == 1 ? " item" : " items") << '\n';
-  for (std::size_t k = 0; k < items.size(); ++k)
-    std::cout << k + 1 << '\t' << ShapeOf(items[k]) << '\t' << Printable{Utf8(items[k].title)} << '\n';
-  return NoProblem(file, problem);
+struct ItemsOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+// The items of a file, or the problem.
+std::vector<ItemInfo> ItemsOf(const std::string& file, Problem& problem) {
+  const Source source(file, Source::Names::Any);
+  problem = source.WhyNot();
+  std::vector<ItemInfo> items;
+  if (problem.empty()) problem = Attempted(PathOf(source.Name()), [&] { items = Items(PathOf(source.Name())); });
+  return items;
+}
+
+int PrintItems(const ItemsOptions& options) {
+  Json document = Json::array();
+  const int status = EachFile(options.files, "", [&](const std::string& file) {
+    if (HowToRead().classic) return PrintClassicItems(file);
+    Problem problem;
+    const auto items = ItemsOf(file, problem);
+    if (!NoProblem(file, problem)) return false;
+    if (options.json) {
+      Json list = Json::array();
+      for (const ItemInfo& item : items) list.push_back({{"item", item.number}, {"name", item.name}});
+      document.push_back({{"file", Utf8(file)}, {"items", std::move(list)}});
+      return true;
+    }
+    std::cout << Printable{file} << ": " << items.size() << (items.size() == 1 ? " item" : " items") << '\n';
+    for (const ItemInfo& item : items) std::cout << item.number << '\t' << Printable{item.name} << '\n';
+    return true;
+  });
+  if (options.json) std::cout << document.dump(2) << '\n';
+  return status;
 }
 
 }  // namespace
@@ -180,19 +153,22 @@ Run DefineInfo(CLI::App& app) {
   auto options = std::make_shared<InfoOptions>();
   AddFiles(app, options->files);
   AddItem(app, options->item);
-  app.add_option("-l,--level", options->level,
-                 "How much to print: 1 shape, 2 also ranges, 3 also titles and parameters, 5 also all values "
-                 "(default 3)")
+  app.add_option(
+         "-l,--level", options->level,
+         "How much of the classic report to print: 1 shape, 2 also ranges, 3 also titles and parameters, 5 also "
+         "all values (default 3)")
       ->type_name("N")
-      ->check(WholeNumber(1, 5));
+      ->check(WholeNumber(1, 5))
+      ->needs(app.get_option("--classic"));
   app.add_flag("-j,--json", options->json, "Print one JSON document, a list with one record per file");
   return [options] { return options->json ? PrintJson(*options) : PrintReports(*options); };
 }
 
 Run DefineItems(CLI::App& app) {
-  auto files = std::make_shared<std::vector<std::string>>();
-  AddFiles(app, *files);
-  return [files] { return EachFile(*files, "", PrintItems); };
+  auto options = std::make_shared<ItemsOptions>();
+  AddFiles(app, options->files);
+  app.add_flag("-j,--json", options->json, "Print one JSON document, a list with one entry per file");
+  return [options] { return PrintItems(*options); };
 }
 
 }  // namespace kem::tool

@@ -1,21 +1,36 @@
-// Loading files: what readers say, why a load failed, and the items of a file that holds several.
+// Loading files: one item of a file, and why there is none.
 #pragma once
 
+#include <CLI/CLI.hpp>
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 #include "each_file.h"
-#include "kem.h"
+#include "kem/dataset.h"
 
 namespace kem::tool {
 
+// How this run of the command reads files.
+struct Reading {
+  bool classic = false;      // as hosts of the record receive them
+  std::optional<Part> part;  // of complex values, where only real ones fit
+  bool quiet = false;        // no notes
+};
+const Reading& HowToRead();
+// Complex values are taken as they are, so that a part need not be chosen.
+void TakeComplexValues();
+void AddReading(CLI::App& app);
+
 struct Input {
   std::string file;
-  int item = 1;                     // counted from 1, whatever the format counts from
-  bool more = false;                // whether further items follow
-  std::unique_ptr<PrnType> record;  // null when there is a problem
+  int item = 1;                         // counted from 1
+  bool more = false;                    // whether further items follow
+  std::string name = {};                // of the item
+  std::unique_ptr<PrnType> record;      // null when there is a problem
+  std::optional<Dataset> dataset = {};  // what the record was made of; none in the classic reading
   Problem problem = {};
 
   bool IsOneOfSeveral() const { return item > 1 || more; }
@@ -30,15 +45,17 @@ struct NamedItem {
 
 NamedItem ItemNamed(const std::string& name);
 
-// Loads one item of a file.
+// Opens one item of a file without making a record of it.
+Input OpenItem(const std::string& file, int item);
+
+// Loads one item of a file, and prints the notes on it that cast doubt on its values.
 Input LoadItem(const std::string& file, int item);
 
-// The items of a file, which is read once, and why there are none or fewer than it announces.
-struct Items {
-  std::vector<KemItem> held;
-  Problem problem;
-};
-Items ListItems(const std::string& file);
+// Runs a function; returns the sentence of an error that it throws, without the path in front of it.
+Problem Attempted(const std::filesystem::path& path, const std::function<void()>& function);
+
+// Prints a note about a file on standard error, unless notes are not wanted.
+void Tell(std::string_view file, const std::string& note);
 
 // Loads the items of a file one after the other and runs an action, which tells whether it succeeded, on each.
 // Returns whether all items were loaded and all actions succeeded.

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "input.h"
 #include "system.h"
 
 namespace kem::tool {
@@ -44,6 +45,7 @@ void AddFiles(CLI::App& app, std::vector<std::string>& files) {
          "Files of any format that kem knows; - is standard input")
       ->type_name("")
       ->required();
+  AddReading(app);
 }
 
 CLI::Option* AddItem(CLI::App& app, int& item) {

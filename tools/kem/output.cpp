@@ -1,9 +1,13 @@
 #include "output.h"
 
+#include <cerrno>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <system_error>
 
+#include "csv.h"
+#include "describe.h"
 #include "source.h"
 #include "system.h"
 #include "temporary_file.h"
@@ -15,19 +19,15 @@ namespace fs = std::filesystem;
 
 // ------------------------------------------------------------ targets
 
-std::string Numbered(const fs::path& name, int number) {
-  const std::string digits = std::to_string(number);
-  return name.stem().string() + (digits.size() < 2 ? "_0" : "_") + digits + name.extension().string();
-}
-
-fs::path TargetOf(const Output& output, const std::string& source, int number, const Format& format) {
+fs::path TargetOf(const Output& output, const std::string& source, const std::string& label,
+                  const char* extension) {
   fs::path target = PathOf(output.file);
   if (output.file.empty()) {
     target = PathOf(source == kStandard ? "stdin" : source);
     if (!output.folder.empty()) target = PathOf(output.folder) / target.filename();
-    target.replace_extension(format.name);
+    target.replace_extension(extension);
   }
-  if (number > 0) target.replace_filename(PathOf(Numbered(target.filename(), number)));
+  if (!label.empty()) target.replace_filename(PathOf(target.stem().string() + label + target.extension().string()));
   return target;
 }
 
@@ -49,24 +49,50 @@ Problem CannotReplace(const fs::path& target, const Output& output) {
   return output.force ? "" : target.string() + " exists already; --force overwrites it";
 }
 
+// Fills an empty file; returns what went wrong.
+using Writing = std::function<Problem(const std::string& name)>;
+
 // Writes a file beside its target, which it becomes when it is complete.
-Problem Write(PrnType& record, const Format& format, const fs::path& target, bool replace) {
+Problem Write(const Writing& write, const fs::path& target, bool replace) {
   TemporaryFile file(fs::path(target).remove_filename());
   if (!file.WhyNot().empty()) return target.string() + " cannot be created: " + file.WhyNot();
-  if (Problem problem = WriteRecord(record, format, file.Name()); !problem.empty())
-    return target.string() + ' ' + problem;
+  if (Problem problem = write(file.Name()); !problem.empty()) return target.string() + ' ' + problem;
   const Problem problem = file.MoveTo(target, replace);
   return problem.empty() ? "" : target.string() + " cannot be written: " + problem;
 }
 
 // Standard output gets a file when it is complete.
-Problem Print(PrnType& record, const Format& format) {
+Problem Print(const Writing& write) {
   TemporaryFile file(TemporaryFolder());
-  Problem problem = file.WhyNot().empty() ? WriteRecord(record, format, file.Name()) : file.WhyNot();
+  Problem problem = file.WhyNot().empty() ? write(file.Name()) : file.WhyNot();
   if (!problem.empty()) return "standard output " + problem;
   SetBinary(stdout);
   std::cout << std::ifstream(PathOf(file.Name()), std::ios::binary).rdbuf();
   return {};
+}
+
+Problem WhyIncomplete() {
+  return "cannot be written completely: " + std::generic_category().message(errno != 0 ? errno : EIO);
+}
+
+Problem WriteDocument(const Json& document, const std::string& name) {
+  std::ofstream out(PathOf(name), std::ios::binary);
+  out << document.dump(2) << '\n';
+  out.close();
+  return out ? "" : WhyIncomplete();
+}
+
+Problem Place(const Writing& write, const std::string& source, const std::string& label, const char* extension,
+              Output& output) {
+  std::error_code error;
+  if (!output.folder.empty()) fs::create_directories(PathOf(output.folder), error);
+  fs::path target = TargetOf(output, source, label, extension);
+  if (Problem problem = CannotReplace(target, output); !problem.empty()) return problem;
+  target = Resolved(target);
+  decltype(output.written) made = {{target, source}};  // memory runs out here, not when the file is there
+  Problem problem = Write(write, target, output.force);
+  if (problem.empty()) output.written.merge(made);
+  return problem;
 }
 
 }  // namespace
@@ -98,18 +124,23 @@ const Format* FormatOf(const CLI::App& app, const Output& output) {
   return format;
 }
 
-Problem Save(PrnType& record, const std::string& source, int number, const Format& format, Output& output) {
-  if (Problem problem = CannotHold(format, record); !problem.empty()) return problem;
-  if (output.file == kStandard) return number > 0 ? "standard output takes one item only" : Print(record, format);
-  std::error_code error;
-  if (!output.folder.empty()) fs::create_directories(PathOf(output.folder), error);
-  fs::path target = TargetOf(output, source, number, format);
-  if (Problem problem = CannotReplace(target, output); !problem.empty()) return problem;
-  target = Resolved(target);
-  decltype(output.written) made = {{target, source}};  // memory runs out here, not when the file is there
-  Problem problem = Write(record, format, target, output.force);
-  if (problem.empty()) output.written.merge(made);
-  return problem;
+Problem Save(Input& input, const std::string& label, const Format& format, Output& output) {
+  const bool whole = input.dataset && std::string_view(format.name) == "csv";
+  if (output.matrix && input.dataset && input.dataset->values.IsComplex())
+    return "a matrix takes real values; --part picks them";
+  if (!whole)
+    if (Problem problem = CannotHold(format, *input.record); !problem.empty()) return problem;
+  const Writing write = [&](const std::string& name) -> Problem {
+    if (!whole) return WriteRecord(*input.record, format, name);
+    return WriteCsv(*input.dataset, name.c_str(), output.matrix) ? "" : WhyIncomplete();
+  };
+  if (output.file == kStandard) return label.empty() ? Print(write) : "standard output takes one item only";
+  Problem problem = Place(write, input.file, label, format.name, output);
+  if (!problem.empty() || !output.metadata) return problem;
+  Output beside = output;
+  if (!output.file.empty()) beside.file = PathOf(output.file).replace_extension("json").string();
+  return Place([&](const std::string& name) { return WriteDocument(Describe(input), name); }, input.file, label,
+               "json", beside);
 }
 
 }  // namespace kem::tool

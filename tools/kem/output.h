@@ -17,6 +17,8 @@ struct Output {
   std::string folder;  // --dir
   std::string format;  // --to
   bool force = false;
+  bool matrix = false;                                        // --matrix, of csv
+  bool metadata = false;                                      // --metadata
   std::map<std::filesystem::path, std::string> written = {};  // files of this run, and what they came from
 
   bool IsAsked() const { return !(file.empty() && folder.empty() && format.empty()); }
@@ -30,8 +32,9 @@ void AddOutput(CLI::App& app, Output& output);
 // when neither tells.
 const Format* FormatOf(const CLI::App& app, const Output& output);
 
-// Writes a record that came from a file: to the file that was asked for, else beside its source or in the folder
-// asked for. `number` is put behind the name; 0 for none. The record's axes become what the format can tell.
-Problem Save(PrnType& record, const std::string& source, int number, const Format& format, Output& output);
+// Writes what came from a file: to the file that was asked for, else beside its source or in the folder asked for.
+// `label` is put behind the name. As csv an input whose dataset is still there is written as that, else its record
+// is; its axes become what the format can tell.
+Problem Save(Input& input, const std::string& label, const Format& format, Output& output);
 
 }  // namespace kem::tool

@@ -14,7 +14,8 @@ void AddSelection(CLI::App& app, Selection& selection) {
 
 bool NoProblem(const Input& input, const Problem& problem) {
   const bool name = input.IsOneOfSeveral() && !problem.empty();
-  return NoProblem(input.file, (name ? "item " + std::to_string(input.item) + ": " : "") + problem);
+  const std::string of = input.name.empty() ? "" : " '" + input.name + '\'';
+  return NoProblem(input.file, (name ? "item " + std::to_string(input.item) + of + ": " : "") + problem);
 }
 
 int EachSelected(const Selection& selection, std::string_view done, const std::function<bool(Input&)>& action) {

@@ -80,14 +80,14 @@ Problem NoOrdinaryFile(const std::string& name) {
 
 }  // namespace
 
-Source::Source(const std::string& typed) : typed_(typed), name_(typed) {
+Source::Source(const std::string& typed, Names names) : typed_(typed), name_(typed) {
   if (typed == kStandard) {
     problem_ = KeepStandardInput();
     if (standardInput) name_ = standardInput->Name();
     return;
   }
   problem_ = NoOrdinaryFile(typed);
-  if (problem_.empty() && typed.size() >= kTextSize) Link();
+  if (problem_.empty() && names == Names::Short && typed.size() >= kTextSize) Link();
 }
 
 void Source::Link() {

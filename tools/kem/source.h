@@ -17,7 +17,9 @@ inline constexpr std::string_view kStandard = "-";
 // so have its neighbours that differ in their extension only. Standard input is read once, to its end, and kept.
 class Source {
  public:
-  explicit Source(const std::string& typed);
+  // Whether longer names will do as they are.
+  enum class Names { Short, Any };
+  explicit Source(const std::string& typed, Names names = Names::Short);
 
   // Why the library should not be asked for it.
   const Problem& WhyNot() const { return problem_; }

@@ -1,0 +1,26 @@
+// What a dataset is, as a JSON document and in words.
+#pragma once
+
+#include <limits>
+#include <string>
+
+#include "input.h"
+#include "json.h"
+
+namespace kem::tool {
+
+// Smallest and largest of the values that are numbers; of complex ones, of their magnitudes.
+struct Range {
+  double min = std::numeric_limits<double>::quiet_NaN();
+  double max = std::numeric_limits<double>::quiet_NaN();
+
+  explicit Range(const Values& values);
+};
+
+// "Field (G)", or the one that there is.
+std::string Named(const std::string& name, const std::string& unit);
+
+// The document of kem info.
+Json Describe(const Input& input);
+
+}  // namespace kem::tool

@@ -15,6 +15,7 @@
 #include "load/announced.h"
 #include "load/block.h"
 #include "load/items.h"
+#include "load/keywords.h"
 #include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
@@ -27,8 +28,6 @@ using namespace kem::record;
 namespace {
 
 using Dilor = DilorHeaderType;
-
-void StoreNumber(float& value, std::string_view text) { ScanLine(text, "%g", {&value}); }
 
 // ------------------------------------------------------------ text
 
@@ -60,23 +59,16 @@ constexpr std::size_t kHeaderLines = 16;
 constexpr std::size_t kTrailerLines = 17;
 constexpr std::size_t kStepLine = 15;
 
-struct TrailerText {
+struct TrailerField {
   std::size_t line;
-  Text Dilor::*to;
+  Destination<Dilor> to;
 };
-constexpr TrailerText kTrailerTexts[] = {
-    {0, &Dilor::dilorOperator}, {1, &Dilor::dilorDate},   {2, &Dilor::dilorSample}, {3, &Dilor::dilorDetector},
-    {4, &Dilor::dilorGrating},  {5, &Dilor::dilorFilter}, {7, &Dilor::dilorPower},  {14, &Dilor::dilorComment},
-};
-
-struct TrailerNumber {
-  std::size_t line;
-  float Dilor::*to;
-};
-constexpr TrailerNumber kTrailerNumbers[] = {
-    {6, &Dilor::dilorExcLine},    {8, &Dilor::dilorForemono},   {9, &Dilor::dilorSpectro},
-    {10, &Dilor::dilorSlitWidth}, {11, &Dilor::dilorSpecWidth}, {12, &Dilor::dilorIntTime},
-    {13, &Dilor::dilorRepeat},
+constexpr TrailerField kTrailer[] = {
+    {0, &Dilor::dilorOperator}, {1, &Dilor::dilorDate},       {2, &Dilor::dilorSample},
+    {3, &Dilor::dilorDetector}, {4, &Dilor::dilorGrating},    {5, &Dilor::dilorFilter},
+    {6, &Dilor::dilorExcLine},  {7, &Dilor::dilorPower},      {8, &Dilor::dilorForemono},
+    {9, &Dilor::dilorSpectro},  {10, &Dilor::dilorSlitWidth}, {11, &Dilor::dilorSpecWidth},
+    {12, &Dilor::dilorIntTime}, {13, &Dilor::dilorRepeat},    {14, &Dilor::dilorComment},
 };
 
 // The points run from high to low abscissa, so the first number belongs at the end. Returns the values that were
@@ -99,29 +91,17 @@ constexpr std::streamoff kSeriesStart = 536;
 constexpr std::size_t kNumberSize = 4;
 constexpr std::size_t kNumbersPerBlock = 64;
 constexpr std::size_t kSeriesHeader = 406;
-constexpr std::size_t kNumberText = 10;
 
-struct SeriesText {
-  std::size_t offset;
-  std::size_t size;
-  Text Dilor::*to;
-};
-constexpr SeriesText kSeriesTexts[] = {
-    {36, 15, &Dilor::dilorXLabel},   {51, 15, &Dilor::dilorYLabel},  {135, 35, &Dilor::dilorOperator},
-    {170, 8, &Dilor::dilorDate},     {178, 35, &Dilor::dilorSample}, {213, 10, &Dilor::dilorDetector},
-    {223, 10, &Dilor::dilorGrating}, {256, 35, &Dilor::dilorFilter}, {301, 10, &Dilor::dilorPower},
-    {371, 35, &Dilor::dilorComment},
-};
-
-// Ten characters each.
-struct SeriesNumber {
-  std::size_t offset;
-  float Dilor::*to;
-};
-constexpr SeriesNumber kSeriesNumbers[] = {
-    {291, &Dilor::dilorExcLine},   {311, &Dilor::dilorForemono},  {321, &Dilor::dilorSpectro},
-    {331, &Dilor::dilorSlitWidth}, {341, &Dilor::dilorSpecWidth}, {351, &Dilor::dilorIntTime},
-    {361, &Dilor::dilorRepeat},
+constexpr BinaryField<Dilor> kSeriesLayout[] = {
+    {36, Chars{15}, &Dilor::dilorXLabel},     {51, Chars{15}, &Dilor::dilorYLabel},
+    {135, Chars{35}, &Dilor::dilorOperator},  {170, Chars{8}, &Dilor::dilorDate},
+    {178, Chars{35}, &Dilor::dilorSample},    {213, Chars{10}, &Dilor::dilorDetector},
+    {223, Chars{10}, &Dilor::dilorGrating},   {256, Chars{35}, &Dilor::dilorFilter},
+    {291, Chars{10}, &Dilor::dilorExcLine},   {301, Chars{10}, &Dilor::dilorPower},
+    {311, Chars{10}, &Dilor::dilorForemono},  {321, Chars{10}, &Dilor::dilorSpectro},
+    {331, Chars{10}, &Dilor::dilorSlitWidth}, {341, Chars{10}, &Dilor::dilorSpecWidth},
+    {351, Chars{10}, &Dilor::dilorIntTime},   {361, Chars{10}, &Dilor::dilorRepeat},
+    {371, Chars{35}, &Dilor::dilorComment},
 };
 constexpr std::size_t kCountOffset = 32;
 constexpr std::size_t kPointsOffset = 34;
@@ -194,15 +174,14 @@ int PrnType::ReadDilorSingle(std::ifstream& in) {
 
   CopyText(dilor.dilorXLabel, TextOf(header[kXLabelLine]));
   CopyText(dilor.dilorYLabel, TextOf(header[kYLabelLine]));
-  StoreNumber(xEnd, TextOf(header[kEndLine]));
-  StoreNumber(xStart, TextOf(header[kStartLine]));
+  StoreValue(xEnd, TextOf(header[kEndLine]));
+  StoreValue(xStart, TextOf(header[kStartLine]));
   Text rest;
   ReadStartOfLine(in, rest);
   Text trailer[kTrailerLines] = {};
   ReadTextLines(in, trailer);
-  for (const TrailerText& text : kTrailerTexts) CopyText(dilor.*text.to, TextOf(trailer[text.line]));
-  for (const TrailerNumber& number : kTrailerNumbers) StoreNumber(dilor.*number.to, TextOf(trailer[number.line]));
-  if (!storedX) StoreNumber(xStep, TextOf(trailer[kStepLine]));
+  for (const auto& [line, to] : kTrailer) Store(to, TextOf(trailer[line]), Whole, dilor);
+  if (!storedX) StoreValue(xStep, TextOf(trailer[kStepLine]));
 
   DivideByTime(values, dilor.dilorIntTime);
   TakeCurve(*this, points, std::move(x), std::move(y));
@@ -224,9 +203,7 @@ int PrnType::ReadDilorM3D(std::ifstream& in, int& count, int which) {
   count = 0;
   header.Get(kCountOffset, Wire::S16, count);
   header.Get(kPointsOffset, Wire::S16, points);
-  for (const SeriesText& text : kSeriesTexts) CopyText(dilor.*text.to, header.Text(text.offset, text.size));
-  for (const SeriesNumber& number : kSeriesNumbers)
-    StoreNumber(dilor.*number.to, header.Text(number.offset, kNumberText));
+  Fill<Dilor>(dilor, header, kSeriesLayout);
   DecodeField(header, kStartOffset, xStart);
   DecodeField(header, kEndOffset, xEnd);
 

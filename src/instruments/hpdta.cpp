@@ -91,8 +91,6 @@ void AppendTime(Header& block, std::string_view value) {
 
 using Target = Destination<Header>;
 
-std::optional<std::string_view> Whole(std::string_view value) { return value; }
-
 // ------------------------------------------------------------ status by position
 
 // "#1290": one character of any kind, then the position.

@@ -29,10 +29,6 @@ bool StartsWith(Bytes bytes, Bytes signature) {
   return bytes.size() >= signature.size() && std::equal(signature.begin(), signature.end(), bytes.begin());
 }
 
-std::string_view WithoutTrailingBlanks(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
 // ------------------------------------------------------------ image
 
 constexpr unsigned char kImageOf32Bits = 0xFD;
@@ -41,17 +37,12 @@ constexpr unsigned char kMagic[] = {0xFF, 0x04, 0x81};
 constexpr unsigned char kImageSignature[] = {0xFF, 0xFF, 0, 0, 0, 0x0A, 0, 0, 0, 0x0E};
 constexpr std::size_t kImageHeader = 258;
 
-constexpr std::size_t kXTitle = 14;
-constexpr std::size_t kXTitleSize = 184;
-constexpr std::size_t kYTitle = 202;
-constexpr std::size_t kYTitleSize = 8;
+constexpr BinaryField<PrnType> kTitles[] = {
+    {14, Chars{184, true}, &PrnType::xLabel},
+    {202, Chars{8, true}, &PrnType::yLabel},
+};
 constexpr std::size_t kWords = 214;
 enum : int { kRows = 2, kColumns = 3, kWordCount = 6 };
-
-// Up to the first NUL, then without the blanks behind it.
-void StoreTitle(Text& title, std::string_view padded) {
-  CopyText(title, WithoutTrailingBlanks(padded.substr(0, padded.find('\0'))));
-}
 
 // ------------------------------------------------------------ curves
 
@@ -68,7 +59,7 @@ constexpr int kFloats = 2;
 
 // A long title is cut at byte 131 of the header, wherever it begins: the Y title keeps 102 characters.
 void StoreCurveTitle(Text& title, std::string_view padded, std::size_t first) {
-  std::string_view text = WithoutTrailingBlanks(padded);
+  std::string_view text = padded.substr(0, padded.find_last_not_of(' ') + 1);
   if (text.size() >= kTextSize) text = text.substr(0, kTextSize - 1 - first);
   CopyText(title, text.substr(0, text.find('\0')));
 }
@@ -104,8 +95,7 @@ int PrnType::ReadIccdImg(std::ifstream& in) {
   const Bytes bytes = header.Bytes();
   if (bytes.empty() || (bytes[0] != kImageOf32Bits && bytes[0] != kImageOf16Bits)) return 0;
   if (!StartsWith(bytes.subspan(1), kMagic)) return 0;
-  StoreTitle(xLabel, header.Text(kXTitle, kXTitleSize));
-  StoreTitle(yLabel, header.Text(kYTitle, kYTitleSize));
+  Fill<PrnType>(*this, header, kTitles);
   for (int k = 0; k < kWordCount; ++k) {
     iccdImage.iccdImageHeader[k] = 0;
     header.Get(kWords + 2 * static_cast<std::size_t>(k), Wire::S16, iccdImage.iccdImageHeader[k]);

@@ -2,7 +2,9 @@
 //
 //   2135  directory entries; 2136 the entries, each beginning with its own length
 //   then  curves: a header of 48 bytes (point count at 0, value type at 8), the Y values, the X values
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <string>
 
 #include "dataset/of_record.h"
@@ -19,25 +21,25 @@ using namespace kem::record;
 
 namespace {
 
-constexpr std::size_t kSetup = 44;
-constexpr std::size_t kSetupSize = 81;
-constexpr std::size_t kCurveCount = 125;
+struct Setup {
+  Text title = {}, background = {};
+  int curves = 0, xFirst = 0, xCount = 0, yFirst = 0, yCount = 0;
+  int scanMode = 0, sliceMode = 0, active = 0, tracks = 0, slices = 0;
+};
+
+constexpr BinaryField<Setup> kSetup[] = {
+    {44, Chars{81}, &Setup::title},    {125, Wire::U16, &Setup::curves},    {359, Chars{77}, &Setup::background},
+    {2230, Wire::U16, &Setup::xFirst}, {2232, Wire::U16, &Setup::xCount},   {2234, Wire::U16, &Setup::yFirst},
+    {2236, Wire::U16, &Setup::yCount}, {2252, Wire::U16, &Setup::scanMode}, {2254, Wire::U16, &Setup::sliceMode},
+    {2260, Wire::U16, &Setup::active}, {2262, Wire::U16, &Setup::tracks},   {2264, Wire::U16, &Setup::slices},
+};
+// What the record keeps as bytes, and tables.
 constexpr std::size_t kCalibration = 308;
-constexpr std::size_t kBackground = 359;
-constexpr std::size_t kBackgroundSize = 77;
+constexpr std::size_t kRawWord = 2188;
+constexpr std::size_t kSegments = 2270;
 constexpr std::streamoff kDirectoryEntries = 2135;
 constexpr std::streamoff kDirectory = 2136;
-constexpr std::size_t kRawWord = 2188;
-constexpr std::size_t kRanges = 2230;
-constexpr std::size_t kScanMode = 2252;
-constexpr std::size_t kSliceMode = 2254;
-constexpr std::size_t kActive = 2260;
-constexpr std::size_t kTrackCount = 2262;
-constexpr std::size_t kSliceCount = 2264;
-constexpr std::size_t kSegments = 2270;
-
 constexpr std::size_t kCurveHeader = 48;
-constexpr std::size_t kCurveType = 8;
 
 int Word(const Block& header, std::size_t at) {
   int word = 0;
@@ -49,8 +51,6 @@ template <std::size_t Size>
 void CopyBytes(unsigned char (&to)[Size], const Block& header, std::size_t at) {
   header.Text(at, Size).copy(reinterpret_cast<char*>(to), Size);
 }
-
-std::string_view UpToNul(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 constexpr int kMostSegments = 5;
 constexpr std::size_t kSegmentSize = 4;
@@ -67,30 +67,26 @@ int ReadSegments(OMAHeaderType& block, std::istream& in, std::size_t at, int fil
   return filled;
 }
 
-void ReadHeader(PrnType& record, const Block& header, std::istream& in) {
-  OMAHeaderType& block = record.oma;
-  block = {};
-  std::string background(UpToNul(header.Text(kBackground, kBackgroundSize)));
-  if (Word(header, kActive) == 0) background += " INACTIVE";
-  CopyText(record.xLabel, UpToNul(header.Text(kSetup, kSetupSize)));
-  CopyText(record.yLabel, background);
-  CopyBytes(block.omaCalibration, header, kCalibration);
-  CopyBytes(block.omaRawWord, header, kRawWord);
-  for (int k = 0; k < 4; k += 2) {
-    const int first = Word(header, kRanges + 2 * static_cast<std::size_t>(k));
-    block.omaRange[k] = first;
-    block.omaRange[k + 1] = first + Word(header, kRanges + 2 * static_cast<std::size_t>(k) + 2) - 1;
-  }
-  const bool random = Word(header, kScanMode) == 1;
-  const bool sliced = Word(header, kSliceMode) == 1;
-  CopyText(block.omaScanMode, random ? "Random" : "Contiguous");
+void StoreSetup(PrnType& record, const Setup& setup, const Block& header, std::istream& in) {
+  const bool random = setup.scanMode == 1;
+  const bool sliced = setup.sliceMode == 1;
+  CopyText(record.xLabel, TextOf(setup.title));
+  CopyText(record.yLabel, std::string(TextOf(setup.background)) + (setup.active == 0 ? " INACTIVE" : ""));
   CopyText(record.zLabel, sliced ? "Non-Uniform" : "Uniform");
-  block.omaTrackCount = random ? Word(header, kTrackCount) : 0;
-  block.omaSliceCount = sliced ? Word(header, kSliceCount) : 0;
-  const int tracks = ReadSegments(block, in, kSegments, 0, block.omaTrackCount, 0);
+  OMAHeaderType& oma = record.oma;
+  oma = {};
+  const int ranges[] = {setup.xFirst, setup.xFirst + setup.xCount - 1, setup.yFirst,
+                        setup.yFirst + setup.yCount - 1};
+  std::copy(std::begin(ranges), std::end(ranges), oma.omaRange);
+  oma.omaTrackCount = random ? setup.tracks : 0;
+  oma.omaSliceCount = sliced ? setup.slices : 0;
+  CopyText(oma.omaScanMode, random ? "Random" : "Contiguous");
+  CopyBytes(oma.omaCalibration, header, kCalibration);
+  CopyBytes(oma.omaRawWord, header, kRawWord);
+  const int tracks = ReadSegments(oma, in, kSegments, 0, oma.omaTrackCount, 0);
   // Slices start behind as many entries as there are slices, whatever the number of tracks.
-  const std::size_t slices = kSegments + kSegmentSize * static_cast<std::size_t>(block.omaSliceCount);
-  ReadSegments(block, in, slices, tracks, block.omaSliceCount, 1);
+  const std::size_t slices = kSegments + kSegmentSize * static_cast<std::size_t>(oma.omaSliceCount);
+  ReadSegments(oma, in, slices, tracks, oma.omaSliceCount, 1);
 }
 
 struct CurveHeader {
@@ -102,7 +98,7 @@ struct CurveHeader {
     const Block block(in, at, kCurveHeader);
     held = block.Size() == kCurveHeader;
     points = Word(block, 0);
-    block.Get(kCurveType, Wire::S16, type);
+    block.Get(8, Wire::S16, type);
   }
   // A Y value takes as many bytes as the low digit of its type says, an X value four.
   std::streamoff Size() const {
@@ -157,9 +153,11 @@ int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   Reset(*this);
   if (which == 0) which = 1;
   const Block header(in, 0, kSegments);
-  count = Word(header, kCurveCount);
+  Setup setup;
+  Fill<Setup>(setup, header, kSetup);
+  count = setup.curves;
   if (which < 1 || which > count) return 0;
-  ReadHeader(*this, header, in);
+  StoreSetup(*this, setup, header, in);
 
   std::streamoff at = FirstCurve(in);
   for (int skipped = 1; skipped < which; ++skipped) {

@@ -166,6 +166,19 @@ bool Block::Get(std::size_t at, Wire wire, int& out) const {
   return true;
 }
 
+void Block::Get(std::size_t at, Chars chars, text::Text& out) const {
+  auto text = Text(at, chars.size);
+  if (chars.padded) {
+    text = text.substr(0, text.find('\0'));
+    text = text.substr(0, text.find_last_not_of(' ') + 1);
+  }
+  text::CopyText(out, text);
+}
+
+void Block::Get(std::size_t at, Chars chars, float& out) const {
+  text::ScanLine(Text(at, chars.size), "%g", {&out});
+}
+
 void Decode(Wire wire, Order order, std::span<const unsigned char> bytes, std::span<float> values,
             std::size_t step) {
   const std::size_t size = SizeOf(wire);

@@ -8,6 +8,8 @@
 #include <variant>
 #include <vector>
 
+#include "text/fields.h"
+
 namespace kem::load {
 
 enum class Order { Little, Big };
@@ -30,7 +32,13 @@ constexpr std::size_t SizeOf(Wire wire) {
   }
 }
 
-// Bytes of a file, as many of the wanted ones as it holds. A field past their end leaves its target alone.
+// A text of a fixed size, which a NUL may end earlier.
+struct Chars {
+  std::size_t size;
+  bool padded = false;  // with blanks, which do not count
+};
+
+// Bytes of a file, as many of the wanted ones as it holds. A number past their end leaves its target alone.
 class Block {
  public:
   // Reads from a position of the file; the stream stands behind the bytes afterwards, without failure.
@@ -45,6 +53,9 @@ class Block {
 
   bool Get(std::size_t at, Wire wire, int& out) const;
   bool Get(std::size_t at, Wire wire, float& out) const;
+  // A text, and a number written as one.
+  void Get(std::size_t at, Chars chars, text::Text& out) const;
+  void Get(std::size_t at, Chars chars, float& out) const;
 
  private:
   void Read(std::istream& in, std::size_t size);
@@ -57,14 +68,19 @@ class Block {
 template <class Record>
 struct BinaryField {
   std::size_t offset;
-  Wire wire;
-  std::variant<int Record::*, float Record::*> to;
+  std::variant<Wire, Chars> stored;
+  std::variant<int Record::*, float Record::*, text::Text Record::*> to;
 };
 
 template <class Record>
 void Fill(Record& record, const Block& block, std::span<const BinaryField<Record>> layout) {
   for (const auto& field : layout)
-    std::visit([&](auto member) { block.Get(field.offset, field.wire, record.*member); }, field.to);
+    std::visit(
+        [&](auto stored, auto member) {
+          if constexpr (requires { block.Get(field.offset, stored, record.*member); })
+            block.Get(field.offset, stored, record.*member);
+        },
+        field.stored, field.to);
 }
 
 // Converts values to floats; those that `bytes` does not hold leave their target alone. Value number k is taken

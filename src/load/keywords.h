@@ -42,6 +42,8 @@ constexpr auto FirstIn(std::string_view line, const Table& keywords) -> decltype
 // The value in a line, if there is one.
 using ValueOf = std::optional<std::string_view> (*)(std::string_view line);
 
+inline std::optional<std::string_view> Whole(std::string_view line) { return line; }
+
 // For formats that put their values behind the keyword.
 inline std::optional<std::string_view> SecondWord(std::string_view line) {
   constexpr std::string_view kSpace = " \t\n\v\f\r";

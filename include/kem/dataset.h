@@ -96,6 +96,17 @@ class KEM_API Values {
     std::copy(from.begin(), from.end(), bytes.get());
     return {NumberTypeOf<T>(), complex, numbers.size() / (complex ? 2 : 1), std::move(bytes)};
   }
+  /// Takes numbers over.
+  template <class T>
+  static Values Of(std::vector<T>&& numbers, bool complex = false) {
+    Values values;
+    values.type_ = NumberTypeOf<T>();
+    values.complex_ = complex;
+    values.count_ = numbers.size() / (complex ? 2 : 1);
+    const auto owner = std::make_shared<const std::vector<T>>(std::move(numbers));
+    values.bytes_ = {owner, reinterpret_cast<const std::byte*>(owner->data())};
+    return values;
+  }
 
   NumberType Type() const { return type_; }
   bool IsComplex() const { return complex_; }

@@ -43,7 +43,7 @@ Values GridValues(const PrnType& r) {
   std::vector<float> values(nX * nY);
   for (std::size_t i = 0; i < nX; ++i)
     for (std::size_t j = 0; j < nY; ++j) values[j * nX + i] = r.zArray[i][j];
-  return Values::Of(std::span<const float>(values));
+  return Values::Of(std::move(values));
 }
 
 // ------------------------------------------------------------ parameters

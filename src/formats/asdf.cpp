@@ -10,6 +10,7 @@
 #include "formats/asdf.h"
 #include "portable.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -71,8 +72,10 @@ class Decoder {
         most_((std::size_t{64} << 20) + 16 * text.size()),
         decimalComma_(decimalComma) {}
 
-  Ordinates Decode() {
-    result_.values.reserve(static_cast<std::size_t>(end_ - at_) / 4);
+  Ordinates Decode(double announced) {
+    const auto characters = static_cast<double>(end_ - at_);  // seldom fewer than values
+    result_.values.reserve(
+        static_cast<std::size_t>(announced > 0 ? std::min(announced, characters) : characters / 4));
     while (at_ != end_) Line();
     return std::move(result_);
   }
@@ -104,7 +107,7 @@ class Decoder {
         return false;
       case Form::Difference:
         form_ = Form::Difference;
-        difference_ = Number(symbol.digit);
+        difference_ = IsAlone() ? (++at_, symbol.digit) : Number(symbol.digit);
         Push(last_ + difference_);
         return false;
       case Form::Duplicate:
@@ -157,6 +160,13 @@ class Decoder {
     return static_cast<double>(negative ? -digits : digits);
   }
 
+  // Whether a character that stands for a digit is a whole number: what follows begins another one.
+  bool IsAlone() const {
+    if (end_ - at_ < 2) return true;
+    const Form next = SymbolOf(at_[1]).form;
+    return next == Form::Difference || next == Form::Duplicate || next == Form::LineEnd;
+  }
+
   bool IsPoint() const {
     return *at_ == '.' || (decimalComma_ && *at_ == ',' && end_ - at_ > 1 && IsDigit(at_[1]));
   }
@@ -197,6 +207,8 @@ class Decoder {
 
 }  // namespace
 
-Ordinates DecodeOrdinates(std::string_view text, bool decimalComma) { return Decoder(text, decimalComma).Decode(); }
+Ordinates DecodeOrdinates(std::string_view text, bool decimalComma, double announced) {
+  return Decoder(text, decimalComma).Decode(announced);
+}
 
 }  // namespace kem::formats

@@ -15,7 +15,7 @@ struct Ordinates {
 
 // Decodes a table of lines "abscissa ordinates": plain numbers, packed ones (the sign separates), and the squeezed,
 // difference and duplicate forms. The abscissae are passed over. Throws std::bad_alloc when duplicates ask for
-// more than 64 Mi values beyond 16 times the length of the text.
-Ordinates DecodeOrdinates(std::string_view text, bool decimalComma);
+// more than 64 Mi values beyond 16 times the length of the text. `announced` values save taking memory in steps.
+Ordinates DecodeOrdinates(std::string_view text, bool decimalComma, double announced = 0);
 
 }  // namespace kem::formats

@@ -274,7 +274,7 @@ Dataset OpenColumns(Source& source, int item) {
     d.axes = {axis(0, table.Rows(), 1)};
   d.name = titles.columns[values].name;
   d.unit = titles.columns[values].unit;
-  d.values = Values::Of(std::span<const double>(Column(table, values, table.Rows(), 1)));
+  d.values = Values::Of(Column(table, values, table.Rows(), 1));
   if (table.oddRows > 0)
     d.notes.push_back({Severity::Damaged, "rows of another length: " + std::to_string(table.oddRows)});
   return d;

@@ -286,7 +286,7 @@ Table ReadPairs(Dataset& d, std::string_view text, const Meaning& meaning, bool 
 }
 
 Table ReadOrdinates(Dataset& d, std::string_view text, const Meaning& meaning, bool decimalComma) {
-  formats::Ordinates ordinates = formats::DecodeOrdinates(text, decimalComma);
+  formats::Ordinates ordinates = formats::DecodeOrdinates(text, decimalComma, meaning.points.value_or(0));
   NoteUnknown(d, ordinates.unknownSymbols);
   if (ordinates.failedChecks > 0)
     d.notes.push_back({Severity::Doubtful, "lines that do not begin with the ordinate before: " +
@@ -360,7 +360,8 @@ Dataset OpenJcamp(Source& source, int number) {
 
   const std::string_view value = item.data->value;
   const auto lineEnd = std::min(value.find_first_of("\r\n"), value.size());
-  const std::string form = Normal(value.substr(0, value.substr(0, lineEnd).find("$$")));
+  const std::string_view line = value.substr(0, lineEnd);
+  const std::string form = Normal(line.substr(0, line.find("$$")));
   const std::string_view text = value.substr(lineEnd);
   const bool even = form.find("++") != form.npos;
   if (!even && !form.starts_with("(XY..XY)"))
@@ -373,7 +374,7 @@ Dataset OpenJcamp(Source& source, int number) {
   d.unit = meaning.yUnit;
   d.axes = {even ? EvenAxis(d, meaning, table.y.size())
                  : Axis::Stored(meaning.xName, meaning.xUnit, std::move(table.x))};
-  d.values = Values::Of(std::span<const double>(table.y));
+  d.values = Values::Of(std::move(table.y));
   return d;
 }
 

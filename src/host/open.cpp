@@ -130,7 +130,10 @@ Identity Identify(const std::filesystem::path& file) {
 
 std::vector<FormatInfo> Formats() {
   std::vector<FormatInfo> formats;
-  for (const Reader* reader : kReaders) formats.push_back({reader->format, SplitList(reader->extensions, ' ')});
+  for (const Reader* reader : kReaders) {
+    const bool named = *reader->extensions != '\0';
+    formats.push_back({reader->format, named ? SplitList(reader->extensions, ' ') : std::vector<std::string>()});
+  }
   return formats;
 }
 

@@ -14,7 +14,7 @@ Dataset Complex() {
   d.name = "I";
   d.unit = "V";
   d.axes = {Axis::Linear("Field", "G", 3, 10, 12)};
-  d.values = Values::Of(std::span<const double>(std::vector<double>{3, 4, 0, -1, 5, 12}), true);
+  d.values = Values::Of(std::vector<double>{3, 4, 0, -1, 5, 12}, true);
   return d;
 }
 
@@ -42,7 +42,7 @@ TEST_CASE("record: what a dataset becomes, and what does not fit") {
     CHECK(Described(Complex().ToRecord(part)) == std::string("Field (G)|I (V)|t 3x3: ") + values);
   Dataset grid = Complex();
   grid.axes = {Axis::Stored("Power", "mW", {2, 1}), Axis::Linear("X", "", 3, 0, 2)};
-  grid.values = Values::Of(std::span<const float>(std::vector<float>{1, 2, 3, 4, 5, 6}));
+  grid.values = Values::Of(std::vector<float>{1, 2, 3, 4, 5, 6});
   const Record g = grid.ToRecord();
   CHECK(Described(g) == "X|Power (mW)|I (V) 3x2: 1 4 2 5 3 6");
   CHECK(g.Coordinates(Along::Y) == std::vector<float>{2, 1});

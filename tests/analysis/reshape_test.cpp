@@ -4,25 +4,6 @@ using namespace kem::test;
 
 namespace {
 
-struct Window {
-  int first, count;
-  bool beyond;
-};
-
-Window Search(const Floats& axis, float a, float b) {
-  int first = 0, end = static_cast<int>(axis.size());
-  while (first < static_cast<int>(axis.size()) && axis[first] < std::min(a, b)) ++first;
-  while (end > 0 && axis[end - 1] > std::max(a, b)) --end;
-  return {first, end - first, end == 0 || first == static_cast<int>(axis.size())};
-}
-
-void CutByRule(const Window& w, bool stored, const float* from, float* to, float& start, float& end, float step) {
-  if (stored) std::copy_n(from + w.first, w.count, to);
-  const float origin = start;
-  start = static_cast<float>(w.first) * step + origin;
-  end = static_cast<float>(w.first + w.count - 1) * step + origin;
-}
-
 Floats Means(const Floats& values, int width) {
   Floats means;
   for (std::size_t a = 0; a + width <= values.size(); a += width) {
@@ -54,28 +35,24 @@ TEST_CASE("reshape: a slice sums or averages a band of a grid, bounds included a
 
 TEST_CASE("reshape: cutting keeps the window of the sorted data, with no points between two samples") {
   ForRandomRecords(AllocY, [](const PrnType& r, Rng& rng) {
-    PrnType sorted(r);
-    sorted.SortAxes();
-    const Floats xs = XOf(sorted), ys = YOf(sorted);
+    const PrnType s = Sorted(r);
+    const Floats xs = XOf(s), ys = YOf(s);
     const float x1 = Bound(rng, xs), x2 = Bound(rng, xs), y1 = Bound(rng, ys), y2 = Bound(rng, ys);
-    const Window x = Search(xs, x1, x2), y = r.Is3D() ? Search(ys, y1, y2) : x;
+    const auto x = Band(xs, x1, x2), y = r.Is3D() ? Band(ys, y1, y2) : x;
     const auto cut = Take(r.Cut(x1, x2, y1, y2));
-    if (x1 == x2 || (r.Is3D() && y1 == y2) || x.beyond || y.beyond) return CheckEmpty(*cut);
-    PrnType rule(static_cast<AllocType>(r.allocType), x.count, y.count);
-    rule.xStart = sorted.xStart, rule.xStep = sorted.xStep, rule.yStart = sorted.yStart, rule.yStep = sorted.yStep;
-    CutByRule(x, r.HasX(), sorted.xArray, rule.xArray, rule.xStart, rule.xEnd, rule.xStep);
-    CutByRule(y, r.HasY(), sorted.yArray, rule.yArray, rule.yStart, rule.yEnd, rule.yStep);
-    for (int i = 0; r.Is3D() && i < x.count; ++i)
-      std::copy_n(sorted.zArray[x.first + i] + y.first, y.count, rule.zArray[i]);
-    rule.MinMax();
-    CheckResult(*cut, rule, r, r.fileType);
+    if (x1 == x2 || (r.Is3D() && y1 == y2) || std::min(x.second, y.second) < 0 || x.first == r.nX ||
+        y.first == r.nY)
+      return CheckEmpty(*cut);
+    const int nX = x.second - x.first + 1, nY = y.second - y.first + 1;
+    CheckResult(*cut, Part(s, x.first, nX, y.first, nY), r, r.fileType);
   });
 }
 
 TEST_CASE("reshape: the closest point of a curve is deleted, the earlier of two") {
   CHECK_SAME(XOf(*Take(Curve({1, 3}, {0, 0}).DeleteClosest(2, 0))), Floats({3}));
-  CHECK_SAME(ValuesOf(*Take(Curve(10, 2, {5, 9, 5}).DeleteClosest(11, 8))), Floats({5, 5}));
-  CHECK_SAME(XOf(*Take(Curve(10, 2, {5, 9, 5}).DeleteClosest(13, 5))), Floats({10, 12}));
+  const PrnType curve = Curve(10, 2, {5, 9, 5});
+  CHECK(SameData(*Take(curve.DeleteClosest(11, 8)), Curve({10, 14}, {5, 5})));
+  CHECK(SameData(*Take(curve.DeleteClosest(13, 5)), Curve({10, 12}, {5, 9})));
   CheckEmpty(*Take(Curve({1}, {1}).DeleteClosest(1, 1)));
 }
 
@@ -107,21 +84,23 @@ TEST_CASE("reshape: exchanging X and Y transposes a grid and turns a curve over"
     CHECK_SAME(XOf(swapped), YOf(r));
     CHECK_SAME(YOf(swapped), XOf(r));
     CHECK_BITS(swapped.xStep, r.Is3D() ? r.yStep : r.xStep);
+    CHECK((r.Is3D() || swapped.allocType == AllocXY));
     for (int i = 0; r.Is3D() && i < r.nX; ++i)
       for (int j = 0; j < r.nY; ++j) CHECK_BITS(swapped.zArray[j][i], r.zArray[i][j]);
-    CHECK((r.Is3D() ? SameData(Swapped(swapped), r) : swapped.allocType == AllocXY));
   });
 }
 
-TEST_CASE("reshape: no data, no points, counts that a host set apart") {
+TEST_CASE("reshape and calculus: no data, no points, counts that a host set apart") {
   for (int type = AllocNone; type <= AllocXYZ; ++type) {
     PrnType r = Swapped(PrnType(static_cast<AllocType>(type)));
     r.xStep = r.yStep = -1;
     r.SortAxes();
-    CHECK(Take(r.XSlice(0, 1, 1))->nX + Take(r.YSlice(0, 1, 1))->nX == 0);
-    CheckEmpty(*Take(r.Cut(0, 1, 0, 1)));
-    CheckEmpty(*Take(r.DeleteClosest(0, 0)));
-    CheckEmpty(*Take(r.Reduce(1, 1)));
+    for (PrnType* result : {&r.XSlice(0, 1, 1), &r.YSlice(0, 1, 1), &r.RunningIntegral()})
+      CHECK(Take(*result)->nX == 0);
+    for (PrnType* result : {&r.Cut(0, 1, 0, 1), &r.DeleteClosest(0, 0), &r.Reduce(1, 1), &r.XDiff(), &r.YDiff(),
+                            &r.IntegrateX(0, 1), &r.IntegrateY(0, 1)})
+      CheckEmpty(*Take(*result));
+    CHECK(r.Integral(0, 1, 0, 1) == 0);
   }
   PrnType curve = Curve({3, 1, 2}, {30, 10, 20});
   curve.nX = 5;

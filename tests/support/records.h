@@ -40,6 +40,7 @@ inline PrnType Curve(float start, float step, const Floats& y) {
 inline std::unique_ptr<PrnType> Take(PrnType& handedOut) { return std::unique_ptr<PrnType>(&handedOut); }
 
 inline void CheckEmpty(const PrnType& r) { CHECK(!r); }
+inline std::string Name(const PrnType& r) { return r.fileName; }
 
 inline float Uniform(Rng& rng, float low, float high) {
   return low + (high - low) * static_cast<float>(rng() % 100001) / 100000.0f;
@@ -55,6 +56,17 @@ inline void FillAxis(Rng& rng, float* values, int count) {
   if (kind > 1) std::reverse(values, values + count);
 }
 
+// The values of a grid row by row, or those of a curve as one row.
+inline std::span<float* const> Rows(const PrnType& r) {
+  return {r.Is3D() ? r.zArray : &r.yArray, r.Is3D() ? static_cast<std::size_t>(r.nX) : 1};
+}
+
+inline Floats ValuesOf(const PrnType& r) {
+  Floats values;
+  for (const float* row : Rows(r)) values.insert(values.end(), row, row + r.nY);
+  return values;
+}
+
 // A curve or grid of any shape; stored axes as above, defined ones ascending or descending.
 inline PrnType RandomRecord(Rng& rng, int type, int nX, int nY) {
   PrnType record(static_cast<AllocType>(type), nX, nY);
@@ -67,14 +79,11 @@ inline PrnType RandomRecord(Rng& rng, int type, int nX, int nY) {
   define(record.yStart, record.yEnd, record.yStep, record.nY);
   if (record.HasX()) FillAxis(rng, record.xArray, record.nX);
   if (record.HasY() && record.Is3D()) FillAxis(rng, record.yArray, record.nY);
-  const auto values = [&rng, &record](float* row) {
-    for (int j = 0; j < record.nY; ++j) row[j] = Uniform(rng, -5, 5);
-  };
-  if (!record.Is3D()) values(record.yArray);
-  for (int i = 0; record.Is3D() && i < record.nX; ++i) values(record.zArray[i]);
+  for (float* row : Rows(record)) std::generate_n(row, record.nY, [&rng] { return Uniform(rng, -5, 5); });
   record.MinMax();
   record.active = 1;
   std::snprintf(record.fileName, sizeof record.fileName, "random %d", type);
+  std::snprintf(record.xLabel, sizeof record.xLabel, "delay");
   return record;
 }
 
@@ -104,20 +113,25 @@ inline Floats Coordinates(bool stored, const float* values, float start, float s
 inline Floats XOf(const PrnType& r) { return Coordinates(r.HasX(), r.xArray, r.xStart, r.xStep, r.nX); }
 inline Floats YOf(const PrnType& r) { return Coordinates(r.HasY(), r.yArray, r.yStart, r.yStep, r.nY); }
 
-inline Floats ValuesOf(const PrnType& r) {
-  if (!r.Is3D()) return {r.yArray, r.yArray + r.nY};
-  Floats values;
-  for (int i = 0; i < r.nX; ++i) values.insert(values.end(), r.zArray[i], r.zArray[i] + r.nY);
-  return values;
-}
-
 // A bound on or near a coordinate.
 inline float Bound(Rng& rng, const Floats& axis) {
   return axis[rng() % axis.size()] + (rng() % 2 ? 0 : Uniform(rng, -3, 3));
 }
 
+// The first sample not below two bounds in either order, and the last one not above them.
+inline std::pair<int, int> Band(const Floats& axis, float a, float b) {
+  int first = 0, last = static_cast<int>(axis.size()) - 1;
+  while (first < static_cast<int>(axis.size()) && axis[first] < std::min(a, b)) ++first;
+  while (last >= 0 && axis[last] > std::max(a, b)) --last;
+  return {first, last};
+}
+
 inline PrnType Swapped(PrnType r) {
   r.SwapXY();
+  return r;
+}
+inline PrnType Sorted(PrnType r) {
+  r.SortAxes();
   return r;
 }
 
@@ -126,6 +140,36 @@ inline PrnType CurveOver(const PrnType& r, const Floats& values) {
   PrnType curve = r.HasX() ? Curve(XOf(r), values) : Curve(r.xStart, r.xStep, values);
   curve.xEnd = r.xEnd;
   return curve;
+}
+
+// The part of a record from a sample of either axis on; defined axes are multiplied out.
+inline PrnType Part(const PrnType& r, int x, int nX, int y, int nY) {
+  const auto at = [](int k, float step, float start) { return static_cast<float>(k) * step + start; };
+  PrnType part(static_cast<AllocType>(r.allocType), nX, nY);
+  part.xStart = at(x, r.xStep, r.xStart), part.xEnd = at(x + nX - 1, r.xStep, r.xStart), part.xStep = r.xStep;
+  part.yStart = at(y, r.yStep, r.yStart), part.yEnd = at(y + nY - 1, r.yStep, r.yStart), part.yStep = r.yStep;
+  if (r.HasX()) std::copy_n(r.xArray + x, nX, part.xArray);
+  if (r.HasY()) std::copy_n(r.yArray + y, nY, part.yArray);
+  for (int i = 0; r.Is3D() && i < nX; ++i) std::copy_n(r.zArray[x + i] + y, nY, part.zArray[i]);
+  part.MinMax();
+  return part;
+}
+
+// What a filter along X makes of a record: `rule` of the samples around v[0], and `margin` of them lost at either
+// end.
+template <class Rule>
+PrnType Filtered(const PrnType& r, int margin, Rule rule) {
+  const PrnType s = Sorted(r);
+  const int n = r.nX - 2 * margin, columns = r.Is3D() ? r.nY : 1;
+  PrnType f = r.Is3D() ? Part(s, margin, n, 0, columns) : Part(s, margin, n, margin, n);
+  f.xEnd = s.xEnd - static_cast<float>(margin) * s.xStep, f.yEnd = s.yEnd;
+  for (int j = 0; j < columns; ++j) {
+    Floats line;
+    for (int i = 0; i < r.nX; ++i) line.push_back(r.Is3D() ? s.zArray[i][j] : s.yArray[i]);
+    for (int k = 0; k < n; ++k) (r.Is3D() ? f.zArray[k][j] : f.yArray[k]) = rule(&line[k + margin]);
+  }
+  f.MinMax();
+  return f;
 }
 
 // That two records hold the same data on the same axes.
@@ -138,9 +182,9 @@ inline bool SameData(const PrnType& a, const PrnType& b) {
 // That an operation on a record made this.
 inline void CheckResult(const PrnType& result, const PrnType& expected, const PrnType& source, int fileType) {
   CHECK(SameData(result, expected));
-  CHECK(result.fileType == fileType);
-  CHECK(result.active == 1);
-  CHECK(std::string(result.fileName) == source.fileName);
+  CHECK((result.fileType == fileType && result.active == 1));
+  CHECK(Name(result) == source.fileName);
+  if (fileType == source.fileType) CHECK(std::string(result.xLabel) == source.xLabel);
 }
 
 }  // namespace kem::test

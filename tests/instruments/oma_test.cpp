@@ -1,4 +1,4 @@
-#include "support/support.h"
+#include "support/loads.h"
 
 using namespace kem::test;
 
@@ -40,65 +40,40 @@ std::string OmaFile(const Oma& o = {}) {
   return bytes;
 }
 
-PrnType Load(const std::string& bytes, int index = 0) {
-  const TempFolder folder;
-  return PrnType(folder.Write("curve.dat", bytes).c_str(), index);
-}
+std::string Loaded(const Oma& o, int index = 0) { return Facts(Load("curve.dat", OmaFile(o), index)); }
 
 }  // namespace
 
 TEST_CASE("oma: curves of every value type, sorted by X") {
-  for (const int type : {1, 2, 4, 18, 20, 52, 56}) {
+  const std::string first = "13 XY 3x3 x 1 3 1: 1 2 3 y 10 30 1 = 10 20 30 | setup|background|Uniform";
+  const std::string second = "13 XY 3x3 x 1 3 1: 1 2 3 y 11 31 1 = 11 21 31 | setup|background|Uniform";
+  for (const int type : {1, 2, 4, 18, 20, 52, 56})
     for (const int which : {0, 1, 2}) {
       CAPTURE(type);
-      CAPTURE(which);
-      const PrnType r = Load(OmaFile({.type = type}), which);
-      REQUIRE(r.nY == 3);
-      CHECK(r.fileType == FileOMA);
-      CHECK(r.allocType == AllocXY);
-      CHECK_BITS(r.xArray[0], 1);
-      CHECK_BITS(r.yArray[0], static_cast<float>(which == 2 ? 11 : 10));
-      CHECK_BITS(r.yArray[2], static_cast<float>(which == 2 ? 31 : 30));
+      CHECK(Loaded({.type = type}, which) == (which < 2 ? first : second));
       CHECK(ReadNextFlag == (which == 2 ? 0 : 1));
     }
-  }
-  CHECK_BITS(Load(OmaFile({.type = 3, .curves = 1})).yEnd, 0);  // an unknown type has no values
-  CHECK(!Load(OmaFile(), 3));
-  CHECK(!Load(OmaFile(), -1));
+  CHECK_BITS(Load("curve.dat", OmaFile({.type = 3, .curves = 1})).yEnd, 0);  // an unknown type has no values
+  for (const int which : {3, -1}) CHECK(Loaded({}, which) == "none");
 }
 
-TEST_CASE("oma: header, ranges and segments") {
-  const PrnType plain = Load(OmaFile({.active = 0}));
-  CHECK(std::string(plain.xLabel) == "setup");
-  CHECK(std::string(plain.yLabel) == "background INACTIVE");
-  CHECK(std::string(plain.zLabel) == "Uniform");
-  CHECK(std::string(plain.oma.omaScanMode) == "Contiguous");
-  CHECK(plain.oma.omaTrackCount == 0);
-  const int ranges[] = {10, 14, 20, 20};
-  for (int k = 0; k < 4; ++k) CHECK(plain.oma.omaRange[k] == ranges[k]);
-  const PrnType both = Load(OmaFile({.scanMode = 1, .sliceMode = 1}));
-  CHECK(std::string(both.yLabel) == "background");
-  const int isSlice[] = {0, 0, 0, 1, 1};
-  const int first[] = {100, 102, 104, 108, 110};  // slices behind as many entries as there are slices: four
-  for (int k = 0; k < 5; ++k) {
-    CHECK(both.oma.omaSegmentIsSlice[k] == isSlice[k]);
-    CHECK(both.oma.omaSegmentFirst[k] == first[k]);
-    CHECK(both.oma.omaSegmentWidth[k] == first[k] + 1);
-  }
-}
-
-TEST_CASE("oma: without a calibration the axis counts pixels") {
-  const PrnType pixels = Load(OmaFile({.calibration = 0.1f}));
-  CHECK(pixels.nY == 3);
-  CHECK_BITS(pixels.xArray[2], 0.1f <= 0.1 ? 2 : 3);
-  CHECK_BITS(Load(OmaFile({.calibration = 0})).yArray[0], 30);
+TEST_CASE("oma: header, ranges and segments; without a calibration the axis counts pixels") {
+  CHECK(Loaded({.active = 0}) ==
+        "13 XY 3x3 x 1 3 1: 1 2 3 y 10 30 1 = 10 20 30 | setup|background INACTIVE|Uniform");
+  CHECK(HeaderOf(Load("curve.dat", OmaFile())) ==
+        "Contiguous|0|0|128|63|0|0|0|0|0|0|0|0|0|0|0|0|0|0|32|64|10|14|20|20|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|");
+  // Slices stand behind as many entries as there are slices: four.
+  CHECK(HeaderOf(Load("curve.dat", OmaFile({.scanMode = 1, .sliceMode = 1}))) ==
+        "Random|0|0|128|63|0|0|0|0|0|0|0|0|0|0|0|0|0|0|32|64|10|14|20|20|3|4|0|0|0|1|1|100|102|104|108|110|101|103|"
+        "105|109|111|");
+  CHECK(Loaded({.calibration = 0}) == "13 XY 3x3 x 0 2 1: 0 1 2 y 10 30 1 = 30 10 20 | setup|background|Uniform");
+  CHECK_BITS(Load("curve.dat", OmaFile({.calibration = 0.1f})).xArray[2], 0.1f <= 0.1 ? 2 : 3);
 }
 
 TEST_CASE("oma: short and damaged files") {
   const std::string whole = OmaFile();
-  const PrnType cut = Load(whole.substr(0, 2136 + 400 + 48 + 2));
-  CHECK(cut.nY == 3);
-  CHECK_BITS(cut.yEnd, 30);
+  CHECK(Facts(Load("curve.dat", whole.substr(0, 2136 + 400 + 48 + 2))) ==
+        "13 XY 3x3 x 0 0 1: 0 0 0 y 0 30 1 = 30 0 0 | setup|background|Uniform");
   LoadEveryPrefix("cut.dat", whole, 8);
   LoadDamaged("hurt.dat", whole, 300);
 }

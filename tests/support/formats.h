@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "support/loads.h"
 #include "support/records.h"
 
 namespace kem::test {
@@ -30,12 +31,6 @@ inline std::string Written(const PrnType& record, int (PrnType::*writer)(char*) 
   std::string bytes = ReadBytes(path);
   if (bytes.substr(0, 2) != "[B") std::erase(bytes, '\r');
   return bytes;
-}
-
-// The same text as made by hand under Windows.
-inline std::string WithCrLf(std::string text) {
-  for (auto at = text.find('\n'); at != text.npos; at = text.find('\n', at + 2)) text.insert(at, "\r");
-  return text;
 }
 
 }  // namespace kem::test

@@ -235,6 +235,9 @@ struct Identity {
 struct FormatInfo {
   std::string name;
   std::vector<std::string> extensions;  ///< with their dot, in the spelling of the instruments
+  bool pair =
+      false;  ///< two files belong together: one with the first extension, of parameters, one with the second
+  std::vector<std::string> companions = {};  ///< extensions of files beside them that are read along
 };
 
 /// Opens one item of a file, counted from 1.

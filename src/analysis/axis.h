@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "kem.h"
+#include "record/axis.h"
 
 namespace kem::analysis {
 
@@ -40,6 +41,9 @@ class AxisValues {
 // arrays.
 AxisValues XValues(const PrnType& record);
 AxisValues YValues(const PrnType& record);
+inline AxisValues ValuesOf(const PrnType& record, const record::AxisFields& axis) {
+  return axis.bit == AllocX ? XValues(record) : YValues(record);
+}
 
 // The X coordinates that have values: those of a curve end with the smaller of its counts.
 AxisValues SampledX(const PrnType& record);

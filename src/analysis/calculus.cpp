@@ -12,7 +12,7 @@
 #include "record/storage.h"
 
 using namespace kem::analysis;
-using kem::record::OwnsArrays;
+using namespace kem::record;
 
 namespace {
 
@@ -146,18 +146,18 @@ PrnType& Finish(std::unique_ptr<PrnType> profile, const Band& band) {
 }  // namespace
 
 PrnType& PrnType::XDiff() const {
-  if (!OwnsArrays(allocType) || KeptX(*this).count < kLeastSamples) return *new PrnType;
+  if (!OwnsArrays(allocType) || Kept(*this, kX).count < kLeastSamples) return *new PrnType;
   const Sorted sorted(*this);
-  const KeptAxis x = Inner(KeptX(*sorted), kReach);
+  const KeptAxis x = Inner(Kept(*sorted, kX), kReach);
   auto result = NewResult(*this, allocType, x.count, nY);
   result->CopyHeader(*sorted);
   if (Is3D()) {
     for (int k = 0; k < x.count; ++k) SlopesAcross(sorted->zArray + k, result->zArray[k], nY);
-    SetY(*result, KeptY(*sorted));
+    SetAxis(*result, kY, Kept(*sorted, kY));
   } else {
     SlopesAlong(sorted->yArray, result->yArray, x.count);
   }
-  SetX(*result, x);
+  SetAxis(*result, kX, x);
   result->MinMax();
   return *result.release();
 }
@@ -168,8 +168,8 @@ PrnType& PrnType::YDiff() const {
   auto result = NewResult(*this, allocType, nX, nY - 2 * kReach);
   result->CopyHeader(*sorted);
   for (int i = 0; i < nX; ++i) SlopesAlong(sorted->zArray[i], result->zArray[i], result->nY);
-  SetX(*result, KeptX(*sorted));
-  SetY(*result, Inner(KeptY(*sorted), kReach));
+  SetAxis(*result, kX, Kept(*sorted, kX));
+  SetAxis(*result, kY, Inner(Kept(*sorted, kY), kReach));
   result->MinMax();
   return *result.release();
 }
@@ -188,7 +188,7 @@ PrnType& PrnType::IntegrateY(float y1, float y2) const {
   const AxisValues y = YValues(*grid);
   const Band band = BandOf(y, y1, y2);
   if (band.empty) return *new PrnType;
-  auto profile = NewProfile(*this, KeptX(*grid));
+  auto profile = NewProfile(*this, Kept(*grid, kX));
   for (int i = 0; i < nX; ++i) {
     const float* row = grid->zArray[i];
     float sum = 0;
@@ -205,7 +205,7 @@ PrnType& PrnType::IntegrateX(float x1, float x2) const {
   const AxisValues x = XValues(*grid);
   const Band band = BandOf(x, x1, x2);
   if (band.empty) return *new PrnType;
-  auto profile = NewProfile(*this, KeptY(*grid));
+  auto profile = NewProfile(*this, Kept(*grid, kY));
   float* sums = profile->yArray;
   std::fill_n(sums, nY, 0.0f);
   for (auto i = static_cast<std::size_t>(band.first); i < static_cast<std::size_t>(band.last); ++i)
@@ -219,9 +219,9 @@ PrnType& PrnType::IntegrateX(float x1, float x2) const {
 PrnType& PrnType::RunningIntegral() const {
   if (!OwnsArrays(allocType) || Is3D()) return *new PrnType;
   const AxisValues x = SampledX(*this);
-  auto result = NewResult(*this, allocType, KeptX(*this).count);
+  auto result = NewResult(*this, allocType, Kept(*this, kX).count);
   result->CopyHeader(*this);
-  SetX(*result, KeptX(*this));
+  SetAxis(*result, kX, Kept(*this, kX));
   result->xStep = xStep;
   float sum = 0;
   for (std::size_t k = 0; k < x.size(); ++k) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 #include "analysis/axis.h"
@@ -43,24 +44,12 @@ struct EvenAxis {
   }
 };
 
-void DefineX(PrnType& r, const EvenAxis& axis) {
+// The axis goes with its coordinates, which are those that it defines.
+void Define(PrnType& r, const AxisFields& axis, const EvenAxis& as) {
   if (!r) return;
-  delete[] r.xArray;
-  r.xArray = nullptr;
-  r.xStart = axis.from;
-  r.xEnd = axis.to;
-  r.xStep = axis.step;
-  r.allocType &= ~AllocX;
-}
-
-void DefineY(PrnType& r, const EvenAxis& axis) {
-  if (!r) return;
-  delete[] r.yArray;
-  r.yArray = nullptr;
-  r.yStart = axis.from;
-  r.yEnd = axis.to;
-  r.yStep = axis.step;
-  r.allocType &= ~AllocY;
+  delete[] std::exchange(r.*axis.values, nullptr);
+  axis.Define(r, as.from, as.to, as.step);
+  r.allocType &= ~axis.bit;
 }
 
 // ------------------------------------------------------------ values
@@ -141,7 +130,7 @@ PrnType& PrnType::InterpolateY(float from, float to, float step) const {
   if (!IsCurve(*this) || step == 0) return *new PrnType;
   const EvenAxis x{from, to, step};
   auto result = Resampled(*this, x);
-  DefineX(*result, x);
+  Define(*result, kX, x);
   return *result.release();
 }
 
@@ -156,8 +145,8 @@ PrnType& PrnType::InterpolateZ(float xFrom, float xTo, float xDelta, float yFrom
   const EvenAxis x{xFrom, xTo, xDelta};
   const EvenAxis y{yFrom, yTo, yDelta};
   auto result = Resampled(*this, x, y);
-  DefineX(*result, x);
-  DefineY(*result, y);
+  Define(*result, kX, x);
+  Define(*result, kY, y);
   return *result.release();
 }
 
@@ -165,7 +154,7 @@ PrnType& PrnType::InterpolateXZ(float* const xs, int nx, float yFrom, float yTo,
   if (!IsGrid(*this) || nx <= 0) return *new PrnType;
   const EvenAxis y{yFrom, yTo, yDelta};
   auto result = Resampled(*this, FirstOf(xs, nx), y);
-  DefineY(*result, y);
+  Define(*result, kY, y);
   return *result.release();
 }
 
@@ -173,6 +162,6 @@ PrnType& PrnType::InterpolateYZ(float xFrom, float xTo, float xDelta, float* con
   if (!IsGrid(*this) || ny <= 0) return *new PrnType;
   const EvenAxis x{xFrom, xTo, xDelta};
   auto result = Resampled(*this, x, FirstOf(ys, ny));
-  DefineX(*result, x);
+  Define(*result, kX, x);
   return *result.release();
 }

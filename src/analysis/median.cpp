@@ -275,9 +275,9 @@ Index HalfOf(int width) { return std::max(width, 0) / 2; }
 
 PrnType& PrnType::Median2D(int w) const {
   if (!OwnsArrays(allocType) || Is3D()) return *new PrnType;
-  const KeptAxis x = KeptX(*this);
+  const KeptAxis x = Kept(*this, kX);
   auto result = NewResult(*this, allocType, x.count);
-  SetX(*result, x);
+  SetAxis(*result, kX, x);
   result->CopyHeader(*this);
   result->xStart = xStart;
   result->xEnd = xEnd;
@@ -291,8 +291,8 @@ PrnType& PrnType::Median2D(int w) const {
 PrnType& PrnType::Median3D(int w) const {
   if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
   auto result = NewResult(*this, allocType, nX, nY);
-  SetX(*result, KeptX(*this));
-  SetY(*result, KeptY(*this));
+  SetAxis(*result, kX, Kept(*this, kX));
+  SetAxis(*result, kY, Kept(*this, kY));
   result->CopyHeader(*this);
   result->xStep = xStep;
   result->xStart = xStart;

@@ -62,10 +62,15 @@ Grid PartOf(float* const* rows, const Window& x, const Window& y) {
   return part;
 }
 
-void CutDefined(float& start, float& end, float step, const Window& window) {
-  const float origin = start;
-  start = static_cast<float>(window.first) * step + origin;
-  end = static_cast<float>(window.first + window.count - 1) * step + origin;
+void CutAxis(PrnType& r, const AxisFields& axis, const Window& window, std::unique_ptr<float[]> stored) {
+  const float origin = r.*axis.start;
+  const float step = r.*axis.step;
+  if (stored)
+    Replace(r.*axis.values, std::move(stored));
+  else
+    axis.Define(r, static_cast<float>(window.first) * step + origin,
+                static_cast<float>(window.first + window.count - 1) * step + origin, step);
+  r.*axis.count = window.count;
 }
 
 void CutTo(PrnType& r, const Window& x, const Window& y) {
@@ -76,16 +81,8 @@ void CutTo(PrnType& r, const Window& x, const Window& y) {
     GridDeleter{r.nX}(r.zArray);
     Own(r.zArray, std::move(z));
   }
-  if (xs)
-    Replace(r.xArray, std::move(xs));
-  else
-    CutDefined(r.xStart, r.xEnd, r.xStep, x);
-  if (ys)
-    Replace(r.yArray, std::move(ys));
-  else
-    CutDefined(r.yStart, r.yEnd, r.yStep, y);
-  r.nX = x.count;
-  r.nY = y.count;
+  CutAxis(r, kX, x, std::move(xs));
+  CutAxis(r, kY, y, std::move(ys));
 }
 
 // ------------------------------------------------------------ block means
@@ -125,7 +122,7 @@ Grid Transposed(float* const* rows, int nX, int nY) {
 
 PrnType& PrnType::XSlice(float y1, float y2, int average) const {
   if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
-  auto slice = NewProfile(*this, KeptX(*this));
+  auto slice = NewProfile(*this, Kept(*this, kX));
   const auto band = Band(YValues(*this), y1, y2);
   for (int i = 0; i < nX; ++i) {
     float sum = 0;
@@ -137,7 +134,7 @@ PrnType& PrnType::XSlice(float y1, float y2, int average) const {
 
 PrnType& PrnType::YSlice(float x1, float x2, int average) const {
   if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
-  auto slice = NewProfile(*this, KeptY(*this));
+  auto slice = NewProfile(*this, Kept(*this, kY));
   const auto band = Band(XValues(*this), x1, x2);
   std::fill_n(slice->yArray, nY, 0.0f);
   for (const int i : band)

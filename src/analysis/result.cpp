@@ -6,31 +6,17 @@
 
 namespace kem::analysis {
 using namespace text;
-namespace {
-
-void Set(const KeptAxis& axis, float* stored, float& start, float& end, float& step) {
-  if (axis.stored) {
-    std::copy_n(axis.stored, axis.count, stored);
-  } else {
-    start = axis.start;
-    end = axis.end;
-    step = axis.step;
-  }
-}
-
-}  // namespace
-
 std::unique_ptr<PrnType> NewResult(const PrnType& source, int type, int count1, int count2) {
   auto result = std::make_unique<PrnType>(static_cast<AllocType>(type), count1, count2);
   result->active = 1;
-  kem::text::CopyText(result->fileName, kem::text::TextOf(source.fileName));
+  CopyText(result->fileName, TextOf(source.fileName));
   return result;
 }
 
-KeptAxis KeptX(const PrnType& r) {
-  return {r.HasX() ? r.xArray : nullptr, r.xStart, r.xEnd, r.xStep, r.Is3D() ? r.nX : std::min(r.nX, r.nY)};
+KeptAxis Kept(const PrnType& r, const record::AxisFields& axis) {
+  const int count = r.Is3D() ? r.*axis.count : axis.bit == AllocX ? std::min(r.nX, r.nY) : r.nY;
+  return {axis.IsStoredIn(r) ? r.*axis.values : nullptr, r.*axis.start, r.*axis.end, r.*axis.step, count};
 }
-KeptAxis KeptY(const PrnType& r) { return {r.HasY() ? r.yArray : nullptr, r.yStart, r.yEnd, r.yStep, r.nY}; }
 
 KeptAxis Inner(const KeptAxis& axis, int margin) {
   const float width = static_cast<float>(margin) * axis.step;
@@ -38,13 +24,17 @@ KeptAxis Inner(const KeptAxis& axis, int margin) {
           axis.count - 2 * margin};
 }
 
-void SetX(PrnType& r, const KeptAxis& axis) { Set(axis, r.xArray, r.xStart, r.xEnd, r.xStep); }
-void SetY(PrnType& r, const KeptAxis& axis) { Set(axis, r.yArray, r.yStart, r.yEnd, r.yStep); }
+void SetAxis(PrnType& r, const record::AxisFields& axis, const KeptAxis& as) {
+  if (as.stored)
+    std::copy_n(as.stored, as.count, r.*axis.values);
+  else
+    axis.Define(r, as.start, as.end, as.step);
+}
 
 std::unique_ptr<PrnType> NewProfile(const PrnType& source, const KeptAxis& axis) {
   auto profile = NewResult(source, axis.stored ? AllocXY : AllocY, axis.count);
   profile->fileType = FileCvt;
-  SetX(*profile, axis);
+  SetAxis(*profile, record::kX, axis);
   return profile;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "kem.h"
+#include "record/axis.h"
 
 namespace kem::analysis {
 
@@ -18,15 +19,13 @@ struct KeptAxis {
   float step;
   int count;  // of samples; a curve's end with the smaller of its counts
 };
-KeptAxis KeptX(const PrnType& record);
-KeptAxis KeptY(const PrnType& record);
+KeptAxis Kept(const PrnType& record, const record::AxisFields& axis);
 
 // The axis without `margin` samples at either end.
 KeptAxis Inner(const KeptAxis& axis, int margin);
 
-// Fill an axis of a record that was allocated with the same kind of axis.
-void SetX(PrnType& record, const KeptAxis& axis);
-void SetY(PrnType& record, const KeptAxis& axis);
+// Fills an axis of a record that was allocated with the same kind of axis.
+void SetAxis(PrnType& record, const record::AxisFields& axis, const KeptAxis& as);
 
 // A curve over an axis of a grid, its values not initialised.
 std::unique_ptr<PrnType> NewProfile(const PrnType& source, const KeptAxis& axis);

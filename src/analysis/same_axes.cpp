@@ -6,11 +6,8 @@
 #include "analysis/equal.h"
 #include "record/storage.h"
 
-using kem::analysis::NearlyEqual;
 using namespace kem::record;
-using kem::analysis::FirstOf;
-using kem::analysis::XValues;
-using kem::analysis::YValues;
+using namespace kem::analysis;
 
 namespace {
 
@@ -27,14 +24,10 @@ Coordinates StoredX(const PrnType& r) {
   return FirstOf(r.xArray, r.Is3D() ? r.nX : r.nY);
 }
 
-bool SameX(const PrnType& a, const PrnType& b) {
-  if (a.HasX()) return Same(XValues(a), StoredX(b));
-  return NearlyEqual(a.xStart, b.xStart) && NearlyEqual(a.xEnd, b.xEnd) && NearlyEqual(a.xStep, b.xStep);
-}
-
-bool SameY(const PrnType& a, const PrnType& b) {
-  if (a.HasY()) return Same(YValues(a), YValues(b));
-  return NearlyEqual(a.yStart, b.yStart) && NearlyEqual(a.yEnd, b.yEnd) && NearlyEqual(a.yStep, b.yStep);
+bool SameAxis(const PrnType& a, const PrnType& b, const AxisFields& axis) {
+  if (axis.IsStoredIn(a)) return Same(ValuesOf(a, axis), axis.bit == AllocX ? StoredX(b) : ValuesOf(b, axis));
+  const auto same = [&](float PrnType::*field) { return NearlyEqual(a.*field, b.*field); };
+  return same(axis.start) && same(axis.end) && same(axis.step);
 }
 
 }  // namespace
@@ -42,7 +35,7 @@ bool SameY(const PrnType& a, const PrnType& b) {
 int PrnType::SameAxes(const PrnType& other) const {
   if (allocType != other.allocType) return 0;
   if (this == &other) return 1;
-  return SameX(*this, other) && (!Is3D() || SameY(*this, other));
+  return SameAxis(*this, other, kX) && (!Is3D() || SameAxis(*this, other, kY));
 }
 
 int PrnType::XAxisEqArray(float* values, int n) const {

@@ -76,14 +76,14 @@ void SmoothAcross(const Filter& filter, const float* const* rows, float* const* 
 
 PrnType& PrnType::XSmooth(int w) const {
   const Filter* filter = FilterOf(w);
-  if (!filter || !OwnsArrays(allocType) || KeptX(*this).count <= w) return *new PrnType;
+  if (!filter || !OwnsArrays(allocType) || Kept(*this, kX).count <= w) return *new PrnType;
   const Sorted source(*this);
-  const KeptAxis x = Inner(KeptX(*source), filter->Margin());
+  const KeptAxis x = Inner(Kept(*source, kX), filter->Margin());
   auto result = NewResult(*this, allocType, x.count, nY);
   result->CopyHeader(*source);
-  SetX(*result, x);
+  SetAxis(*result, kX, x);
   if (Is3D()) {
-    SetY(*result, KeptY(*source));
+    SetAxis(*result, kY, Kept(*source, kY));
     SmoothAcross(*filter, source->zArray, result->zArray, x.count, nY);
   } else {
     SmoothAlong(*filter, source->yArray, result->yArray, x.count);
@@ -96,11 +96,11 @@ PrnType& PrnType::YSmooth(int w) const {
   const Filter* filter = FilterOf(w);
   if (!filter || !OwnsArrays(allocType) || !Is3D() || nY <= w) return *new PrnType;
   const Sorted source(*this);
-  const KeptAxis y = Inner(KeptY(*source), filter->Margin());
+  const KeptAxis y = Inner(Kept(*source, kY), filter->Margin());
   auto result = NewResult(*this, allocType, nX, y.count);
   result->CopyHeader(*source);
-  SetX(*result, KeptX(*source));
-  SetY(*result, y);
+  SetAxis(*result, kX, Kept(*source, kX));
+  SetAxis(*result, kY, y);
   for (int i = 0; i < nX; ++i) SmoothAlong(*filter, source->zArray[i], result->zArray[i], y.count);
   result->MinMax();
   return *result.release();

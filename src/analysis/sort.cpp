@@ -11,7 +11,7 @@
 #include "record/storage.h"
 
 using namespace kem::analysis;
-using kem::record::OwnsArrays;
+using namespace kem::record;
 
 namespace {
 
@@ -43,18 +43,15 @@ void Reorder(T* elements, const std::vector<int>& order, std::vector<T>& scratch
                  [&scratch](int from) { return scratch[static_cast<std::size_t>(from)]; });
 }
 
-void TurnAxis(float& start, float& end, float& step) {
-  std::swap(start, end);
-  step = -step;
-}
+void Turn(PrnType& r, const AxisFields& axis) { axis.Define(r, r.*axis.end, r.*axis.start, -(r.*axis.step)); }
 
 std::span<float> Axis(float* values, int count) { return {values, static_cast<std::size_t>(std::max(count, 0))}; }
 
 // The rows move, their values stay where they are.
 void SortRows(PrnType& grid) {
-  if (Ascends(KeptX(grid))) return;
+  if (Ascends(Kept(grid, kX))) return;
   if (!grid.HasX()) {
-    TurnAxis(grid.xStart, grid.xEnd, grid.xStep);
+    Turn(grid, kX);
     std::reverse(grid.zArray, grid.zArray + grid.nX);
     return;
   }
@@ -72,16 +69,16 @@ struct ColumnOrder {
   std::vector<float> scratch;
 
   explicit ColumnOrder(const PrnType& grid) {
-    if (!grid.HasY() || Ascends(KeptY(grid))) return;
+    if (!grid.HasY() || Ascends(Kept(grid, kY))) return;
     order = AscendingOrder(Axis(grid.yArray, grid.nY));
     scratch.reserve(order.size());
   }
 };
 
 void SortColumns(PrnType& grid, ColumnOrder& columns) {
-  if (Ascends(KeptY(grid))) return;
+  if (Ascends(Kept(grid, kY))) return;
   if (!grid.HasY()) {
-    TurnAxis(grid.yStart, grid.yEnd, grid.yStep);
+    Turn(grid, kY);
     for (int i = 0; i < grid.nX; ++i) std::reverse(grid.zArray[i], grid.zArray[i] + grid.nY);
     return;
   }
@@ -90,13 +87,13 @@ void SortColumns(PrnType& grid, ColumnOrder& columns) {
 }
 
 void SortCurve(PrnType& curve) {
-  if (Ascends(KeptX(curve))) return;
+  if (Ascends(Kept(curve, kX))) return;
   if (!curve.HasX()) {
-    TurnAxis(curve.xStart, curve.xEnd, curve.xStep);
+    Turn(curve, kX);
     std::reverse(curve.yArray, curve.yArray + std::max(curve.nY, 0));
     return;
   }
-  const auto order = AscendingOrder(Axis(curve.xArray, KeptX(curve).count));
+  const auto order = AscendingOrder(Axis(curve.xArray, Kept(curve, kX).count));
   std::vector<float> scratch;
   Reorder(curve.xArray, order, scratch);
   Reorder(curve.yArray, order, scratch);
@@ -105,7 +102,7 @@ void SortCurve(PrnType& curve) {
 }  // namespace
 
 bool kem::analysis::AxesAscend(const PrnType& r) {
-  return !OwnsArrays(r.allocType) || (Ascends(KeptX(r)) && (!r.Is3D() || Ascends(KeptY(r))));
+  return !OwnsArrays(r.allocType) || (Ascends(Kept(r, kX)) && (!r.Is3D() || Ascends(Kept(r, kY))));
 }
 
 void PrnType::SortAxes() {

@@ -1,11 +1,16 @@
 // Arithmetic and functions of an axis' coordinates.
+#include <algorithm>
 #include <iostream>
 #include <string_view>
+#include <utility>
 
+#include "analysis/axis.h"
 #include "arith/kernels.h"
 #include "arith/values.h"
+#include "record/axis.h"
 
 using namespace kem::arith;
+using namespace kem::record;
 
 namespace {
 
@@ -64,44 +69,30 @@ const Operation& Find(std::string_view name) {
   return kUnknown;
 }
 
-// The fields of a record that describe an axis.
-struct Axis {
-  AllocType bit;
-  float* PrnType::*array;
-  int PrnType::*count;
-  float PrnType::*start;
-  float PrnType::*end;
-  float PrnType::*step;
-  void (PrnType::*coordinates)(float** values, int* count) const;
-};
-
-constexpr Axis kX = {AllocX,          &PrnType::xArray,        &PrnType::nX, &PrnType::xStart, &PrnType::xEnd,
-                     &PrnType::xStep, &PrnType::ArrayFromXAxis};
-constexpr Axis kY = {AllocY,          &PrnType::yArray,        &PrnType::nY, &PrnType::yStart, &PrnType::yEnd,
-                     &PrnType::yStep, &PrnType::ArrayFromYAxis};
-
-void ChangeDefinition(PrnType& r, const Axis& axis, const Operation& operation, float value) {
+void ChangeDefinition(PrnType& r, const AxisFields& axis, const Operation& operation, float value) {
   for (const auto field : {axis.start, axis.end}) r.*field = operation.apply(r.*field, value);
   if (operation.defined == Defined::Flips) r.*axis.step = operation.apply(r.*axis.step, value);
 }
 
-void MakeArray(PrnType& r, const Axis& axis) {
-  float* coordinates = nullptr;
-  int count = 0;
-  (r.*axis.coordinates)(&coordinates, &count);
-  r.*axis.array = coordinates;
+void MakeArray(PrnType& r, const AxisFields& axis) {
+  const auto coordinates = kem::analysis::ValuesOf(r, axis);
+  const auto count = static_cast<int>(coordinates.size());
+  auto values = NewArray(count);
+  std::copy_n(coordinates.data(), count, values.get());
+  Own(r.*axis.values, std::move(values));
   r.*axis.count = count;
   r.allocType |= axis.bit;
 }
 
-void ChangeCoordinates(PrnType& r, const Axis& axis, const Operation& operation, float value) {
-  float* coordinates = r.*axis.array;
+void ChangeCoordinates(PrnType& r, const AxisFields& axis, const Operation& operation, float value) {
+  float* coordinates = r.*axis.values;
   for (int k = 0; k < r.*axis.count; ++k) coordinates[k] = operation.apply(coordinates[k], value);
 }
 
-PrnType Changed(const PrnType& record, const Axis& axis, const Operation& operation, float value, bool asArray) {
+PrnType Changed(const PrnType& record, const AxisFields& axis, const Operation& operation, float value,
+                bool asArray) {
   PrnType r(record);
-  const bool defined = (r.allocType & axis.bit) == 0;
+  const bool defined = !axis.IsStoredIn(r);
   if (defined && !asArray && operation.defined != Defined::BecomesArray) {
     ChangeDefinition(r, axis, operation, value);
     return r;

@@ -4,6 +4,7 @@
 #include <new>
 #include <string>
 
+#include "record/axis.h"
 #include "record/findings.h"
 #include "text/fields.h"
 #include "text/number_text.h"
@@ -15,25 +16,16 @@ namespace {
 // ------------------------------------------------------------ axes and values
 
 // The end of a record's axis is the last coordinate, one step behind it, or was never set.
-Axis LinearAxis(NamedUnit title, int count, float start, float end, float step) {
+Axis AxisOf(const PrnType& r, const record::AxisFields& fields, int count, NamedUnit title) {
+  const float* stored = r.*fields.values;
+  if (fields.IsStoredIn(r) && count > 0)
+    return Axis::Stored(std::move(title.name), std::move(title.unit), {stored, stored + count});
+  const float start = r.*fields.start;
+  const float end = r.*fields.end;
+  const float step = r.*fields.step;
   const double last = start + (count - 1.0) * step;
   return Axis::Linear(std::move(title.name), std::move(title.unit), static_cast<std::size_t>(std::max(count, 0)),
                       start, std::fabs(end - last) < std::fabs(step) / 4.0 ? end : last);
-}
-
-Axis StoredAxis(NamedUnit title, const float* values, int count) {
-  return Axis::Stored(std::move(title.name), std::move(title.unit), {values, values + count});
-}
-
-Axis XOf(const PrnType& r, NamedUnit title) {
-  const int count = r.Is3D() ? r.nX : r.nY;
-  return r.HasX() && count > 0 ? StoredAxis(std::move(title), r.xArray, count)
-                               : LinearAxis(std::move(title), count, r.xStart, r.xEnd, r.xStep);
-}
-
-Axis YOf(const PrnType& r, NamedUnit title) {
-  return r.HasY() && r.nY > 0 ? StoredAxis(std::move(title), r.yArray, r.nY)
-                              : LinearAxis(std::move(title), r.nY, r.yStart, r.yEnd, r.yStep);
 }
 
 // The rows of a grid run along Y; in a dataset X is the fastest axis.
@@ -133,9 +125,10 @@ Dataset OfRecord(const PrnType& r, std::span<const TextRow> units) {
   d.name = of.name;
   d.unit = of.unit;
   if (grid)
-    d.axes = {YOf(r, SplitTitle(titles[1])), XOf(r, SplitTitle(titles[0]))};
+    d.axes = {AxisOf(r, record::kY, r.nY, SplitTitle(titles[1])),
+              AxisOf(r, record::kX, r.nX, SplitTitle(titles[0]))};
   else
-    d.axes = {XOf(r, SplitTitle(titles[0]))};
+    d.axes = {AxisOf(r, record::kX, r.nY, SplitTitle(titles[0]))};
   d.values = grid ? GridValues(r) : Values::Of(std::span<const float>(r.yArray, static_cast<std::size_t>(r.nY)));
   AddParameters(d, r, units);
   AddComments(d, r);

@@ -21,6 +21,8 @@ struct Reader {
   std::vector<std::string> (*items)(Source& source);
   // Reads an item, counted from 1 and known to exist. The caller sets format, file, item and its name.
   Dataset (*open)(Source& source, int item);
+  bool pair = false;            // the first extension is that of parameters, the second that of values
+  const char* companions = "";  // extensions of files beside them that are read along
 };
 
 // "begins with HPK8TMAP", or nothing when the file does not.

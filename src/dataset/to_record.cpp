@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "dataset/source.h"
+#include "record/axis.h"
 #include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
@@ -52,11 +53,10 @@ std::unique_ptr<float[]> StoredAxis(const Dataset& d, const Axis& axis) {
   return coordinates;
 }
 
-void DefineAxis(const Dataset& d, const Axis& axis, float& start, float& end, float& step) {
-  if (!IsDefined(axis)) return;
-  start = Single(d, axis.Start());
-  end = Single(d, axis.End());
-  step = axis.Count() == 1 ? 1 : Single(d, axis.Step());
+void DefineAxis(PrnType& r, const record::AxisFields& fields, const Dataset& d, const Axis& axis) {
+  if (IsDefined(axis))
+    fields.Define(r, Single(d, axis.Start()), Single(d, axis.End()),
+                  axis.Count() == 1 ? 1 : Single(d, axis.Step()));
 }
 
 void CheckFits(const Dataset& d) {
@@ -73,7 +73,7 @@ void FillCurve(PrnType& r, const Dataset& d, Part part) {
   r.nX = r.nY = static_cast<int>(d.values.Count());
   auto y = record::NewArray(r.nY);
   for (std::size_t k = 0; k < d.values.Count(); ++k) y[k] = Single(d, PartOf(d.values, part, k));
-  DefineAxis(d, d.axes[0], r.xStart, r.xEnd, r.xStep);
+  DefineAxis(r, record::kX, d, d.axes[0]);
   r.fileType = FileXY;
   r.allocType = x ? AllocXY : AllocY;
   record::Own(r.xArray, std::move(x));
@@ -93,8 +93,8 @@ void FillGrid(PrnType& r, const Dataset& d, Part part) {
   record::Grid z = record::NewGrid(nX, nY);
   for (int j = 0, k = 0; j < nY; ++j)
     for (int i = 0; i < nX; ++i, ++k) z[i][j] = Single(d, PartOf(d.values, part, static_cast<std::size_t>(k)));
-  DefineAxis(d, xAxis, r.xStart, r.xEnd, r.xStep);
-  DefineAxis(d, yAxis, r.yStart, r.yEnd, r.yStep);
+  DefineAxis(r, record::kX, d, xAxis);
+  DefineAxis(r, record::kY, d, yAxis);
   r.fileType = FileP3D;
   r.nX = nX;
   r.nY = nY;

@@ -19,6 +19,7 @@
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "record/axis.h"
 #include "record/findings.h"
 #include "record/storage.h"
 #include "text/fields.h"
@@ -33,28 +34,24 @@ using kem::formats::WriteLabels;
 
 namespace {
 
-// The section of an axis, and where its content goes.
-struct Axis {
+// The section of an axis.
+struct Section {
   std::string_view tag;
-  AllocType stored;
-  int PrnType::*count;
-  float* PrnType::*values;
-  float PrnType::*start;
-  float PrnType::*end;
-  float PrnType::*step;
+  const AxisFields& axis;
 };
 
-constexpr Axis kX{"[X]", AllocX, &PrnType::nX, &PrnType::xArray, &PrnType::xStart, &PrnType::xEnd, &PrnType::xStep};
-constexpr Axis kY{"[Y]", AllocY, &PrnType::nY, &PrnType::yArray, &PrnType::yStart, &PrnType::yEnd, &PrnType::yStep};
+constexpr Section kXSection{"[X]", kX};
+constexpr Section kYSection{"[Y]", kY};
 
 void WriteValues(OutputFile& out, const float* values, int count) {
   for (int i = 0; i < count; ++i) out << values[i] << ' ';
   out << '\n';
 }
 
-void WriteAxis(OutputFile& out, const PrnType& record, const Axis& axis) {
-  out << axis.tag;
-  if (record.allocType & axis.stored) {
+void WriteAxis(OutputFile& out, const PrnType& record, const Section& section) {
+  const AxisFields& axis = section.axis;
+  out << section.tag;
+  if (axis.IsStoredIn(record)) {
     out << " ARRAY " << record.*axis.count << '\n';
     WriteValues(out, record.*axis.values, record.*axis.count);
   } else {
@@ -75,15 +72,16 @@ void ReadComments(PrnType& record, std::istream& in, Text& line) {
   Text* next = record.commentLines;
   for (int read = 0; read < kCommentLines; ++read) {
     ReadTrimmedLine(in, line);
-    if (Contains(line, kX.tag)) return;
+    if (Contains(line, kXSection.tag)) return;
     CopyText(*next++, TextOf(line));
     if (!in.good()) return;
   }
 }
 
 // Returns the values of a stored axis. Otherwise the axis is defined by what the file says, or as it was.
-std::unique_ptr<float[]> ReadAxis(PrnType& record, const Axis& axis, std::istream& in, Text& line) {
-  if (!FindLine(in, line, axis.tag)) return nullptr;
+std::unique_ptr<float[]> ReadAxis(PrnType& record, const Section& section, std::istream& in, Text& line) {
+  const AxisFields& axis = section.axis;
+  if (!FindLine(in, line, section.tag)) return nullptr;
   if (Contains(line, "ARRAY")) {
     int& count = record.*axis.count;
     ScanLine(line, "%*s %*s %d", {&count});
@@ -100,7 +98,7 @@ std::unique_ptr<float[]> ReadAxis(PrnType& record, const Axis& axis, std::istrea
 }
 
 // Steps of a defined axis from its start to its end, in either direction.
-int StepsOf(const PrnType& record, const Axis& axis, std::istream& in) {
+int StepsOf(const PrnType& record, const AxisFields& axis, std::istream& in) {
   const float steps = (record.*axis.end - record.*axis.start) / record.*axis.step;
   return CheckedCount(in, std::floor(std::fabs(double{steps}) + 0.5));
 }
@@ -121,8 +119,8 @@ int PrnType::WriteP3D(char* const name) const {
   if (!out.IsOpen()) return 0;
   out << "[P3D]\n";
   WriteLabels(out, *this);
-  WriteAxis(out, *this, kX);
-  WriteAxis(out, *this, kY);
+  WriteAxis(out, *this, kXSection);
+  WriteAxis(out, *this, kYSection);
   out << "[Z]\n";
   for (int j = 0; j < nY; ++j) {
     for (int i = 0; i < nX; ++i) out << zArray[i][j] << ' ';
@@ -137,7 +135,7 @@ int PrnType::WriteP2D(char* const name) const {
   if (!out.IsOpen()) return 0;
   out << "[P2D]\n";
   WriteLabels(out, *this);
-  WriteAxis(out, *this, kX);
+  WriteAxis(out, *this, kXSection);
   out << "[Y]\n";
   WriteValues(out, yArray, nY);
   return 1;
@@ -154,8 +152,8 @@ int PrnType::ReadP3D(std::ifstream& in) {
   fileType = FileP3D;
   for (Text* label : {&xLabel, &yLabel, &zLabel}) ReadTrimmedLine(in, *label);
   ReadComments(*this, in, line);
-  auto x = ReadAxis(*this, kX, in, line);
-  auto y = ReadAxis(*this, kY, in, line);
+  auto x = ReadAxis(*this, kXSection, in, line);
+  auto y = ReadAxis(*this, kYSection, in, line);
   if (!x) nX = StepsOf(*this, kX, in);
   if (!y) nY = StepsOf(*this, kY, in);
   CheckGrid(in, nX, nY);
@@ -179,12 +177,12 @@ int PrnType::ReadP2D(std::ifstream& in) {
   fileType = FileP2D;
   for (Text* label : {&xLabel, &yLabel}) ReadTrimmedLine(in, *label);
   ReadComments(*this, in, line);
-  auto x = ReadAxis(*this, kX, in, line);
+  auto x = ReadAxis(*this, kXSection, in, line);
   if (!x) nX = StepsOf(*this, kX, in) + 1;
   nY = nX;
   auto y = NewZeroArray(nY);
   line[0] = '\0';
-  FindLine(in, line, kY.tag);
+  FindLine(in, line, kYSection.tag);
   Miss(ScanNumbers(in, {y.get(), static_cast<std::size_t>(nY)}));
   allocType = x ? AllocXY : AllocY;
   Own(xArray, std::move(x));

@@ -130,10 +130,9 @@ Identity Identify(const std::filesystem::path& file) {
 
 std::vector<FormatInfo> Formats() {
   std::vector<FormatInfo> formats;
-  for (const Reader* reader : kReaders) {
-    const bool named = *reader->extensions != '\0';
-    formats.push_back({reader->format, named ? SplitList(reader->extensions, ' ') : std::vector<std::string>()});
-  }
+  const auto list = [](const char* words) { return *words ? SplitList(words, ' ') : std::vector<std::string>(); };
+  for (const Reader* r : kReaders)
+    formats.push_back({r->format, list(r->extensions), r->pair, list(r->companions)});
   return formats;
 }
 

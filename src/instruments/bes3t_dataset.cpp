@@ -261,6 +261,7 @@ Dataset OpenBES3T(Source& source, int item) {
 
 }  // namespace
 
-const Reader kBES3TReader{"Bruker BES3T", ".DSC .DTA", RecogniseBES3T, BES3TItems, OpenBES3T};
+const Reader kBES3TReader{"Bruker BES3T", ".DSC .DTA", RecogniseBES3T,  BES3TItems,
+                          OpenBES3T,      true,        ".XGF .YGF .ZGF"};
 
 }  // namespace kem::dataset

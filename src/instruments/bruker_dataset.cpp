@@ -224,6 +224,6 @@ Dataset OpenBruker(Source& source, int item) {
 
 }  // namespace
 
-const Reader kBrukerReader{"Bruker ESR spc/par", ".par .spc", RecogniseBruker, BrukerItems, OpenBruker};
+const Reader kBrukerReader{"Bruker ESR spc/par", ".par .spc", RecogniseBruker, BrukerItems, OpenBruker, true};
 
 }  // namespace kem::dataset

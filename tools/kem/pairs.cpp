@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
-#include <span>
 #include <system_error>
 
+#include "kem/dataset.h"
 #include "system.h"
 #include "text.h"
 
@@ -14,22 +14,33 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Extensions in small letters.
 struct Pair {
-  std::string_view format;
-  std::string_view parameters;  // extensions in small letters
-  std::string_view values;
-  std::span<const std::string_view> axes;      // files of coordinates that may lie beside them
-  std::span<const std::string_view> openedBy;  // spellings of a value file by which the library opens the pair
+  std::string format;
+  std::string parameters;
+  std::string values;
+  std::vector<std::string> axes;  // files of coordinates that may lie beside them
 };
 
-constexpr std::string_view kAxes[] = {".xgf", ".ygf", ".zgf"};
-constexpr std::string_view kDta[] = {".DTA"};
-constexpr std::string_view kSpc[] = {".spc", ".SPC"};
-constexpr Pair kPairs[] = {{"Bruker BES3T", ".dsc", ".dta", kAxes, kDta},
-                           {"Bruker ESR spc/par", ".par", ".spc", {}, kSpc}};
+const std::vector<Pair>& Pairs() {
+  static const std::vector<Pair> pairs = [] {
+    std::vector<Pair> made;
+    for (const FormatInfo& format : kem::Formats()) {
+      if (!format.pair) continue;
+      made.push_back({format.name, LowerCase(format.extensions[0]), LowerCase(format.extensions[1]), {}});
+      for (const std::string& axis : format.companions) made.back().axes.push_back(LowerCase(axis));
+    }
+    return made;
+  }();
+  return pairs;
+}
 
-bool Contains(std::span<const std::string_view> texts, std::string_view text) {
-  return std::find(texts.begin(), texts.end(), text) != texts.end();
+// Spellings of value files by which the classic reading opens a pair.
+constexpr std::string_view kOpenedBy[] = {".DTA", ".spc", ".SPC"};
+
+template <class Texts>
+bool Contains(const Texts& texts, std::string_view text) {
+  return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
 }
 
 // A file as a member of a pair.
@@ -39,10 +50,10 @@ struct Member {
   std::string extension;  // in small letters
 
   explicit Member(const std::string& file) : path(PathOf(file)), extension(LowerCase(path.extension().string())) {
-    const auto* found = std::find_if(std::begin(kPairs), std::end(kPairs), [this](const Pair& p) {
+    const auto found = std::find_if(Pairs().begin(), Pairs().end(), [this](const Pair& p) {
       return extension == p.parameters || extension == p.values || Contains(p.axes, extension);
     });
-    pair = found == std::end(kPairs) ? nullptr : found;
+    pair = found == Pairs().end() ? nullptr : &*found;
   }
 
   bool IsAxis() const { return pair && Contains(pair->axes, extension); }
@@ -76,7 +87,7 @@ std::vector<std::string> EachPairOnce(const std::vector<std::string>& files) {
 }
 
 bool IsPair(std::string_view format) {
-  return std::any_of(std::begin(kPairs), std::end(kPairs), [format](const Pair& p) { return p.format == format; });
+  return std::any_of(Pairs().begin(), Pairs().end(), [format](const Pair& p) { return p.format == format; });
 }
 
 Partner PartnerOf(const std::string& file) {
@@ -94,7 +105,7 @@ Partner PartnerOf(const std::string& file) {
 std::string NameToOpen(const std::string& file) {
   const Member member(file);
   if (!member.pair || member.extension != member.pair->values ||
-      Contains(member.pair->openedBy, member.path.extension().string()))
+      Contains(kOpenedBy, member.path.extension().string()))
     return file;
   const Partner partner = PartnerOf(file);
   return partner.exists ? partner.file : file;

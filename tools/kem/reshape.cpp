@@ -168,32 +168,6 @@ CLI::Option* AddAxisChange(CLI::App& app, const char* name, std::string& text) {
 
 // ------------------------------------------------------------ swap
 
-// Where a record keeps the titles of X and Y. Those of some instruments are fixed, and some files have none.
-std::pair<char*, char*> TitleFields(PrnType& r) {
-  switch (r.fileType) {
-    case FileDilor:
-      return {r.dilor.dilorXLabel, r.dilor.dilorYLabel};
-    case FileCary45:
-      return {r.cary45.cary45XLabel, r.cary45.cary45YLabel};
-    case FileHPDTA:
-      return {r.hpdta.hpdtaXUnit, r.hpdta.hpdtaYUnit};
-    case FileCaryDSW:
-      return {r.dsw.dswXTitle, r.dsw.dswYTitle};
-    case FileCvt:
-    case FileXY:
-    case FileP2D:
-    case FileP3D:
-    case FileBES3T:
-      return {r.xLabel, r.yLabel};
-    default:
-      return {};
-  }
-}
-
-bool HasFixedTitles(const PrnType& r) {
-  return r.fileType == FileHama || r.fileType == FileBruker || r.fileType == FileCaryPrn || r.fileType == FileNPico;
-}
-
 // A record of no instrument, with the same titles and, of a grid, comment.
 void MakePlain(PrnType& r) {
   const Titles titles(r);
@@ -209,9 +183,10 @@ void MakePlain(PrnType& r) {
 }
 
 Problem Swap(Record& record) {
-  if (HasFixedTitles(*record)) MakePlain(*record);
+  const bool plain = record->fileType == FileXY || record->fileType == FileP3D;
+  if (!plain) MakePlain(*record);
   record->SwapXY();
-  if (const auto [x, y] = TitleFields(*record); x) std::swap_ranges(x, x + kTextSize, y);
+  std::swap(record->xLabel, record->yLabel);
   return {};
 }
 

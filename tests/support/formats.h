@@ -14,9 +14,10 @@ struct Read {
   PrnType record;
   int result = 0;
 
-  Read(const std::string& bytes, int (PrnType::*reader)(std::ifstream&)) {
+  template <class... Arguments>
+  Read(const std::string& bytes, int (PrnType::*reader)(std::ifstream&, Arguments...), Arguments... arguments) {
     std::ifstream in(folder.Write("in", bytes), std::ios::binary);
-    result = (record.*reader)(in);
+    result = (record.*reader)(in, arguments...);
   }
 };
 

@@ -9,7 +9,7 @@ TEST_CASE("cvt: both variants as text, and back, with either line end") {
   };
   for (const Case& c : {Case{Curve(10, 2, {1, -2, 3.5f, 4, 5}),
                              "ca          5\nX\nY\n\"start      :\" 10\n\"increment  :\" 2\n\n1\n-2\n3.5\n4\n5\n",
-                             "0 Y 5x5 x 10 18 2 y -2 5 1 = 1 -2 3.5 4 5 | X|Y|"},
+                             "0 Y 5x5 x 10 18 2 y -2 5 0 = 1 -2 3.5 4 5 | X|Y|"},
                         {Curve({3, 4}, {7, 8}),
                          " \"XY: #points:\"   2\nX\nY\n\"start      :\" 3\n\"end        :\" 4\n\n7\n8\n3\n4\n",
                          "0 XY 2x2 x 3 4 1: 3 4 y 7 8 1 = 7 8 | X|Y|"}}) {

@@ -44,7 +44,6 @@ int ReadDefined(PrnType& record, std::ifstream& in, const Text& start, const Tex
   ScanLine(start, "%*[\"start :] %g", {&record.xStart});
   ScanLine(step, "%*[\"increment :] %g", {&record.xStep});
   record.xEnd = static_cast<float>(record.nY - 1) * record.xStep + record.xStart;
-  record.MinMax();
   return 1;
 }
 

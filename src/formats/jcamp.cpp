@@ -136,12 +136,6 @@ Points ReadBlocks(std::istream& in, PrnType& record, Counts& counts) {
   return points;
 }
 
-std::unique_ptr<float[]> Padded(const std::vector<float>& values, int count) {
-  auto array = NewZeroArray(count);
-  std::copy(values.begin(), values.end(), array.get());
-  return array;
-}
-
 // Moves the last of the values held to the end of an array of `count`, so that there are zeros from `at` on.
 void OpenGap(float* values, int at, int held, int count) {
   std::copy_backward(values + at, values + held, values + count);
@@ -191,8 +185,8 @@ int PrnType::ReadDX(std::ifstream& in) {
   if (counts.blocks > 0) {
     const Points points = ReadBlocks(in, *this, counts);
     const int count = CheckedCount(in, points.announced);
-    auto x = Padded(points.xs, count);
-    auto y = Padded(points.ys, count);
+    auto x = ArrayOf(points.xs, count);
+    auto y = ArrayOf(points.ys, count);
     Own(xArray, std::move(x));
     Own(yArray, std::move(y));
     allocType = AllocXY;

@@ -3,11 +3,10 @@
 // XY prn: seven header lines (tag, X title, Y title, start, stop, name, empty), then X/Y pairs.
 // NXY: "NXY <count> <X title>", a title per Y column, four more lines of which the third is a name, then rows
 // of X and all Y values; one column is loaded.
-#include <algorithm>
 #include <fstream>
-#include <memory>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "formats/output_file.h"
 #include "kem.h"
@@ -26,42 +25,6 @@ using namespace kem::record;
 
 namespace {
 
-// A working buffer of floats that doubles in size. Push tells whether there was memory.
-class FloatBuffer {
- public:
-  explicit FloatBuffer(std::size_t capacity) : capacity_(capacity), values_(new (std::nothrow) float[capacity]) {}
-
-  bool Push(float value) {
-    if (!values_ || (size_ == capacity_ && !Grow())) return false;
-    values_[size_++] = value;
-    return true;
-  }
-
-  int Size() const { return static_cast<int>(size_); }
-
-  std::unique_ptr<float[]> Exact() const {
-    auto array = NewArray(Size());
-    std::copy_n(values_.get(), size_, array.get());
-    return array;
-  }
-
- private:
-  bool Grow() {
-    std::unique_ptr<float[]> larger(new (std::nothrow) float[capacity_ * 2]);
-    if (!larger) return false;
-    std::copy_n(values_.get(), size_, larger.get());
-    values_ = std::move(larger);
-    capacity_ *= 2;
-    return true;
-  }
-
-  std::size_t capacity_;
-  std::size_t size_ = 0;
-  std::unique_ptr<float[]> values_;
-};
-
-constexpr std::size_t kColumnCapacity = 128;
-
 // Zeroes axes and counts of a record that is about to receive columns; labels and file name stay.
 void ClearForColumns(PrnType& record) {
   record.xStep = record.xStart = record.xEnd = 0;
@@ -71,14 +34,33 @@ void ClearForColumns(PrnType& record) {
   record.allocType = AllocNone;
 }
 
-// Makes the columns read the arrays of the record.
-void TakeColumns(PrnType& record, const FloatBuffer* xs, const FloatBuffer& ys) {
-  auto x = xs ? xs->Exact() : nullptr;
-  auto y = ys.Exact();
-  if (xs) Own(record.xArray, std::move(x));
-  Own(record.yArray, std::move(y));
-  record.allocType = xs ? AllocXY : AllocY;
-  record.nX = record.nY = ys.Size();
+// Whether there is memory for one more value.
+bool Push(std::vector<float>& values, float value) try {
+  values.push_back(value);
+  return true;
+} catch (const std::bad_alloc&) {
+  return false;
+}
+
+// Takes rows up to the first that the stream does not hold as a whole, and makes their columns the arrays of the
+// record. Returns false when there is no memory for a working buffer.
+template <class ScanRow>
+bool ReadColumns(PrnType& record, AllocType shape, std::istream& in, ScanRow scanRow) {
+  std::vector<float> xs;
+  std::vector<float> ys;
+  NumberScanner scan(in);
+  for (float x = 0, y = 0;;) {
+    scanRow(scan, x, y);
+    if (!scan.Good()) break;
+    if ((shape == AllocXY && !Push(xs, x)) || !Push(ys, y)) return false;
+  }
+  const int count = static_cast<int>(ys.size());
+  auto array = ArrayOf(ys, count);
+  if (shape == AllocXY) Own(record.xArray, ArrayOf(xs, count));
+  Own(record.yArray, std::move(array));
+  record.allocType = shape;
+  record.nX = record.nY = count;
+  return true;
 }
 
 // Places of the header lines of an XY prn file.
@@ -109,13 +91,6 @@ int TakeColumnCount(std::istream& in) {
   return count;
 }
 
-// A row of an NXY file: X, then every column, of which the k-th is kept.
-void ScanRow(NumberScanner& scan, int columns, int k, float& x, float& y) {
-  float other = 0;
-  scan.Next(x);
-  for (int column = 1; column <= columns && scan.Good(); ++column) scan.Next(column == k ? y : other);
-}
-
 }  // namespace
 
 int PrnType::ReadXYPrn(std::ifstream& in) {
@@ -127,42 +102,32 @@ int PrnType::ReadXYPrn(std::ifstream& in) {
     if (!in.good()) break;
   }
   if (in.fail()) return 0;
-  ReadDumbTwo(in);
+  ReadDumbTwo(in);  // whatever comes of it
   fileType = FileXY;
   CopyText(xLabel, TextOf(header[kXTitleLine]));
   CopyText(yLabel, TextOf(header[kYTitleLine]));
   CopyText(zLabel, TextOf(header[kNameLine]));
-  return Finish(*this, in);
+  if (in.bad()) return 0;
+  active = 1;
+  return 1;
 }
 
 int PrnType::ReadDumbTwo(std::ifstream& in) {
   if (in.fail()) return 0;
-  FloatBuffer xs(kColumnCapacity);
-  FloatBuffer ys(kColumnCapacity);
   ClearForColumns(*this);
-  NumberScanner scan(in);
-  for (float x = 0, y = 0;;) {
+  const auto scanPair = [](NumberScanner& scan, float& x, float& y) {
     scan.Next(x);
     scan.Next(y);
-    if (!scan.Good()) break;
-    if (!xs.Push(x) || !ys.Push(y)) return 0;
-  }
-  TakeColumns(*this, &xs, ys);
+  };
+  if (!ReadColumns(*this, AllocXY, in, scanPair)) return 0;
   fileType = FileXY;
   return Finish(*this, in);
 }
 
 int PrnType::ReadDumbOne(std::ifstream& in) {
   if (in.fail()) return 0;
-  FloatBuffer ys(kColumnCapacity);
   ClearForColumns(*this);
-  NumberScanner scan(in);
-  for (float y = 0;;) {
-    scan.Next(y);
-    if (!scan.Good()) break;
-    if (!ys.Push(y)) return 0;
-  }
-  TakeColumns(*this, nullptr, ys);
+  if (!ReadColumns(*this, AllocY, in, [](NumberScanner& scan, float&, float& y) { scan.Next(y); })) return 0;
   fileType = FileCvt;
   xEnd = static_cast<float>(nY - 1);
   return Finish(*this, in);
@@ -182,15 +147,13 @@ int PrnType::ReadNXYPrn(std::ifstream& in, int& count, int index) {
   ReadLine(in, zLabel);
   SkipLines(in, 1);
   if (in.fail()) return 0;
-  FloatBuffer xs(kColumnCapacity / 2);
-  FloatBuffer ys(kColumnCapacity / 2);
-  NumberScanner scan(in);
-  for (float x = 0, y = 0;;) {
-    ScanRow(scan, count, k, x, y);
-    if (!scan.Good()) break;
-    if (!xs.Push(x) || !ys.Push(y)) return 0;
-  }
-  TakeColumns(*this, &xs, ys);
+  // X, then every column, of which the k-th is kept.
+  const auto scanRow = [columns = count, k](NumberScanner& scan, float& x, float& y) {
+    float other = 0;
+    scan.Next(x);
+    for (int column = 1; column <= columns && scan.Good(); ++column) scan.Next(column == k ? y : other);
+  };
+  if (!ReadColumns(*this, AllocXY, in, scanRow)) return 0;
   *Found().readNext = k == count ? 0 : k;
   return Finish(*this, in);
 }

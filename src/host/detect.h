@@ -30,8 +30,7 @@ struct LoadState {
 
 enum class Pairing { None, Bruker, Cary45 };
 
-// A format is its name for users, its reader, and the pair it needs. A null reader: kem knows the format but
-// not its layout.
+// A format is its name for users, its reader, and the pair it needs.
 struct Format {
   const char* name;
   int (*read)(PrnType& record, LoadState& state);

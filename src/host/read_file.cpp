@@ -45,7 +45,7 @@ Outcome Dispatch(PrnType& record, LoadState& state, const Format& format) {
   void* const extension = record.extension;
   *Found().announced = 0;
   *Found().fileBytes = 0;
-  const bool loaded = format.read && format.read(record, state) != 0;
+  const bool loaded = format.read(record, state) != 0;
   if (!loaded) RestoreExtension(record, extension);
   state.format = &format;
   const bool unread = state.main.bad() || state.partner.bad();

@@ -66,12 +66,6 @@ Pairs ReadPairs(std::istream& in, float stop) {
   return pairs;
 }
 
-std::unique_ptr<float[]> ArrayOf(const std::vector<float>& values) {
-  auto array = NewArray(static_cast<int>(values.size()));
-  std::copy(values.begin(), values.end(), array.get());
-  return array;
-}
-
 }  // namespace
 
 int PrnType::ReadCaryDSWFile(std::ifstream& in) try {
@@ -79,8 +73,9 @@ int PrnType::ReadCaryDSWFile(std::ifstream& in) try {
   float stop = 0;
   Block(in, kStopValueAt, sizeof stop).Get(0, Wire::F32, stop);
   const Pairs pairs = ReadPairs(in, stop);
-  auto x = ArrayOf(pairs.x);
-  auto y = ArrayOf(pairs.y);
+  const int count = static_cast<int>(pairs.x.size());
+  auto x = ArrayOf(pairs.x, count);
+  auto y = ArrayOf(pairs.y, count);
   CaryDSWHeaderType texts = {};
   int number = 1;
   for (const KeptText& kept : kTexts)
@@ -91,7 +86,7 @@ int PrnType::ReadCaryDSWFile(std::ifstream& in) try {
   Own(yArray, std::move(y));
   fileType = FileCaryDSW;
   allocType = AllocXY;
-  nX = nY = static_cast<int>(pairs.x.size());
+  nX = nY = count;
   dsw = texts;
   return Finish(*this, in);
 } catch (const std::bad_alloc&) {

@@ -20,9 +20,6 @@ namespace kem::record {
 using namespace text;
 namespace {
 
-// A negative count turns into a length that no allocator can give.
-std::size_t Length(int count) { return static_cast<std::size_t>(count); }
-
 std::unique_ptr<float[]> CopyOf(const float* values, int count) {
   auto copy = NewArray(count);
   std::copy_n(values, count, copy.get());
@@ -110,7 +107,7 @@ void TakeArrays(PrnType& to, PrnType& src) {
 void CopyField(PrnType& record, const PrnType& src, const KemParameter& field) {
   const auto* from = static_cast<const char*>(field.in(src));
   auto* to = const_cast<char*>(static_cast<const char*>(field.in(record)));
-  const auto count = Length(field.count);
+  const auto count = static_cast<std::size_t>(field.count);
   switch (field.kind) {
     case KemParameterKind::Text:
       for (std::size_t k = 0; k < count; ++k) CopyText(to + k * kTextSize, TextOfField(from + k * kTextSize));

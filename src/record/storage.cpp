@@ -76,6 +76,12 @@ std::unique_ptr<float[]> NewZeroArray(int count) {
   return std::unique_ptr<float[]>(new float[Length(count)]());
 }
 
+std::unique_ptr<float[]> ArrayOf(std::span<const float> values, int count) {
+  auto array = NewZeroArray(count);
+  std::copy(values.begin(), values.end(), array.get());
+  return array;
+}
+
 void GridDeleter::operator()(float** grid) const {
   for (int i = 0; i < rows; ++i) delete[] grid[i];
   delete[] grid;

@@ -4,6 +4,7 @@
 #include <exception>
 #include <istream>
 #include <memory>
+#include <span>
 
 #include "kem.h"
 
@@ -12,6 +13,9 @@ namespace kem::record {
 // A length that is negative or cannot be had ends in std::bad_alloc.
 std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
 std::unique_ptr<float[]> NewZeroArray(int count);  // all 0; a large one takes memory only where it is written
+
+// An array of these values and, behind them, of zeros.
+std::unique_ptr<float[]> ArrayOf(std::span<const float> values, int count);
 
 // The rows of a grid and their table, each an allocation of its own.
 struct GridDeleter {

@@ -28,7 +28,7 @@ Json Axis(const char* title, bool stored, int points, float start, float end, fl
   return axis;
 }
 
-Json Values(const char* title, float least, float greatest) {
+Json ValueRange(const char* title, float least, float greatest) {
   return {{"title", Utf8(title)}, {"min", Number(least)}, {"max", Number(greatest)}};
 }
 
@@ -81,28 +81,6 @@ Json CommentLines(const PrnType& record) {
   return lines;
 }
 
-Json Describe(const Input& input) {
-  const PrnType& r = *input.record;
-  const Titles titles(r);
-  const bool grid = r.Is3D() != 0;
-  const char* format = KemFormatName(Source(input.file).Name().c_str());
-  Json description = {{"file", Utf8(input.file)},
-                      {"item", input.item},
-                      {"more", input.more},
-                      {"name", Utf8(r.fileName)},
-                      {"format", format ? format : ""},
-                      {"fileType", r.fileType},
-                      {"allocType", r.allocType},
-                      {"shape", grid ? "grid" : "curve"}};
-  const int points = grid ? r.nX : r.nY;
-  description["x"] = Axis(titles.x, r.HasX() != 0, points, r.xStart, r.xEnd, r.xStep);
-  if (grid) description["y"] = Axis(titles.y, r.HasY() != 0, r.nY, r.yStart, r.yEnd, r.yStep);
-  description["values"] = grid ? Values(titles.z, r.zMin, r.zMax) : Values(titles.y, r.yStart, r.yEnd);
-  description["parameters"] = Parameters(r);
-  description["comment"] = CommentLines(r);
-  return description;
-}
-
 // ------------------------------------------------------------ reports
 
 // While it lives, lines for standard output pass through it and become printable: a report holds what stood in a
@@ -139,7 +117,27 @@ void PrintRecord(const PrnType& record, int level) {
   record.PrintLog(level);
 }
 
-Json DescribeRecord(const Input& input) { return Describe(input); }
+Json DescribeRecord(const Input& input) {
+  const PrnType& r = *input.record;
+  const Titles titles(r);
+  const bool grid = r.Is3D() != 0;
+  const char* format = KemFormatName(Source(input.file).Name().c_str());
+  Json description = {{"file", Utf8(input.file)},
+                      {"item", input.item},
+                      {"more", input.more},
+                      {"name", Utf8(r.fileName)},
+                      {"format", format ? format : ""},
+                      {"fileType", r.fileType},
+                      {"allocType", r.allocType},
+                      {"shape", grid ? "grid" : "curve"}};
+  const int points = grid ? r.nX : r.nY;
+  description["x"] = Axis(titles.x, r.HasX() != 0, points, r.xStart, r.xEnd, r.xStep);
+  if (grid) description["y"] = Axis(titles.y, r.HasY() != 0, r.nY, r.yStart, r.yEnd, r.yStep);
+  description["values"] = grid ? ValueRange(titles.z, r.zMin, r.zMax) : ValueRange(titles.y, r.yStart, r.yEnd);
+  description["parameters"] = Parameters(r);
+  description["comment"] = CommentLines(r);
+  return description;
+}
 
 bool PrintClassicItems(const std::string& file) {
   const auto [items, problem] = ListClassic(file);

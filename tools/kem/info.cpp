@@ -31,7 +31,7 @@ std::string TypeOf(const Values& values) {
 }
 
 // Ten digits will do for the eye; the JSON document has them all.
-std::string Number(double value) {
+std::string NumberText(double value) {
   std::string text;
   portable::AppendGeneral(text, value, 10);
   return text;
@@ -48,8 +48,8 @@ std::string Described(const Axis& axis) {
   std::string text = Named(axis.name, axis.unit);
   text +=
       (text.empty() ? "" : ": ") + std::to_string(axis.Count()) + (axis.Count() == 1 ? " point, " : " points, ");
-  text += Number(axis.Start()) + " to " + Number(axis.End());
-  return text + (axis.IsLinear() ? " in steps of " + Number(axis.Step()) : ", stored");
+  text += NumberText(axis.Start()) + " to " + NumberText(axis.End());
+  return text + (axis.IsLinear() ? " in steps of " + NumberText(axis.Step()) : ", stored");
 }
 
 std::string DescribedValues(const Dataset& d) {
@@ -57,8 +57,8 @@ std::string DescribedValues(const Dataset& d) {
   for (const Axis& axis : d.axes) shape += (shape.empty() ? "" : " x ") + std::to_string(axis.Count());
   const Range range(d.values);
   const std::string name = Named(d.name, d.unit);
-  return name + (name.empty() ? "" : ": ") + shape + ' ' + TypeOf(d.values) + ", " + Number(range.min) + " to " +
-         Number(range.max) + (d.values.IsComplex() ? " in magnitude" : "");
+  return name + (name.empty() ? "" : ": ") + shape + ' ' + TypeOf(d.values) + ", " + NumberText(range.min) +
+         " to " + NumberText(range.max) + (d.values.IsComplex() ? " in magnitude" : "");
 }
 
 void PrintParameters(const Dataset& d) {

@@ -119,23 +119,25 @@ int Resample(const CLI::App& app, Task& task, const ResampleOptions& options) {
 // ------------------------------------------------------------ axis
 
 // Those that stand in front of a number, and those that stand alone.
-constexpr std::string_view kOperators = "+-*/^";
-constexpr std::string_view kFunctions[] = {"s",    "inv",  "exp",  "log",  "ln",   "sin",   "cos",   "tan",  "asin",
-                                           "acos", "atan", "sinh", "cosh", "tanh", "asinh", "acosh", "atanh"};
+constexpr std::string_view kAxisOperators = "+-*/^";
+constexpr std::string_view kAxisFunctions[] = {"s",    "inv",  "exp",   "log",   "ln",   "sin",
+                                               "cos",  "tan",  "asin",  "acos",  "atan", "sinh",
+                                               "cosh", "tanh", "asinh", "acosh", "atanh"};
 
 struct AxisChange {
   std::string operation;
   float value = 0;
 
   explicit AxisChange(const std::string& text) : operation(text) {
-    if (text.empty() || kOperators.find(text.front()) == kOperators.npos) return;
+    if (text.empty() || kAxisOperators.find(text.front()) == kAxisOperators.npos) return;
     operation.resize(1);
     value = NumberIn(text.substr(1));
   }
 
   // Dividing by 0 would make every coordinate 0.
   bool IsKnown() const {
-    if (std::find(std::begin(kFunctions), std::end(kFunctions), operation) != std::end(kFunctions)) return true;
+    if (std::find(std::begin(kAxisFunctions), std::end(kAxisFunctions), operation) != std::end(kAxisFunctions))
+      return true;
     return operation.size() == 1 && std::isfinite(value) && (operation != "/" || value != 0);
   }
 

@@ -1,7 +1,6 @@
 // Writing a million floats as text: OutputFile against a stream, for values of several kinds.
 #include <benchmark/benchmark.h>
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "formats/output_file.h"
+#include "portable.h"
 #include "text/number_text.h"
 
 namespace {
@@ -32,7 +32,7 @@ std::vector<float> Values(std::int64_t kind) {
         value = static_cast<float>(rng() % 65536);
         break;
       default:
-        value = std::bit_cast<float>(static_cast<std::uint32_t>(rng()));
+        value = kem::portable::bit_cast<float>(static_cast<std::uint32_t>(rng()));
     }
   }
   return values;

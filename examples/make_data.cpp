@@ -2,7 +2,6 @@
 // "make_data --check FOLDER" tells whether the files there are what it would write.
 //
 // Only +, -, *, / and rounding are used, whose results are the same on every machine, so that the files are too.
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -12,6 +11,8 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+
+#include "portable.h"
 
 namespace {
 
@@ -148,7 +149,7 @@ std::string NitroxideValues() {
     const double field = 3308.7 + 100.0 * k / (kFieldPoints - 1);
     const double slope =
         Sum({{3343.2, 0.85, 17000}, {3358.7, 0.80, 18000}, {3374.2, 0.95, 13500}}, field, LorentzianSlope);
-    const auto bits = std::bit_cast<std::uint64_t>(std::floor(slope + 60 * noise.Next()));
+    const auto bits = kem::portable::bit_cast<std::uint64_t>(std::floor(slope + 60 * noise.Next()));
     for (int shift = 56; shift >= 0; shift -= 8) bytes += static_cast<char>(bits >> shift & 0xff);
   }
   return bytes;

@@ -135,7 +135,6 @@ Table TableOf(std::string_view text) {
   Table table;
   std::vector<double> row;
   std::vector<double> before;
-  std::string_view lineBefore;
   Lines lines(text);
   for (std::string_view line; lines.Next(line);) {
     if (table.columns != 0) {

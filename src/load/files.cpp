@@ -67,7 +67,9 @@ std::filesystem::path PathOf(std::string_view name) {
 
 bool OpenForReading(std::ifstream& in, const std::string& name) {
   std::error_code error;
-  if (std::filesystem::is_other(PathOf(name), error)) return false;
+  const auto status = std::filesystem::status(PathOf(name), error);
+  if (std::filesystem::is_directory(status)) errno = EISDIR;
+  if (std::filesystem::is_directory(status) || std::filesystem::is_other(status)) return false;
   in.clear();
   in.open(PathOf(name), std::ios::in | std::ios::binary);
   in.peek();

@@ -13,8 +13,10 @@
 namespace kem::record {
 namespace {
 
-// A negative count turns into a length that no allocator can give.
-std::size_t Length(int count) { return static_cast<std::size_t>(count); }
+std::size_t Length(int count) {
+  if (count < 0) throw std::bad_alloc();
+  return static_cast<std::size_t>(count);
+}
 
 // From this size on an array is no recycled memory, but pages fresh from the system.
 constexpr std::size_t kLarge = std::size_t{32} << 20;
@@ -52,7 +54,6 @@ std::unique_ptr<float[]> NewDroppedArray(int count) {
 void ProbeMemory(std::size_t rows, std::size_t columns) {
   constexpr std::size_t kPerRow = 4 * sizeof(float*);  // table entry and bookkeeping
   constexpr std::size_t kMost = std::numeric_limits<std::size_t>::max();
-  if (columns > (kMost - kPerRow) / sizeof(float)) throw std::bad_alloc();
   const std::size_t perRow = columns * sizeof(float) + kPerRow;
   if (rows > kMost / perRow) throw std::bad_alloc();
   ::operator delete(::operator new(rows* perRow));
@@ -72,7 +73,7 @@ Grid MakeGrid(int rows, int columns, std::unique_ptr<float[]> (*newRow)(int)) {
 std::unique_ptr<float[]> NewArray(int count) { return std::unique_ptr<float[]>(new float[Length(count)]); }
 
 std::unique_ptr<float[]> NewZeroArray(int count) {
-  if (count > 0 && Length(count) * sizeof(float) >= kLarge) return NewDroppedArray(count);
+  if (Length(count) * sizeof(float) >= kLarge) return NewDroppedArray(count);
   return std::unique_ptr<float[]>(new float[Length(count)]());
 }
 

@@ -107,11 +107,11 @@ TEST_CASE("dialog: answers of the chooser") {
       {"/a\n", 0, 0, "1 #"},
       {"/a\n", 0, -1, "1 #"},
   };
-  for (const auto& [answer, status, size, expected] : kCases) {
-    CAPTURE(answer.substr(0, 20));
-    CAPTURE(size);
-    Desktop::Answer(answer, status);
-    CHECK(Choose(size) == expected);
+  for (const auto& c : kCases) {
+    CAPTURE(c.answer.substr(0, 20));
+    CAPTURE(c.size);
+    Desktop::Answer(c.answer, c.status);
+    CHECK(Choose(c.size) == c.expected);
   }
 }
 

@@ -82,7 +82,8 @@ TEST_CASE("record: every shape is made, copied and released") {
     PrnType assigned(AllocXYZ, 2, 2);
     const PrnType returned = (assigned = r);
     PrnType taken(AllocXYZ, 2, 2);
-    PrnType moved(std::move(taken = PrnType(r)));
+    PrnType given = (taken = PrnType(r));
+    const PrnType moved(std::move(given));
     for (const PrnType* c : std::initializer_list<const PrnType*>{&copy, &assigned, &returned, &taken, &moved}) {
       CHECK((c->active == 1 && c->nY == s.nY));
       CHECK((std::string(c->fileName) == "name" && std::string(c->xLabel) == "field"));

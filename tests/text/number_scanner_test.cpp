@@ -44,7 +44,7 @@ struct Stream {
   void Next(float& value) { in >> value; }
 };
 
-void CheckSame(const std::string& text, std::ios::iostate exceptions = std::ios::goodbit) {
+[[maybe_unused]] void CheckSame(const std::string& text, std::ios::iostate exceptions = std::ios::goodbit) {
   CAPTURE(text.substr(0, 200));
   const Outcome expected = TakeAll<Stream>(text, exceptions);
   const Outcome got = TakeAll<NumberScanner>(text, exceptions);

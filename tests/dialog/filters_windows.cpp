@@ -10,12 +10,12 @@
 #include <string>
 #include <string_view>
 
-using kem::record::kDialogFilters;
+using kem::host::kDialogFilters;
 
 int main() {
   HWND list = nullptr;
   EnumChildWindows(
-      FindWindowA(nullptr, kem::record::kDialogTitle),
+      FindWindowA(nullptr, kem::host::kDialogTitle),
       [](HWND child, LPARAM found) {
         if (GetDlgCtrlID(child) == cmb1) *reinterpret_cast<HWND*>(found) = child;
         return TRUE;

@@ -26,6 +26,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -242,6 +243,8 @@ struct FormatInfo {
 
 /// Opens one item of a file, counted from 1.
 KEM_API Dataset Open(const std::filesystem::path& file, int item = 1);
+/// Opens the items of a file in their order, until \p take returns false. What they share is read once.
+KEM_API void OpenEach(const std::filesystem::path& file, const std::function<bool(Dataset item)>& take);
 /// The items of a file.
 KEM_API std::vector<ItemInfo> Items(const std::filesystem::path& file);
 /// Tells a file's format without reading its data.

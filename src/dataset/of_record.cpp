@@ -138,6 +138,7 @@ Dataset OfRecord(const PrnType& r, std::span<const TextRow> units) {
 Dataset OpenRecord(Source& source, const ReadRecord& read, std::span<const TextRow> units, int next) {
   record::Aside aside;
   aside.readNext = next;
+  aside.place = source.place;
   PrnType r;
   try {
     if (read(r, source.Stream()) == 0 || !r) Refuse(source, aside);
@@ -146,6 +147,7 @@ Dataset OpenRecord(Source& source, const ReadRecord& read, std::span<const TextR
     Fail(ErrorCode::Damaged, source.Path(),
          "announces " + Whole(aside.announced) + " values, the file has " + Whole(aside.fileBytes) + " bytes");
   }
+  source.place = aside.place;
   Dataset d = OfRecord(r, units);
   if (aside.missing > 0)
     d.notes.push_back(

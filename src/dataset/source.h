@@ -1,6 +1,7 @@
 // A measurement file on its way into a dataset: its name, its bytes, and the files that belong to it.
 #pragma once
 
+#include <any>
 #include <bit>
 #include <cstdint>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <string_view>
 
 #include "kem/dataset.h"
+#include "record/findings.h"
 
 namespace kem::dataset {
 
@@ -42,6 +44,15 @@ class Source {
   std::optional<Source> Companion(std::string_view extension) const;
   bool HasExtension(std::string_view extension) const;  // in any case
 
+  // What is made of the file when it is first asked for, and kept for its other items.
+  template <class Made, class Make>
+  const Made& Once(Make make) {
+    const auto* made = std::any_cast<Made>(&made_);
+    return made ? *made : made_.emplace<Made>(make());
+  }
+  // Where the item read last begins.
+  record::Place place;
+
  private:
   std::filesystem::path path_;
   std::ifstream in_;
@@ -49,6 +60,7 @@ class Source {
   std::string head_;
   std::string content_;
   bool complete_ = false;  // content_ holds all bytes
+  std::any made_;
 };
 
 // Numbers that lie at equal distances: of `columns` numbers per value, `taken` are kept from `column` on.

@@ -172,7 +172,9 @@ std::string_view WithoutMark(std::string_view text) {
 }
 
 // A file has one table, which its items share.
-Table TableOf(Source& source) { return TableOf(WithoutMark(source.Content())); }
+const Table& TableOf(Source& source) {
+  return source.Once<Table>([&source] { return TableOf(WithoutMark(source.Content())); });
+}
 
 // The X positions of a lattice whose second column stays while the first runs; 0 where the rows are none.
 std::size_t LatticeWidth(const Table& t) {
@@ -235,13 +237,13 @@ Titles TitlesOf(Dataset& d, const Table& t) {
 
 std::string RecogniseColumns(Source& source) {
   if (source.Size() == 0 || LooksBinary(WithoutMark(source.Head()))) return {};
-  const Table table = TableOf(source);
+  const Table& table = TableOf(source);
   if (table.Rows() < 2) return {};
   return "text with " + std::to_string(table.Rows()) + " rows of " + std::to_string(table.columns) + " numbers";
 }
 
 std::vector<std::string> ColumnItems(Source& source) {
-  const Table table = TableOf(source);
+  const Table& table = TableOf(source);
   if (LatticeWidth(table) > 0) return {std::string()};
   Dataset scratch;
   const Titles titles = TitlesOf(scratch, table);
@@ -257,7 +259,7 @@ std::vector<double> Column(const Table& t, std::size_t column, std::size_t count
 }
 
 Dataset OpenColumns(Source& source, int item) {
-  const Table table = TableOf(source);
+  const Table& table = TableOf(source);
   Dataset d;
   const Titles titles = TitlesOf(d, table);
   d.title = titles.title;

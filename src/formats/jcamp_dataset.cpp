@@ -339,12 +339,20 @@ std::string RecogniseJcamp(Source& source) {
   return "its first labels are ##" + std::string(labels.front().key) + "= and others of this kind";
 }
 
-std::vector<Item> ItemsOf(const std::vector<Label>& labels) { return Blocks(labels).Items(); }
+struct Content {
+  std::vector<Label> labels;
+  std::vector<Item> items;  // point to them
+
+  explicit Content(std::string_view text) : labels(LabelsOf(text)), items(Blocks(labels).Items()) {}
+};
+
+const std::vector<Item>& ItemsOf(Source& source) {
+  return source.Once<Content>([&source] { return Content(source.Content()); }).items;
+}
 
 std::vector<std::string> JcampItems(Source& source) {
-  const std::vector<Label> labels = LabelsOf(source.Content());
   std::vector<std::string> names;
-  for (const Item& item : ItemsOf(labels)) names.push_back(NameOf(item));
+  for (const Item& item : ItemsOf(source)) names.push_back(NameOf(item));
   if (names.empty())
     Fail(ErrorCode::NotReadable, source.Path(),
          "holds no spectrum that kem reads (XYDATA, XYPOINTS, PEAK TABLE or DATA TABLE)");
@@ -352,9 +360,7 @@ std::vector<std::string> JcampItems(Source& source) {
 }
 
 Dataset OpenJcamp(Source& source, int number) {
-  const std::vector<Label> labels = LabelsOf(source.Content());
-  const std::vector<Item> items = ItemsOf(labels);
-  const Item& item = items[static_cast<std::size_t>(number) - 1];
+  const Item& item = ItemsOf(source)[static_cast<std::size_t>(number) - 1];
   Dataset d;
   AddParameters(d, "LINK", item.links);
   AddParameters(d, "", item.labels);

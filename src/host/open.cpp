@@ -89,34 +89,49 @@ std::string HoldsNo(int item, std::size_t items) {
   return "holds no item " + std::to_string(item) + ", but " + std::to_string(items);
 }
 
+// A file with its reader and the names of its items.
+struct Opened {
+  Source source;
+  const Reader& reader;
+  std::vector<std::string> names;
+
+  explicit Opened(const std::filesystem::path& file)
+      : source(file), reader((RefuseForeign(source), *Recognise(source).reader)), names(reader.items(source)) {}
+
+  Dataset Item(std::size_t number) {
+    Dataset dataset = reader.open(source, static_cast<int>(number));
+    dataset.format = reader.format;
+    dataset.file = source.Path();
+    dataset.item = static_cast<int>(number);
+    dataset.items = static_cast<int>(names.size());
+    dataset.itemName = names[number - 1];
+    ToUtf8(dataset);
+    Check(dataset);
+    return dataset;
+  }
+};
+
 }  // namespace
 }  // namespace dataset
 
 using namespace dataset;
 
 Dataset Open(const std::filesystem::path& file, int item) {
-  Source source(file);
-  RefuseForeign(source);
-  const Reader& reader = *Recognise(source).reader;
-  const std::vector<std::string> names = reader.items(source);
-  if (item < 1 || static_cast<std::size_t>(item) > names.size())
-    Fail(ErrorCode::NoSuchItem, file, HoldsNo(item, names.size()));
-  Dataset dataset = reader.open(source, item);
-  dataset.format = reader.format;
-  dataset.file = file;
-  dataset.item = item;
-  dataset.items = static_cast<int>(names.size());
-  dataset.itemName = names[static_cast<std::size_t>(item) - 1];
-  ToUtf8(dataset);
-  Check(dataset);
-  return dataset;
+  Opened opened(file);
+  const std::size_t items = opened.names.size();
+  if (item < 1 || static_cast<std::size_t>(item) > items) Fail(ErrorCode::NoSuchItem, file, HoldsNo(item, items));
+  return opened.Item(static_cast<std::size_t>(item));
+}
+
+void OpenEach(const std::filesystem::path& file, const std::function<bool(Dataset item)>& take) {
+  Opened opened(file);
+  for (std::size_t k = 1; k <= opened.names.size() && take(opened.Item(k)); ++k) {
+  }
 }
 
 std::vector<ItemInfo> Items(const std::filesystem::path& file) {
-  Source source(file);
-  RefuseForeign(source);
   std::vector<ItemInfo> items;
-  for (std::string& name : Recognise(source).reader->items(source))
+  for (const std::string& name : Opened(file).names)
     items.push_back({static_cast<int>(items.size()) + 1, Utf8(name)});
   return items;
 }

@@ -75,7 +75,7 @@ struct Curve {
     header.Get(kValueType, Wire::U8, type);
     header.Get(kStoredPoints, Wire::U16, stored);
   }
-  bool IsCurve() const { return header.Size() == kCurveHeader && header.Bytes()[kFlag] == 0; }
+  bool IsThere() const { return header.Size() == kCurveHeader && header.Bytes()[kFlag] == 0; }
   std::streamoff ToExtra() const {
     return static_cast<std::streamoff>(kCurveHeader + static_cast<std::size_t>(stored) * kValueSize);
   }
@@ -127,7 +127,7 @@ void kem::load::ListIccdCurves(std::istream& in, ItemList& items) {
   std::streamoff at = kFileHeader;
   for (std::size_t k = 0; k < items.size(); ++k) {
     const Curve curve(in, at);
-    if (!curve.IsCurve()) return items.resize(k);
+    if (!curve.IsThere()) return items.resize(k);
     Text xTitle;
     curve.StoreTitles(xTitle, items[k].title);
     at += curve.Size();
@@ -144,14 +144,9 @@ int PrnType::ReadIccdCrv(std::ifstream& in, int& count, int which) {
   header.Get(6, Wire::U16, points);
   if (which < 0 || which >= count) return 0;
 
-  std::streamoff at = kFileHeader;
-  for (int skipped = 0; skipped < which; ++skipped) {
-    const Curve curve(in, at);
-    if (!curve.IsCurve()) return 0;
-    at += curve.Size();
-  }
+  const std::streamoff at = PlaceOf<Curve>(in, which, kFileHeader);
   const Curve curve(in, at);
-  if (!curve.IsCurve()) return 0;
+  if (!curve.IsThere()) return 0;
   auto values = NewZeroArray(points);
   ReadValues(in, curve.type == kFloats ? Wire::F32 : Wire::S32, Order::Little,
              {values.get(), static_cast<std::size_t>(std::min(points, curve.stored))});

@@ -90,20 +90,23 @@ void StoreSetup(PrnType& record, const Setup& setup, const Block& header, std::i
 }
 
 struct CurveHeader {
-  bool held = false;  // the file does not end in it
   int points = 0;
   int type = 0;
 
   CurveHeader(std::istream& in, std::streamoff at) {
     const Block block(in, at, kCurveHeader);
-    held = block.Size() == kCurveHeader;
+    held_ = block.Size() == kCurveHeader;
     points = Word(block, 0);
     block.Get(8, Wire::S16, type);
   }
+  bool IsThere() const { return held_; }
   // A Y value takes as many bytes as the low digit of its type says, an X value four.
   std::streamoff Size() const {
     return static_cast<std::streamoff>(kCurveHeader) + static_cast<std::streamoff>(points) * (type % 16 + 4);
   }
+
+ private:
+  bool held_ = false;  // the file does not end in it
 };
 
 struct ValueType {
@@ -141,7 +144,7 @@ void kem::load::ListOMA(std::istream& in, ItemList& items) {
   std::streamoff at = FirstCurve(in);
   for (std::size_t k = 0; k < items.size(); ++k) {
     const CurveHeader curve(in, at);
-    if (!curve.held) return items.resize(k);
+    if (!curve.IsThere()) return items.resize(k);
     items[k].nX = items[k].nY = curve.points;
     at += curve.Size();
   }
@@ -159,13 +162,7 @@ int PrnType::ReadOMA(std::ifstream& in, int& count, int which) {
   if (which < 1 || which > count) return 0;
   StoreSetup(*this, setup, header, in);
 
-  std::streamoff at = FirstCurve(in);
-  for (int skipped = 1; skipped < which; ++skipped) {
-    const CurveHeader curve(in, at);
-    if (!curve.held) break;
-    at += curve.Size();
-  }
-  const CurveHeader curve(in, at);
+  const CurveHeader curve(in, PlaceOf<CurveHeader>(in, which - 1, FirstCurve(in)));
   auto y = NewZeroArray(curve.points);
   auto x = NewZeroArray(curve.points);
   const auto points = static_cast<std::size_t>(curve.points);

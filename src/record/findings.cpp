@@ -10,7 +10,7 @@ namespace {
 double untold = 0;  // hosts are not told how many values are missing
 
 const Findings kForHost{&ReadNextFlag,  &WriteFailedFlag, &ReadXFactor, &ReadYFactor, &ReadAnnounced,
-                        &ReadFileBytes, &untold,          &std::cout,   true};
+                        &ReadFileBytes, &untold,          nullptr,      &std::cout,   true};
 
 thread_local const Findings* ofThread = &kForHost;
 
@@ -19,7 +19,8 @@ thread_local const Findings* ofThread = &kForHost;
 const Findings& Found() { return *ofThread; }
 
 Aside::Aside()
-    : findings_{&readNext, &writeFailed, &xFactor, &yFactor, &announced, &fileBytes, &missing, &messages, false},
+    : findings_{&readNext,  &writeFailed, &xFactor, &yFactor,  &announced,
+                &fileBytes, &missing,     &place,   &messages, false},
       before_(ofThread) {
   ofThread = &findings_;
 }

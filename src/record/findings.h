@@ -2,10 +2,17 @@
 #pragma once
 
 #include <cstddef>
+#include <ios>
 #include <iosfwd>
 #include <sstream>
 
 namespace kem::record {
+
+// Where an item of a series begins; at 0 for none.
+struct Place {
+  int item = 0;  // counted from 0
+  std::streamoff at = 0;
+};
 
 // Where it goes: by default into the library's global variables and to standard output, where the hosts of the
 // record look for it.
@@ -17,6 +24,7 @@ struct Findings {
   double* announced;
   double* fileBytes;
   double* missing;  // values that were announced and were not there
+  Place* place;     // of the item read last, from where the next one of the same file is found; null for hosts
   std::ostream* messages;
   bool forHost;  // its hooks are called
 };
@@ -43,6 +51,7 @@ class Aside {
   double announced = 0;
   double fileBytes = 0;
   double missing = 0;
+  Place place;
   std::ostringstream messages;
 
  private:

@@ -67,6 +67,11 @@ inline std::string OpenedAs(const Files& files, int item = 1) {
   return WithFiles(files, [item](const std::string& path) {
     std::string text;
     const std::string refusal = Refusal([&] { text = Listing(Open(path, item)); });
+    if (!text.empty())
+      OpenEach(path, [&](const Dataset& one) {
+        if (one.item == item) CHECK(Listing(one) == text);
+        return one.item < item;
+      });
     return text.empty() ? "refused: " + refusal : text;
   });
 }

@@ -46,10 +46,7 @@ void PrintFaults(const std::string& file, const Input& input, const std::vector<
 
 Checked Check(const std::string& file, bool print) {
   Checked checked;
-  bool more = true;
-  for (int item = 1; more; ++item) {
-    const Input input = OpenItem(file, item);
-    more = input.more;
+  OpenItems(file, [&](const Input& input) {
     std::vector<Note> faults;
     if (input.dataset) {
       faults = Faults(*input.dataset);
@@ -60,10 +57,10 @@ Checked Check(const std::string& file, bool print) {
     if (print) PrintFaults(file, input, faults);
     checked.damaged |= std::any_of(faults.begin(), faults.end(),
                                    [](const Note& note) { return note.severity == Severity::Damaged; });
-    Json one = {{"item", item}, {"name", input.name}, {"notes", ToJson(faults)}};
+    Json one = {{"item", input.item}, {"name", input.name}, {"notes", ToJson(faults)}};
     if (!input.problem.empty()) one["error"] = input.problem;
     checked.items.push_back(std::move(one));
-  }
+  });
   return checked;
 }
 

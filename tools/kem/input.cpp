@@ -39,6 +39,34 @@ void MakeRecord(Input& input) {
   std::snprintf(input.record->fileName, sizeof input.record->fileName, "%s", input.file.c_str());
 }
 
+// Makes the record and prints the notes that cast doubt on it.
+void Load(Input& input) {
+  if (!input.dataset) return;
+  input.problem = Attempted(input.dataset->file, [&] { MakeRecord(input); });
+  if (!input.problem.empty()) return;
+  for (const Note& note : input.dataset->notes)
+    if (note.severity != Severity::Remark) Tell(input.file, note.text);
+}
+
+Input Opened(const std::string& file, Dataset dataset) {
+  dataset.file = PathOf(file);
+  return {.file = file,
+          .item = dataset.item,
+          .more = dataset.item < dataset.items,
+          .name = dataset.itemName,
+          .record = nullptr,
+          .dataset = std::move(dataset)};
+}
+
+// Opens a file by its path. Returns why that fails.
+Problem AttemptedOn(const std::string& file, const std::function<void(const fs::path&)>& open) {
+  const Source source(file, Source::Names::Any);
+  if (!source.WhyNot().empty()) return source.WhyNot();
+  const fs::path path = PathOf(source.Name());
+  Problem problem = Attempted(path, [&] { open(path); });
+  return !problem.empty() && IsPattern(file) ? "no file matches this pattern" : problem;
+}
+
 }  // namespace
 
 const Reading& HowToRead() { return reading; }
@@ -84,44 +112,40 @@ NamedItem ItemNamed(const std::string& name) {
 
 Input OpenItem(const std::string& file, int item) {
   Input input{.file = file, .item = item, .record = nullptr};
-  const Source source(file, Source::Names::Any);
-  input.problem = source.WhyNot();
-  if (!input.problem.empty()) return input;
-  const fs::path path = PathOf(source.Name());
-  input.problem = Attempted(path, [&] {
-    input.dataset = Open(path, item);
-    input.dataset->file = PathOf(file);
-    input.more = item < input.dataset->items;
-    input.name = input.dataset->itemName;
-  });
-  if (!input.problem.empty() && IsPattern(file)) input.problem = "no file matches this pattern";
+  input.problem = AttemptedOn(file, [&](const fs::path& path) { input = Opened(file, Open(path, item)); });
   return input;
+}
+
+void OpenItems(const std::string& file, const std::function<void(Input&)>& take) {
+  Input next{.file = file, .item = 1, .record = nullptr};
+  next.problem = AttemptedOn(file, [&](const fs::path& path) {
+    OpenEach(path, [&](Dataset dataset) {
+      Input input = Opened(file, std::move(dataset));
+      next.item = input.item + 1;
+      take(input);
+      return true;
+    });
+  });
+  if (!next.problem.empty()) take(next);
 }
 
 Input LoadItem(const std::string& file, int item) {
   if (reading.classic) return LoadClassic(file, item);
   Input input = OpenItem(file, item);
-  if (!input.dataset) return input;
-  input.problem = Attempted(input.dataset->file, [&] { MakeRecord(input); });
-  if (!input.problem.empty()) return input;
-  for (const Note& note : input.dataset->notes)
-    if (note.severity != Severity::Remark) Tell(file, note.text);
+  Load(input);
   return input;
 }
 
 bool EachItem(const std::string& file, const std::function<bool(Input&)>& action) {
   if (reading.classic) return EachClassic(file, action);
   bool succeeded = true;
-  bool more = true;
-  for (int item = 1; more; ++item) {
-    Input input = LoadItem(file, item);
-    more = input.more;
-    if (!NoProblem(file, (item > 1 && !input.problem.empty() ? "item " + std::to_string(item) + ": " : "") +
-                             input.problem))
-      succeeded = false;
-    else
-      succeeded = action(input) && succeeded;
-  }
+  OpenItems(file, [&](Input& input) {
+    Load(input);
+    const bool numbered = input.item > 1 && !input.problem.empty();
+    const bool loaded =
+        NoProblem(file, (numbered ? "item " + std::to_string(input.item) + ": " : "") + input.problem);
+    succeeded = loaded && action(input) && succeeded;
+  });
   return succeeded;
 }
 

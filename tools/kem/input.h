@@ -47,6 +47,8 @@ NamedItem ItemNamed(const std::string& name);
 
 // Opens one item of a file without making a record of it.
 Input OpenItem(const std::string& file, int item);
+// Opens the items of a file one after the other; a problem is that of the last one handed over.
+void OpenItems(const std::string& file, const std::function<void(Input&)>& take);
 
 // Loads one item of a file, and prints the notes on it that cast doubt on its values.
 Input LoadItem(const std::string& file, int item);

@@ -56,7 +56,7 @@ std::string Number(const void* values, int k) {
 std::string TextOf(const KemParameter& parameter, const void* values, int k) {
   switch (parameter.kind) {
     case KemParameterKind::Text:
-      return std::string(Trimmed(TextOfField(static_cast<const char*>(values) + k * kTextSize)));
+      return std::string(Trimmed(TextOfField(static_cast<const char*>(values) + std::ptrdiff_t{k} * kTextSize)));
     case KemParameterKind::Int:
       return Number<int>(values, k);
     case KemParameterKind::Float:

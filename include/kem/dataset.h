@@ -159,6 +159,13 @@ class KEM_API Axis {
   std::span<const double> StoredCoordinates() const { return stored_; }
   /// The first \p count coordinates, where they were.
   Axis First(std::size_t count) const;
+  /// The axis in another one of the \ref Units: fields, times, or what light has of wavelength, wavenumber, energy
+  /// and frequency. A linear axis stays one, but between wavelengths and the others it becomes a stored one that
+  /// runs the other way. What has no such meaning does not fit: another quantity, an axis without a unit, a
+  /// coordinate of 0 where it stands in a divisor, the wavelength of a Raman shift.
+  Axis In(std::string_view unit) const;
+  /// The g factors of a field axis at a frequency of the microwave in Hz, stored.
+  Axis InGValues(double frequency) const;
 
  private:
   std::size_t count_ = 0;
@@ -166,6 +173,13 @@ class KEM_API Axis {
   double end_ = 0;
   std::vector<double> stored_;
 };
+
+/// The units that convert, as kem spells them: "T", "mT", "G", "ns", "eV", "cm-1", "nm" and so on.
+KEM_API std::vector<std::string> Units();
+/// How kem spells a unit of a file: "nm" for "NANOMETERS"; empty when it is none of \ref Units.
+KEM_API std::string UnitNamed(std::string_view spelling);
+/// A number in another unit. What has no such meaning does not fit; an infinite wavelength has the energy 0.
+KEM_API double InUnit(double number, std::string_view from, std::string_view to);
 
 // ---------------------------------------------------------------- parameters and notes
 
@@ -211,6 +225,8 @@ struct KEM_API Dataset {
 
   /// The first parameter of a key, in any section or in the named one; null when there is none.
   const Parameter* Find(std::string_view key, std::string_view section = {}) const;
+  /// The frequency of the microwave in Hz, where an EPR file tells it.
+  std::optional<double> MicrowaveFrequency() const;
 
   /// The record of a dataset with one or two dimensions, in single precision: a curve over its axis, or a grid over
   /// X, the last axis, and Y. Of complex values \p part is taken. More dimensions, no points and values that single

@@ -117,7 +117,7 @@ std::string Quoted(std::string_view text) { return "'" + std::string(text) + "'"
 
 const Unit& Known(std::string_view text) {
   if (const Unit* unit = UnitOf(text)) return *unit;
-  Refuse(text.empty() ? "has no unit to convert from" : Quoted(text) + " is no unit that converts");
+  Refuse(text.empty() ? "there is no unit to convert from" : Quoted(text) + " is no unit that converts");
 }
 
 void CheckConverts(const Unit& from, const Unit& to) {
@@ -131,7 +131,7 @@ Axis Inverted(const Axis& axis, std::string name, std::string unit, Function fun
   std::vector<double> coordinates = axis.Coordinates();
   for (double& x : coordinates) {
     if (!(x > 0))
-      Refuse("has coordinates that are not positive, which have no counterpart in " + (unit.empty() ? name : unit));
+      Refuse("coordinates that are not positive have no counterpart in " + (unit.empty() ? name : unit));
     x = function(x);
   }
   return Axis::Stored(std::move(name), std::move(unit), std::move(coordinates));
@@ -174,7 +174,7 @@ Axis Axis::In(std::string_view unitName) const {
   const auto convert = [&](double x) { return Convert(x, from, to); };
   if (Inverts(from, to)) {
     if (text::Lower(name).find("shift") != name.npos)
-      Refuse("is a shift, which has no " + std::string(IsLength(to) ? "wavelength" : "energy") + " of its own");
+      Refuse("a shift has no " + std::string(IsLength(to) ? "wavelength" : "energy") + " of its own");
     return Inverted(*this, std::move(title), to.name, convert);
   }
   if (IsLinear()) return Linear(std::move(title), to.name, count_, convert(start_), convert(end_));

@@ -32,10 +32,10 @@ TEST_CASE("units: an axis in another unit, or why there is none") {
       {Even("GHZ", 299.792458, 599.584916), "cm-1", "Wavenumber (cm-1) 10 15 20"},
       {Axis::Stored("x", "um", {2, 1}), "nm", "x (nm) stored 2000 1000"},
       {Even("cm-1", 100, 300, "Raman shift"), "meV", "Energy (meV) 12.39841984 24.79683969 37.19525953"},
-      {Even("cm-1", 100, 300, "Raman shift"), "nm", "is a shift, which has no wavelength of its own"},
-      {Even("nm", 0, 2), "eV", "has coordinates that are not positive, which have no counterpart in eV"},
+      {Even("cm-1", 100, 300, "Raman shift"), "nm", "a shift has no wavelength of its own"},
+      {Even("nm", 0, 2), "eV", "coordinates that are not positive have no counterpart in eV"},
       {Even("G"), "nm", "G cannot be converted into nm"},
-      {Even(""), "nm", "has no unit to convert from"},
+      {Even(""), "nm", "there is no unit to convert from"},
       {Even("m/z"), "nm", "'m/z' is no unit that converts"},
       {Even("nm"), "furlong", "'furlong' is no unit that converts"},
   };

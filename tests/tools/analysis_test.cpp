@@ -251,7 +251,7 @@ TEST_CASE("kem integrate, stats and histogram print what the members return") {
   const Json& of = stats[1];
   CHECK(of["shape"] == "grid");
   CHECK(of["points"] == Json{64, 100});
-  CHECK(of["x"] == Json{{"start", 430}, {"end", 619}});
+  CHECK(of["x"] == Json{{"start", 430}, {"end", 619}, {"unit", "nm"}});
   CHECK(of["max"] == Json{{"value", high}, {"x", x}, {"y", 2.8}});
   CHECK_BITS(of["min"]["value"].get<float>(), low);
   CHECK_BITS(of["noise"].get<float>(), grid.NoiseLevel());
@@ -278,6 +278,40 @@ TEST_CASE("kem integrate, stats and histogram print what the members return") {
   CHECK(Kem("histogram -b 4 --csv " + Quoted(line))
             .out.ends_with(",b.prn\",0,1,1\n\"" + line + "\",1,2,1\n\"" + line + "\",2,3,0\n\"" + line +
                            "\",3,4,2\n"));
+}
+
+TEST_CASE("kem: X in other units, in what is printed and written, and where that has no meaning") {
+  InExamples();
+  struct Case {
+    const char* arguments;
+    int status;
+    const char* text;  // printed, or the sentence
+  };
+  const Case cases[] = {
+      {"convert --to csv -o - nitroxide.DSC --x-unit millitesla", 0, "Field (mT),Intensity\n330.87,-66\n"},
+      {"convert --to csv -o - nitroxide.DSC --axis g", 0, "g,Intensity\n2.0363047194146646,-66\n"},
+      {"convert --to csv -o - nitroxide.DSC --axis g --frequency 9.5e9", 0, "g,Intensity\n2.051420449039164,-66\n"},
+      {"convert --to csv -o - streak.p3d --x-unit eV", 0, "Energy (eV),Time (ns),Intensity (counts)\n2.883353"},
+      {"convert --to dx -o - nitroxide.DSC --x-unit mT", 0, "##XUNITS=Field (mT)"},
+      {"info nitroxide.DSC --x-unit T", 0, "axis      Field (T): 1024 points, 0.33087 to 0.34087 in steps"},
+      {"stats nitroxide.DSC --x-unit mT", 0, "  X         330.87 to 340.87 mT\n"},
+      {"info -j streak.p3d --x-unit um", 0, "\"unit\": \"um\""},
+      {"value -x 333 nitroxide.DSC --x-unit mT", 0, "108.5125\n"},
+      {"info raman.prn --x-unit nm", 1,
+       "raman.prn: its X axis 'Raman shift': a shift has no wavelength of its own"},
+      {"info raman.prn --axis g", 1, "raman.prn: its X axis 'Raman shift': cm-1 cannot be converted into T"},
+      {"stats streak.p3d --x-unit ns", 1, "streak.p3d: its X axis 'Wavelength': nm cannot be converted into ns"},
+      {"info raman.prn --x-unit parsec", 2, "info: --x-unit: one of T, mT, "},
+      {"info raman.prn --axis g --frequency 0", 2, "info: --frequency: a number above 0 is needed, not 0"},
+      {"info --classic raman.prn --x-unit eV", 2, "info: --classic excludes --x-unit"},
+  };
+  for (const Case& c : cases) {
+    CAPTURE(c.arguments);
+    const Result result = Kem(c.arguments);
+    CHECK(result.status == c.status);
+    const std::string& said = c.status == 0 ? result.out : result.err;
+    CHECK(said.substr(0, 4000).find(c.text) != std::string::npos);
+  }
 }
 
 TEST_CASE("kem: the classic reading tells where it is not what the file says") {

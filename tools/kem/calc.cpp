@@ -224,6 +224,7 @@ int Calculate(const CLI::App& app, CalcOptions& options) {
 Run DefineCalc(CLI::App& app) {
   auto options = std::make_shared<CalcOptions>();
   AddReading(app);
+  AddUnits(app);
   app.add_option("EXPRESSION", options->expression, "What to calculate, in the quotes of the shell")
       ->type_name("")
       ->required();

@@ -152,6 +152,7 @@ int PrintItems(const ItemsOptions& options) {
 Run DefineInfo(CLI::App& app) {
   auto options = std::make_shared<InfoOptions>();
   AddFiles(app, options->files);
+  AddUnits(app);
   AddItem(app, options->item);
   app.add_option(
          "-l,--level", options->level,

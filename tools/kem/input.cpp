@@ -1,6 +1,7 @@
 #include "input.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -48,8 +49,31 @@ void Load(Input& input) {
     if (note.severity != Severity::Remark) Tell(input.file, note.text);
 }
 
+Axis GValues(const Dataset& d) {
+  const Axis& x = d.axes.back();
+  const double frequency = reading.frequency > 0 ? reading.frequency : d.MicrowaveFrequency().value_or(0);
+  if (!(frequency > 0)) {
+    (void)x.In("T");  // what is no field needs no frequency either
+    throw Error(ErrorCode::DoesNotFit, "the file tells no frequency of the microwave; --frequency does");
+  }
+  return x.InGValues(frequency);
+}
+
+// X in the unit that was asked for.
+void ConvertX(Dataset& d) {
+  if (d.axes.empty() || (reading.xUnit.empty() && !reading.gValues)) return;
+  Axis& x = d.axes.back();
+  const std::string before = "its X axis" + (x.name.empty() ? "" : " '" + x.name + '\'') + ": ";
+  try {
+    x = reading.gValues ? GValues(d) : x.In(reading.xUnit);
+  } catch (const Error& error) {
+    throw Error(error.Code(), before + error.what());
+  }
+}
+
 Input Opened(const std::string& file, Dataset dataset) {
   dataset.file = PathOf(file);
+  ConvertX(dataset);
   return {.file = file,
           .item = dataset.item,
           .more = dataset.item < dataset.items,
@@ -86,6 +110,28 @@ void AddReading(CLI::App& app) {
       ->type_name("PART")
       ->check(OneOf(names));
   app.add_flag("--quiet", reading.quiet, "Print no notes on files");
+}
+
+void AddUnits(CLI::App& app) {
+  CLI::Option* classic = app.get_option("--classic");
+  const std::string units = CLI::detail::join(Units(), ", ");
+  CLI::Option* unit =
+      app.add_option("--x-unit", reading.xUnit, "Convert X into this unit, where that has a meaning: " + units)
+          ->type_name("UNIT")
+          ->check(Needed("one of " + units, [](const std::string& text) { return !UnitNamed(text).empty(); }))
+          ->excludes(classic);
+  CLI::Option* axis = app.add_option_function<std::string>(
+                             "--axis", [](const std::string&) { reading.gValues = true; },
+                             "g: show a field as g factors, which takes the frequency of the microwave")
+                          ->type_name("g")
+                          ->check(OneOf({"g"}))
+                          ->excludes(unit)
+                          ->excludes(classic);
+  app.add_option("--frequency", reading.frequency, "Frequency of the microwave, where the file's does not count")
+      ->type_name("HZ")
+      ->check(Needed("a number above 0",
+                     [](const std::string& text) { return NumberIn(text) > 0 && std::isfinite(NumberIn(text)); }))
+      ->needs(axis);
 }
 
 Problem Attempted(const fs::path& path, const std::function<void()>& function) try {

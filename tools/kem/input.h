@@ -18,11 +18,16 @@ struct Reading {
   bool classic = false;      // as hosts of the record receive them
   std::optional<Part> part;  // of complex values, where only real ones fit
   bool quiet = false;        // no notes
+  std::string xUnit = {};    // that X is converted into; empty for the file's own
+  bool gValues = false;      // X as g factors
+  double frequency = 0;      // of the microwave in Hz; 0 where the file tells it
 };
 const Reading& HowToRead();
 // Complex values are taken as they are, so that a part need not be chosen.
 void TakeComplexValues();
 void AddReading(CLI::App& app);
+// The options that convert X, for commands that show or use coordinates.
+void AddUnits(CLI::App& app);
 
 struct Input {
   std::string file;

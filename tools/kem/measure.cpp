@@ -159,7 +159,16 @@ Problem HasNoStatistics(const PrnType& r, const Area& area) {
   return any || !area.Given() ? "" : "has no samples within the bounds";
 }
 
-Json RangeJson(const Bounds& range) { return {{"start", Number(range.from)}, {"end", Number(range.to)}}; }
+// The unit of an axis of a record, or of its values; empty where the file names none or is read as hosts do.
+std::string UnitOf(const Input& input, char of) {
+  if (!input.dataset) return {};
+  const Dataset& d = *input.dataset;
+  return of == 'x' ? d.axes.back().unit : of == 'y' ? d.axes.front().unit : d.unit;
+}
+
+Json RangeJson(const Bounds& range, const std::string& unit) {
+  return {{"start", Number(range.from)}, {"end", Number(range.to)}, {"unit", unit}};
+}
 
 Json ExtremeJson(const Extreme& extreme, bool grid) {
   Json json = {{"value", Number(extreme.value)}, {"x", Number(extreme.x)}};
@@ -174,14 +183,16 @@ Json StatisticsJson(const Input& input, const Statistics& statistics) {
                {"item", input.item},
                {"shape", grid ? "grid" : "curve"},
                {"points", grid ? Json{r.nX, r.nY} : Json{r.nY}},
-               {"x", RangeJson(statistics.x)}};
-  if (grid) json["y"] = RangeJson(statistics.y);
+               {"x", RangeJson(statistics.x, UnitOf(input, 'x'))}};
+  if (grid) json["y"] = RangeJson(statistics.y, UnitOf(input, 'y'));
   json["min"] = ExtremeJson(statistics.least, grid);
   json["max"] = ExtremeJson(statistics.greatest, grid);
   json[NameOfDifference(r)] = Number(statistics.difference);
   json["integral"] = Number(statistics.integral);
   return json;
 }
+
+std::string Behind(const std::string& unit) { return unit.empty() ? "" : ' ' + unit; }
 
 std::string Text(const Extreme& extreme, bool grid) {
   return Shortest(extreme.value) + " at " + Shortest(extreme.x) + (grid ? ", " + Shortest(extreme.y) : "");
@@ -191,8 +202,8 @@ void PrintStatistics(const Input& input, const Statistics& statistics) {
   const PrnType& r = *input.record;
   const bool grid = r.Is3D() != 0;
   const std::vector<std::pair<std::string, std::string>> lines = {
-      {"X", Text(statistics.x)},
-      {grid ? "Y" : "", Text(statistics.y)},
+      {"X", Text(statistics.x) + Behind(UnitOf(input, 'x'))},
+      {grid ? "Y" : "", Text(statistics.y) + Behind(UnitOf(input, 'y'))},
       {"least", Text(statistics.least, grid)},
       {"greatest", Text(statistics.greatest, grid)},
       {NameOfDifference(r), Shortest(statistics.difference)},
@@ -200,7 +211,7 @@ void PrintStatistics(const Input& input, const Statistics& statistics) {
   };
   std::cout << NameOf(input) << ": " << ShapeOf(r) << '\n';
   for (const auto& [name, text] : lines)
-    if (!name.empty()) std::cout << "  " << name << std::string(10 - name.size(), ' ') << text << '\n';
+    if (!name.empty()) std::cout << "  " << name << std::string(10 - name.size(), ' ') << Printable{text} << '\n';
 }
 
 int PrintAllStatistics(const Selection& selection, const Area& area, bool asJson) {

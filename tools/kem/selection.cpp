@@ -8,6 +8,7 @@ namespace kem::tool {
 
 void AddSelection(CLI::App& app, Selection& selection) {
   AddFiles(app, selection.files);
+  AddUnits(app);
   CLI::Option* item = AddItem(app, selection.item);
   app.add_flag("-a,--all-items", selection.allItems, "Take every item of a file")->excludes(item);
 }

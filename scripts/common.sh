@@ -5,6 +5,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # The library needs the first three alone; README.md tells which switch needs which of the others.
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
 test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev python3-jsonschema clang libclang-rt-14-dev)
+wheel_packages=(pybind11-dev python3-dev python3-pip python3-wheel)
+python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytest python3-hypothesis python3-xarray
+  python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine wine64 xvfb xdotool
   zenity clang-format clang-tidy pkg-config doxygen man-db git)

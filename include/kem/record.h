@@ -25,6 +25,8 @@
 
 namespace kem {
 
+struct Dataset;
+
 /// What stands for a complex value where only real ones fit.
 enum class Part { Real, Imaginary, Magnitude, Phase };
 
@@ -74,6 +76,8 @@ class KEM_API Record {
   float At(float x, float y = 0) const;
   float Nearest(float x, float y = 0) const;
   bool SameAxes(const Record& other) const;
+  /// The dataset with the values, axes, titles and parameters of a record, a grid's axes as Y, X.
+  Dataset ToDataset() const;
   /// @}
 
   /// \name Arithmetic

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "dataset/of_record.h"
 #include "dataset/source.h"
 #include "host/detect.h"
 #include "kem/dataset.h"
@@ -225,6 +226,11 @@ std::vector<float> Record::Coordinates(Along axis) const {
 float Record::At(float x, float y) const { return record_->At(x, y); }
 float Record::Nearest(float x, float y) const { return record_->Nearest(x, y); }
 bool Record::SameAxes(const Record& other) const { return record_->SameAxes(*other) != 0; }
+
+Dataset Record::ToDataset() const {
+  if (!*record_) Refuse(*record_, "holds no data");
+  return dataset::OfRecord(*record_);
+}
 
 // ------------------------------------------------------------ reshaping
 

@@ -46,6 +46,11 @@ TEST_CASE("record: what a dataset becomes, and what does not fit") {
   const Record g = grid.ToRecord();
   CHECK(Described(g) == "X|Power (mW)|I (V) 3x2: 1 4 2 5 3 6");
   CHECK(g.Coordinates(Along::Y) == std::vector<float>{2, 1});
+  const Dataset back = g.ToDataset();
+  CHECK(Described(back.ToRecord()) == Described(g));
+  CHECK(back.axes[0].Coordinates() == grid.axes[0].Coordinates());
+  CHECK(back.axes[0].unit + back.unit == "mWV");
+  CHECK(Refusal([] { (void)Record().ToDataset(); }) == "holds no data");
   grid.axes.push_back(Axis::Linear("", "", 1, 0, 0));
   CHECK(Refusal([&] { (void)grid.ToRecord(); }) == "has 3 dimensions; a record is a curve or a grid");
   CHECK(Refusal([] { (void)Dataset().ToRecord(); }) == "holds no points");

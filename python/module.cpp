@@ -1,0 +1,74 @@
+// The extension module: opening files, and the errors of the library.
+#include "module.h"
+
+namespace kem::python {
+namespace {
+
+// By ErrorCode.
+constexpr const char* kErrors[] = {"NotFound", "PermissionDenied", "ReadFailed", "UnknownFormat", "NotReadable",
+                                   "Damaged",  "NoSuchItem",       "DoesNotFit", "WriteFailed"};
+
+void Translate(std::exception_ptr thrown) try {
+  if (thrown) std::rethrow_exception(thrown);
+} catch (const Error& error) {
+  const py::object type = py::module_::import("kem._errors").attr(kErrors[static_cast<int>(error.Code())]);
+  PyErr_SetObject(type.ptr(), Sentence(error.what()).ptr());
+}
+
+py::str Decoded(PyObject* text) {
+  if (!text) throw py::error_already_set();
+  return py::reinterpret_steal<py::str>(text);
+}
+
+// ------------------------------------------------------------ files
+
+using Path = std::filesystem::path;
+using Take = std::function<bool(Dataset)>;
+
+std::vector<std::pair<int, std::string>> ItemsOf(const Path& file) {
+  std::vector<std::pair<int, std::string>> items;
+  for (ItemInfo& item : Items(file)) items.emplace_back(item.number, std::move(item.name));
+  return items;
+}
+
+std::pair<std::string, std::string> IdentityOf(const Path& file) {
+  Identity identity = Identify(file);
+  return {std::move(identity.format), std::move(identity.evidence)};
+}
+
+py::list FormatsRead() {
+  py::list formats;
+  for (const FormatInfo& format : Formats())
+    formats.append(py::make_tuple(format.name, py::tuple(py::cast(format.extensions)), format.pair,
+                                  py::tuple(py::cast(format.companions))));
+  return formats;
+}
+
+}  // namespace
+
+py::str Text(std::string_view text) {
+  const auto size = static_cast<py::ssize_t>(text.size());
+  if (PyObject* utf8 = PyUnicode_DecodeUTF8(text.data(), size, nullptr)) return Decoded(utf8);
+  PyErr_Clear();
+  return Decoded(PyUnicode_DecodeLatin1(text.data(), size, nullptr));
+}
+
+py::str Sentence(std::string_view text) {
+  return Decoded(PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), "surrogateescape"));
+}
+
+PYBIND11_MODULE(_kem, m) {
+  py::options options;
+  options.disable_function_signatures();
+  py::register_exception_translator(Translate);
+  BindDataset(m);
+  BindRecord(m);
+  m.def("open", &Open, "path"_a, "item"_a = 1, Release());
+  m.def("open_each", &OpenEach, "path"_a, "take"_a, Release());
+  m.def("items", &ItemsOf, "path"_a, Release());
+  m.def("identify", &IdentityOf, "path"_a, Release());
+  m.def("formats", &FormatsRead);
+  m.attr("__version__") = KemVersion();
+}
+
+}  // namespace kem::python

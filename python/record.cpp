@@ -1,0 +1,328 @@
+// Records in Python: their members under the names of Python, and NumPy's arrays.
+#include <cstring>
+
+#include "module.h"
+
+namespace kem::python {
+namespace {
+
+constexpr Along X = Along::X;
+constexpr Along Y = Along::Y;
+
+template <class Number>
+struct Field {
+  const char* name;
+  Number PrnType::*member;
+};
+
+constexpr Field<int> kIntegers[] = {{"n_x", &PrnType::nX},
+                                    {"n_y", &PrnType::nY},
+                                    {"file_type", &PrnType::fileType},
+                                    {"alloc_type", &PrnType::allocType},
+                                    {"active", &PrnType::active}};
+constexpr Field<float> kNumbers[] = {{"x_start", &PrnType::xStart}, {"x_end", &PrnType::xEnd},
+                                     {"x_step", &PrnType::xStep},   {"y_start", &PrnType::yStart},
+                                     {"y_end", &PrnType::yEnd},     {"y_step", &PrnType::yStep},
+                                     {"z_min", &PrnType::zMin},     {"z_max", &PrnType::zMax}};
+
+constexpr std::pair<const char*, Record (Record::*)() const> kPlain[] = {
+    {"exp", &Record::Exp},
+    {"log", &Record::Log},
+    {"ln", &Record::Ln},
+    {"sin", &Record::Sin},
+    {"cos", &Record::Cos},
+    {"tan", &Record::Tan},
+    {"asin", &Record::ASin},
+    {"acos", &Record::ACos},
+    {"atan", &Record::ATan},
+    {"sinh", &Record::SinH},
+    {"cosh", &Record::CosH},
+    {"tanh", &Record::TanH},
+    {"asinh", &Record::ASinH},
+    {"acosh", &Record::ACosH},
+    {"atanh", &Record::ATanH},
+    {"inv", &Record::Inv},
+    {"sorted", &Record::Sorted},
+    {"swapped", &Record::Swapped},
+    {"running_integral", &Record::RunningIntegral}};
+
+// ------------------------------------------------------------ from and to NumPy
+
+std::vector<float> CountedUp(std::size_t count) {
+  std::vector<float> numbers(count);
+  for (std::size_t k = 0; k < count; ++k) numbers[k] = static_cast<float>(k);
+  return numbers;
+}
+
+// The coordinates along an axis of as many values, which are counted up when there are none.
+std::vector<float> CoordinatesFor(const char* name, const std::optional<Numbers<float>>& given, py::ssize_t count) {
+  if (!given) return CountedUp(static_cast<std::size_t>(count));
+  if (given->ndim() != 1 || given->size() != count)
+    throw py::value_error(std::string(name) + " must be " + std::to_string(count) +
+                          " coordinates, as many as there are values");
+  const auto numbers = SpanOf(*given);
+  return {numbers.begin(), numbers.end()};
+}
+
+Record NewRecord(const py::array& array, const std::optional<Numbers<float>>& x,
+                 const std::optional<Numbers<float>>& y) {
+  if (std::string_view("biuf").find(array.dtype().kind()) == std::string_view::npos)
+    throw py::type_error("values must be real numbers");
+  const Numbers<float> values(array);
+  if (values.ndim() == 1) {
+    if (y) throw py::value_error("y is an axis of grids; values have one dimension");
+    if (!x) return Record::Curve(SpanOf(values));
+    return Record::Curve(SpanOf(values), CoordinatesFor("x", x, values.size()));
+  }
+  if (values.ndim() != 2) throw py::value_error("values must have one dimension or two");
+  return Record::Grid(SpanOf(values), CoordinatesFor("x", x, values.shape(1)),
+                      CoordinatesFor("y", y, values.shape(0)));
+}
+
+// The stored coordinates or values of a record as they lie there, or those that its start and step define.
+py::array Stored(const py::object& self, Along axis) {
+  const auto& r = self.cast<const Record&>();
+  const float* stored = axis == X ? r->xArray : r->yArray;
+  const int count = axis == X && r.IsGrid() ? r->nX : r->nY;
+  if ((axis == X ? r->HasX() : r->HasY()) != 0)
+    return ReadOnly(std::span<const float>(stored, static_cast<std::size_t>(count)), self);
+  return ReadOnly(std::span<const float>(r.Coordinates(axis)));
+}
+
+// A value for each Y, then each X; the record has rows of X.
+py::array Grid(const Record& r) {
+  if (!r.IsGrid()) throw py::value_error("the record is a curve; only grids have z");
+  py::array_t<float> array({r->nY, r->nX});
+  auto to = array.mutable_unchecked<2>();
+  for (int i = 0; i < r->nX; ++i)
+    for (int j = 0; j < r->nY; ++j) to(j, i) = r->zArray[i][j];
+  array.attr("setflags")("write"_a = false);
+  return array;
+}
+
+py::array Values(const py::object& self) {
+  const auto& r = self.cast<const Record&>();
+  return r.IsGrid() ? Grid(r) : Stored(self, Y);
+}
+
+// ------------------------------------------------------------ keeping
+
+py::bytes Bytes(const void* bytes, std::size_t size) { return {static_cast<const char*>(bytes), size}; }
+
+// All that a record holds, but for what its host attached.
+py::tuple StateOf(const Record& r) {
+  py::list fields;
+  for (const auto& field : kIntegers) fields.append((*r).*field.member);
+  for (const auto& field : kNumbers) fields.append((*r).*field.member);
+  const auto array = [](const float* numbers, int count) {
+    return Bytes(numbers, sizeof(float) * static_cast<std::size_t>(count));
+  };
+  py::list arrays;
+  arrays.append(r->HasX() ? py::object(array(r->xArray, r->nX)) : py::none());
+  arrays.append(r->HasY() ? py::object(array(r->yArray, r->nY)) : py::none());
+  for (int i = 0; r.IsGrid() && i < r->nX; ++i) arrays.append(array(r->zArray[i], r->nY));
+  return py::make_tuple(Bytes(r->fileName, sizeof r->fileName), Bytes(r->headerArea, sizeof r->headerArea), fields,
+                        arrays);
+}
+
+void Fill(void* to, std::size_t size, const py::handle& from) {
+  const auto bytes = from.cast<std::string_view>();
+  if (bytes.size() != size) throw py::value_error("state is not that of a record");
+  std::memcpy(to, bytes.data(), size);
+}
+
+Record OfState(const py::tuple& state) {
+  const auto fields = state[2].cast<py::list>();
+  const auto arrays = state[3].cast<py::list>();
+  const auto type = static_cast<AllocType>(fields[3].cast<int>());
+  PrnType r;
+  r.Allocate(type, type & AllocZ ? fields[0].cast<int>() : fields[1].cast<int>(), fields[1].cast<int>());
+  std::size_t k = 0;
+  for (const auto& field : kIntegers) r.*field.member = fields[k++].cast<int>();
+  for (const auto& field : kNumbers) r.*field.member = fields[k++].cast<float>();
+  Fill(r.fileName, sizeof r.fileName, state[0]);
+  Fill(r.headerArea, sizeof r.headerArea, state[1]);
+  const auto array = [&](float* to, int count, std::size_t from) {
+    Fill(to, sizeof(float) * static_cast<std::size_t>(count), arrays[from]);
+  };
+  if (r.HasX()) array(r.xArray, r.nX, 0);
+  if (r.HasY()) array(r.yArray, r.nY, 1);
+  for (int i = 0; r.Is3D() && i < r.nX; ++i) array(r.zArray[i], r.nY, 2 + static_cast<std::size_t>(i));
+  return Record(std::move(r));
+}
+
+// ------------------------------------------------------------ coordinates evenly spaced or one by one
+
+using Steps = std::tuple<float, float, float>;
+using Points = std::variant<Numbers<float>, py::slice>;
+
+Steps StepsOf(const char* name, const py::slice& slice) {
+  const auto part = [&](const char* which) {
+    const py::object number = slice.attr(which);
+    if (number.is_none()) throw py::value_error(std::string(name) + " must have a start, a stop and a step");
+    return number.cast<float>();
+  };
+  return {part("start"), part("stop"), part("step")};
+}
+
+// The members that resample hand out a record to be released.
+Record Owned(PrnType& result) {
+  const std::unique_ptr<PrnType> owner(&result);
+  if (!result) throw Error(ErrorCode::DoesNotFit, "the record cannot be resampled at these coordinates");
+  return Record(std::move(result));
+}
+
+Record Resample(const Record& r, const Points& x, const std::optional<Points>& y) {
+  const auto* xSlice = std::get_if<py::slice>(&x);
+  const auto* ySlice = y ? std::get_if<py::slice>(&*y) : nullptr;
+  const auto list = [](const Points& points) {
+    const auto numbers = SpanOf(std::get<Numbers<float>>(points));
+    return std::vector<float>(numbers.begin(), numbers.end());
+  };
+  if (!y || !r.IsGrid() || (!xSlice && !ySlice)) {
+    if (xSlice && !y) return std::apply([&](auto... steps) { return r.Resample(steps...); }, StepsOf("x", *xSlice));
+    if (xSlice || ySlice) throw py::value_error("y is an axis of grids; the record is a curve");
+    return y ? r.Resample(list(x), list(*y)) : r.Resample(list(x));
+  }
+  if (xSlice && ySlice)
+    return std::apply([&](auto... steps) { return Owned(r->InterpolateZ(steps...)); },
+                      std::tuple_cat(StepsOf("x", *xSlice), StepsOf("y", *ySlice)));
+  std::vector<float> points = list(xSlice ? *y : x);
+  const auto count = static_cast<int>(points.size());
+  const auto [from, to, step] = xSlice ? StepsOf("x", *xSlice) : StepsOf("y", *ySlice);
+  return Owned(xSlice ? r->InterpolateYZ(from, to, step, points.data(), count)
+                      : r->InterpolateXZ(points.data(), count, from, to, step));
+}
+
+// ------------------------------------------------------------ texts
+
+py::tuple Labels(const Record& r) {
+  char titles[3][kTextSize] = {};
+  r->LabelAxes(titles[0], titles[1], titles[2]);
+  return py::make_tuple(Text(titles[0]), Text(titles[1]), Text(titles[2]));
+}
+
+py::str Label(const Record& r) {
+  char line[kTextSize] = {};
+  r->GetLabel(line);
+  return Text(line);
+}
+
+py::str Comments(const Record& r) {
+  std::string block(4 * sizeof r->headerArea, '\0');
+  r->CommentBlock(block.data(), static_cast<int>(block.size()));
+  return Text(block.c_str());
+}
+
+py::tuple MinMax(const Record& r, float x1, float x2, std::optional<float> y1, std::optional<float> y2) {
+  float low = 0, high = 0, xLow = 0, xHigh = 0, yLow = 0, yHigh = 0;
+  if (r.IsGrid() != (y1 && y2)) throw py::value_error("y1 and y2 are the bounds of grids, and of grids only");
+  if (!r.IsGrid()) {
+    r->MinMaxY(x1, x2, low, high, xLow, xHigh);
+    return py::make_tuple(low, high, xLow, xHigh);
+  }
+  r->MinMaxZ(x1, x2, *y1, *y2, low, high, xLow, yLow, xHigh, yHigh);
+  return py::make_tuple(low, high, py::make_tuple(xLow, yLow), py::make_tuple(xHigh, yHigh));
+}
+
+py::tuple Histogram(const Record& r, int parts) {
+  const HistogramCounts h = r.Histogram(parts);
+  return py::make_tuple(ReadOnly(std::span<const float>(h.counts)), h.low, h.high);
+}
+
+// ------------------------------------------------------------ groups of members
+
+using Class = py::class_<Record>;
+
+void BindFields(Class& c) {
+  for (const auto& field : kIntegers)
+    c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
+  for (const auto& field : kNumbers)
+    c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
+  c.def_property_readonly("is_grid", &Record::IsGrid);
+  c.def_property_readonly("x", [](const py::object& self) { return Stored(self, X); });
+  c.def_property_readonly("y", [](const py::object& self) { return Stored(self, Y); });
+  c.def_property_readonly("z", &Grid);
+  c.def_property_readonly("values", &Values);
+  c.def_property_readonly("file_name", [](const Record& r) { return Text(r->fileName); });
+  c.def_property_readonly("label", &Label);
+  c.def_property_readonly("labels", &Labels);
+  c.def_property_readonly("comments", &Comments);
+}
+
+void BindArithmetic(Class& c) {
+  c.def(py::self + py::self, Release()).def(py::self + float(), Release()).def(float() + py::self, Release());
+  c.def(py::self - py::self, Release()).def(py::self - float(), Release()).def(float() - py::self, Release());
+  c.def(py::self * py::self, Release()).def(py::self * float(), Release()).def(float() * py::self, Release());
+  c.def(py::self / py::self, Release()).def(py::self / float(), Release()).def(float() / py::self, Release());
+  c.def(-py::self, Release());
+  const auto power = [&]<class Exponent>(Record (Record::*of)(Exponent) const) {
+    c.def("power", of, "exponent"_a, Release());
+    c.def("__pow__", of, py::is_operator(), Release());
+  };
+  power.operator()<const Record&>(&Record::Power);
+  power.operator()<float>(&Record::Power);
+  c.def("product", &Record::Product, "other"_a, Release());
+  c.def("__and__", &Record::Product, py::is_operator(), Release());
+  for (const auto& [name, member] : kPlain) c.def(name, member, Release());
+  c.def("set", &Record::Set, "constant"_a, Release());
+  c.def("axis_op", &Record::AxisOp, "axis"_a, "operation"_a, "value"_a = 0.0f, Release());
+}
+
+// Bounds along X, of grids along Y too.
+template <class Result>
+void BindBounds(Class& c, const char* name, Result (Record::*curve)(float, float) const,
+                Result (Record::*grid)(float, float, float, float) const) {
+  c.def(name, curve, "x1"_a, "x2"_a, Release());
+  c.def(name, grid, "x1"_a, "x2"_a, "y1"_a, "y2"_a, Release());
+}
+
+void BindAnalysis(Class& c) {
+  c.def(
+      "coordinates",
+      [](const Record& r, Along axis) { return ReadOnly(std::span<const float>(r.Coordinates(axis))); }, "axis"_a);
+  c.def("at", &Record::At, "x"_a, "y"_a = 0.0f);
+  c.def("nearest", &Record::Nearest, "x"_a, "y"_a = 0.0f);
+  c.def("same_axes", &Record::SameAxes, "other"_a);
+  c.def("resample", &Resample, "x"_a, "y"_a = py::none());
+  c.def("slice", &Record::Slice, "axis"_a, "start"_a, "stop"_a, "mean"_a = false, Release());
+  BindBounds(c, "cut", &Record::Cut, &Record::Cut);
+  c.def("delete_closest", &Record::DeleteClosest, "x"_a, "y"_a, Release());
+  c.def("reduce", &Record::Reduce, "fx"_a, "fy"_a = 1, Release());
+  c.def("median", &Record::Median, "width"_a, Release());
+  c.def("smooth", &Record::Smooth, "width"_a, "axis"_a = X, Release());
+  c.def("diff", &Record::Diff, "axis"_a = X, Release());
+  BindBounds(c, "integral", &Record::Integral, &Record::Integral);
+  BindBounds(c, "abs_integral", &Record::AbsIntegral, &Record::AbsIntegral);
+  c.def("integral_along", &Record::IntegralAlong, "axis"_a, "start"_a, "stop"_a, Release());
+  c.def("baseline", &Record::Baseline, "at1"_a, "at2"_a, "axis"_a = X, Release());
+  c.def("slant", &Record::Slant, "x1"_a, "target1"_a, "x2"_a, "target2"_a, Release());
+  c.def("noise_level", &Record::NoiseLevel, Release());
+  c.def("histogram", &Histogram, "parts"_a);
+  c.def("min_max", &MinMax, "x1"_a, "x2"_a, "y1"_a = py::none(), "y2"_a = py::none());
+  c.def(
+      "hpdta_time", [](const Record& r, int day, int month, int year) { return r->HPDTATime(day, month, year); },
+      "day"_a, "month"_a, "year"_a);
+}
+
+}  // namespace
+
+void BindRecord(py::module_& m) {
+  Class c(m, "Record");
+  c.def(py::init(&NewRecord), "values"_a, "x"_a = py::none(), "y"_a = py::none());
+  BindFields(c);
+  BindArithmetic(c);
+  BindAnalysis(c);
+  c.attr("__array_ufunc__") = py::none();  // numbers of NumPy leave the operators to the record
+  c.def("to_dataset", &Record::ToDataset, Release());
+  c.def("save", &Record::Write, "path"_a, Release());
+  c.def(
+      "__eq__", [](const Record& a, const Record& b) { return StateOf(a).equal(StateOf(b)); }, py::is_operator());
+  c.def(
+      "__ne__", [](const Record& a, const Record& b) { return StateOf(a).not_equal(StateOf(b)); },
+      py::is_operator());
+  c.def(py::pickle(&StateOf, &OfState));
+  m.def("load", &Record::Classic, "path"_a, "item"_a = 1, Release());
+}
+
+}  // namespace kem::python

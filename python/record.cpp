@@ -15,11 +15,9 @@ struct Field {
   Number PrnType::*member;
 };
 
-constexpr Field<int> kIntegers[] = {{"n_x", &PrnType::nX},
-                                    {"n_y", &PrnType::nY},
-                                    {"file_type", &PrnType::fileType},
-                                    {"alloc_type", &PrnType::allocType},
-                                    {"active", &PrnType::active}};
+constexpr Field<int> kCounts[] = {
+    {"n_x", &PrnType::nX}, {"n_y", &PrnType::nY}, {"alloc_type", &PrnType::allocType}};
+constexpr Field<int> kIntegers[] = {{"file_type", &PrnType::fileType}, {"active", &PrnType::active}};
 constexpr Field<float> kNumbers[] = {{"x_start", &PrnType::xStart}, {"x_end", &PrnType::xEnd},
                                      {"x_step", &PrnType::xStep},   {"y_start", &PrnType::yStart},
                                      {"y_end", &PrnType::yEnd},     {"y_step", &PrnType::yStep},
@@ -107,47 +105,39 @@ py::array Values(const py::object& self) {
 
 // ------------------------------------------------------------ keeping
 
-py::bytes Bytes(const void* bytes, std::size_t size) { return {static_cast<const char*>(bytes), size}; }
-
-// All that a record holds, but for what its host attached.
-py::tuple StateOf(const Record& r) {
-  py::list fields;
-  for (const auto& field : kIntegers) fields.append((*r).*field.member);
-  for (const auto& field : kNumbers) fields.append((*r).*field.member);
-  const auto array = [](const float* numbers, int count) {
-    return Bytes(numbers, sizeof(float) * static_cast<std::size_t>(count));
+// Calls take(address, bytes) for all that a record of its shape holds, but for what its host attached.
+template <class R, class Take>
+void EachPart(R& r, Take take) {
+  const auto array = [&](auto* numbers, int count) {
+    take(numbers, sizeof(float) * static_cast<std::size_t>(count));
   };
-  py::list arrays;
-  arrays.append(r->HasX() ? py::object(array(r->xArray, r->nX)) : py::none());
-  arrays.append(r->HasY() ? py::object(array(r->yArray, r->nY)) : py::none());
-  for (int i = 0; r.IsGrid() && i < r->nX; ++i) arrays.append(array(r->zArray[i], r->nY));
-  return py::make_tuple(Bytes(r->fileName, sizeof r->fileName), Bytes(r->headerArea, sizeof r->headerArea), fields,
-                        arrays);
+  take(r.fileName, sizeof r.fileName);
+  take(r.headerArea, sizeof r.headerArea);
+  for (const auto& field : kIntegers) take(&(r.*field.member), sizeof(int));
+  for (const auto& field : kNumbers) array(&(r.*field.member), 1);
+  if (r.HasX()) array(r.xArray, r.nX);
+  if (r.HasY()) array(r.yArray, r.nY);
+  for (int i = 0; r.Is3D() && i < r.nX; ++i) array(r.zArray[i], r.nY);
 }
 
-void Fill(void* to, std::size_t size, const py::handle& from) {
-  const auto bytes = from.cast<std::string_view>();
-  if (bytes.size() != size) throw py::value_error("state is not that of a record");
-  std::memcpy(to, bytes.data(), size);
+py::tuple StateOf(const Record& r) {
+  py::list parts;
+  EachPart(*r, [&](const void* part, std::size_t size) {
+    parts.append(py::bytes(static_cast<const char*>(part), size));
+  });
+  return py::make_tuple(r->allocType, r.IsGrid() ? r->nX : r->nY, r->nY, parts);
 }
 
 Record OfState(const py::tuple& state) {
-  const auto fields = state[2].cast<py::list>();
-  const auto arrays = state[3].cast<py::list>();
-  const auto type = static_cast<AllocType>(fields[3].cast<int>());
   PrnType r;
-  r.Allocate(type, type & AllocZ ? fields[0].cast<int>() : fields[1].cast<int>(), fields[1].cast<int>());
+  r.Allocate(static_cast<AllocType>(state[0].cast<int>() & AllocXYZ), state[1].cast<int>(), state[2].cast<int>());
+  const auto parts = state[3].cast<py::list>();
   std::size_t k = 0;
-  for (const auto& field : kIntegers) r.*field.member = fields[k++].cast<int>();
-  for (const auto& field : kNumbers) r.*field.member = fields[k++].cast<float>();
-  Fill(r.fileName, sizeof r.fileName, state[0]);
-  Fill(r.headerArea, sizeof r.headerArea, state[1]);
-  const auto array = [&](float* to, int count, std::size_t from) {
-    Fill(to, sizeof(float) * static_cast<std::size_t>(count), arrays[from]);
-  };
-  if (r.HasX()) array(r.xArray, r.nX, 0);
-  if (r.HasY()) array(r.yArray, r.nY, 1);
-  for (int i = 0; r.Is3D() && i < r.nX; ++i) array(r.zArray[i], r.nY, 2 + static_cast<std::size_t>(i));
+  EachPart(r, [&](void* part, std::size_t size) {
+    const auto bytes = parts[k++].cast<std::string_view>();
+    if (bytes.size() != size) throw py::value_error("state is not that of a record");
+    std::memcpy(part, bytes.data(), size);
+  });
   return Record(std::move(r));
 }
 
@@ -235,8 +225,9 @@ py::tuple Histogram(const Record& r, int parts) {
 using Class = py::class_<Record>;
 
 void BindFields(Class& c) {
-  for (const auto& field : kIntegers)
-    c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
+  for (const auto& fields : {std::span<const Field<int>>(kCounts), std::span<const Field<int>>(kIntegers)})
+    for (const auto& field : fields)
+      c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
   for (const auto& field : kNumbers)
     c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
   c.def_property_readonly("is_grid", &Record::IsGrid);

@@ -48,7 +48,7 @@ def _describe(package: Path) -> str:
     ]
     wheel = ["Wheel-Version: 1.0", "Generator: kem", "Root-Is-Purelib: false", f"Tag: {FULL_TAG}"]
     entries = []
-    for group, points in project.get("entry-points", {}).items():
+    for group, points in project["entry-points"].items():
         entries += [f"[{group}]", *(f"{name} = {target}" for name, target in points.items())]
     for name, lines in {"METADATA": metadata, "WHEEL": wheel, "entry_points.txt": entries}.items():
         (info / name).write_text("\n".join(lines) + "\n")

@@ -5,7 +5,7 @@
 (dtype('float64'), 'Field', 'G')
 """
 
-from . import _keep, _kem
+from . import _convert, _keep, _kem, _plot, _show
 from ._errors import (
     Damaged,
     DoesNotFit,
@@ -23,37 +23,40 @@ from ._files import Check, Format, Identity, Item, check, formats, identify, ite
 from ._find import find
 from ._kem import Axis, Dataset, Record, __version__
 from ._parameters import Integer, Number, Parameters, Text
+from ._plot import compare
 
 __all__ = [name for name in dir() if not name.startswith("_")] + ["__version__"]
 
+
+def _as_array(self, dtype=None):
+    return self.values if dtype is None else self.values.astype(dtype)
+
+
 # What is said better in Python joins the classes of the extension module.
+_array = {
+    "__array__": _as_array,
+    "__len__": lambda self: len(self.values),
+    "__iter__": lambda self: iter(self.values),
+}
+_picture = {
+    "to_xarray": _convert.to_xarray,
+    "to_pandas": _convert.to_pandas,
+    "plot": _plot.plot,
+    "__repr__": _show.show,
+    "_repr_html_": _show.show_html,
+}
 _members = {
-    Axis: {
-        "__reduce__": _keep.reduce,
-        "__array__": lambda self, dtype=None: _as(self, dtype),
-        "__iter__": lambda self: iter(self.values),
-    },
+    Axis: _array | {"__reduce__": _keep.reduce, "__repr__": _show.show_axis},
     Dataset: {
+        **_array,
+        **_picture,
         "__reduce__": _keep.reduce,
-        "__array__": lambda self, dtype=None: _as(self, dtype),
-        "__len__": lambda self: len(self.values),
-        "__iter__": lambda self: iter(self.values),
         "__getitem__": lambda self, key: self.values[key],
         "parameters": property(lambda self: Parameters(self._parameters)),
         "notes": property(lambda self: [Note(*row) for row in self._notes]),
     },
-    Record: {
-        "__array__": lambda self, dtype=None: _as(self, dtype),
-        "__len__": lambda self: len(self.values),
-        "__iter__": lambda self: iter(self.values),
-    },
+    Record: _array | _picture,
 }
-
-
-def _as(self, dtype):
-    return self.values if dtype is None else self.values.astype(dtype)
-
-
 for _class, _own in _members.items():
     for _name, _member in _own.items():
         setattr(_class, _name, _member)

@@ -167,6 +167,8 @@ class KEM_API Record {
   /// Writes a file in the format of its extension: .p3d, .b3d, .p2d, .b2d, .cvt, .prn, .dx or .jdx. An existing
   /// file is replaced.
   void Write(const std::filesystem::path& file) const;
+  /// The same in the format of another extension, whatever that of the file.
+  void Write(const std::filesystem::path& file, std::string_view extension) const;
 
  private:
   explicit Record(std::unique_ptr<PrnType> record);

@@ -374,8 +374,9 @@ HistogramCounts Record::Histogram(int parts) const {
 
 // ------------------------------------------------------------ writing
 
-void Record::Write(const std::filesystem::path& file) const {
-  const std::string extension = dataset::NameOf(file.extension());
+void Record::Write(const std::filesystem::path& file) const { Write(file, dataset::NameOf(file.extension())); }
+
+void Record::Write(const std::filesystem::path& file, std::string_view extension) const {
   const auto* writer = std::find_if(std::begin(kWriters), std::end(kWriters),
                                     [&](const Writer& w) { return text::EqualButCase(w.extension, extension); });
   if (writer == std::end(kWriters))

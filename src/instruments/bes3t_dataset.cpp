@@ -202,11 +202,18 @@ void NoteRest(Dataset& d, const Source& values, const Layout& layout) {
 
 // ------------------------------------------------------------ reader
 
+// Other programs put comments in front of it.
+bool HasDescription(Source& source) {
+  const std::string_view head = source.Head();
+  const auto at = head.find("#DESC");
+  return at == 0 || (at != head.npos && (head[at - 1] == '\n' || head[at - 1] == '\r'));
+}
+
 std::string RecogniseBES3T(Source& source) {
-  if (source.Head().find("#DESC") != std::string_view::npos) return "its first lines hold #DESC";
+  if (HasDescription(source)) return "its first lines hold #DESC";
   if (!source.HasExtension(kValueFile)) return {};
   auto descriptor = source.Companion(kDescriptor);
-  if (!descriptor || descriptor->Head().find("#DESC") == std::string_view::npos) return {};
+  if (!descriptor || !HasDescription(*descriptor)) return {};
   return "name ends in .DTA, its .DSC holds #DESC";
 }
 

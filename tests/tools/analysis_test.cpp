@@ -222,7 +222,7 @@ TEST_CASE("kem: slices are named after the axes, and several files go into a fol
   CHECK(several.status == 1);
   CHECK(
       several.err ==
-      "kem: streak.p3d: b2d holds curves only, and this is a grid of 50 x 100 points\nkem: 2 of 3 files written\n");
+      "kem: streak.p3d: b2d holds curves only, and this is a grid of 50 x 100 points\nkem: 2 written, 1 failed\n");
   CHECK(Kem("reduce -x 2 --to csv -a columns.nxy -d " + out).status == 0);
   CHECK(Names(folder.Path(".")) ==
         std::set<std::string>{"streak.csv", "raman.b2d", "nitroxide.b2d", "columns_01_no-quencher.csv",
@@ -314,6 +314,76 @@ TEST_CASE("kem: X in other units, in what is printed and written, and where that
   }
 }
 
+TEST_CASE("kem: folders, patterns and what is up to date, one file after the other or several at a time") {
+  const TempFolder folder;
+  const std::string data = folder.Path("data");
+  for (const char* inner : {"data/a/b", "data/.hidden"}) fs::create_directories(folder.Path(inner));
+  for (const char* name : {"nitroxide.DSC", "nitroxide.DTA", "raman.prn"})
+    for (const char* to : {"data/", "data/a/b/", "data/.hidden/"})
+      fs::copy(Example(name), folder.Path(std::string(to) + name));
+  folder.Write("data/notes.txt", "no spectrum, and #DESC is only named\n");
+  folder.Write("data/a/cut.DSC", "#DESC\n");
+  fs::current_path(folder.Path("."));
+  const auto run = [](const std::string& arguments, int status) {
+    const Result result = Kem("convert --to csv " + arguments);
+    CHECK(result.status == status);
+    return result.err;
+  };
+  const std::string failed = "kem: data/a/cut.DSC: IKKF names no kind of values (REAL or CPLX)\n";
+  CHECK(run("data --dir flat --jobs 2", 0) == "kem: 2 written, 1 partner file, 1 other file\n");
+  CHECK(Names("flat") == std::set<std::string>{"nitroxide.csv", "raman.csv"});
+  const std::string all = "-r data --dir data/out --keep-tree --update --report r.json --jobs ";
+  CHECK(run(all + "1", 1) == failed + "kem: 4 written, 1 failed, 2 partner files, 1 other file\n");
+  CHECK(ReadBytes("data/out/a/b/raman.csv") == ReadBytes("flat/raman.csv"));
+  const Json report = Json::parse(ReadBytes("r.json"));
+  REQUIRE(report.size() == 6);
+  CHECK(report[0]["state"] == "written");
+  CHECK(fs::path(report[0]["outputs"][0]["output"].get<std::string>()) == fs::path("data/out/a/b/nitroxide.csv"));
+  CHECK(report[2]["errors"].size() == 1);
+  CHECK(report[4]["state"] == "left out");
+  fs::last_write_time("data/raman.prn", fs::last_write_time("data/out/raman.csv") + std::chrono::hours(1));
+  fs::remove("data/a/cut.DSC");
+  CHECK(run(all + "2", 0) == "kem: 1 written, 3 up to date, 2 partner files, 5 other files\n");
+  fs::last_write_time("data/raman.prn", fs::last_write_time("flat/raman.csv") - std::chrono::hours(1));
+  CHECK(run(all + "2", 0) == "kem: 0 written, 4 up to date, 2 partner files, 5 other files\n");
+  CHECK(run("data/*/b/[m-o]*.D?? data/**/r?man.prn --dir flat2", 1)
+            .ends_with("kem: 2 written, 1 failed, 1 partner file\n"));
+  CHECK(run("data/x*y", 1) == "kem: data/x*y: no file matches this pattern\nkem: 0 written, 1 failed\n");
+  fs::create_directory("empty");
+  CHECK(Kem("check empty").err == "kem: empty: holds no files\n");
+#ifndef _WIN32
+  for (int k = 0; k < 400; ++k) fs::create_symlink(Example("streak.p3d"), "empty/" + std::to_string(k) + ".p3d");
+  const Result ended = Kem("convert --to csv empty --dir ended -j 2",
+                           "trap : INT; (until [ -e ended/1.csv ]; do sleep .01; done; kill -INT $$)& exec ");
+  CHECK(ended.status == 130);
+  CHECK(ended.err.starts_with("kem: " + std::to_string(Names("ended").size()) + " written, "));
+  CHECK(ended.err.ends_with(" not reached\n"));
+#endif
+  InExamples();
+}
+
+TEST_CASE("kem convert --join: a column for each curve, at coordinates that agree or are made to") {
+  const TempFolder folder;
+  const std::string a = folder.Write("a.csv", "Field (mT),I (V)\n1,10\n2,20\n3,30\n");
+  const std::string b = folder.Write("b.csv", "Field (mT),I (V),J\n1,5,7\n2,6,8\n3,7,9\n");
+  const std::string c = folder.Write("c.csv", "Field (G),I\n25,25\n15,15\n35,5\n");
+  const auto joined = [](const std::string& arguments) {
+    const Result result = Kem("convert --quiet --join --to csv -o - " + arguments);
+    return result.status == 0 ? result.out : result.err;
+  };
+  CHECK(joined(Quoted(a) + Quoted(b)) == "Field (mT),a (V),b I (V)\n1,10,5\n2,20,6\n3,30,7\n");
+  CHECK(joined("-a " + Quoted(b) + Quoted(a)) == "Field (mT),b I (V),b J,a (V)\n1,5,7,10\n2,6,8,20\n3,7,9,30\n");
+  CHECK(joined("--resample " + Quoted(a) + Quoted(c)) == "Field (mT),a (V),c\n1,10,nan\n2,20,20\n3,30,15\n");
+  const std::string refusals[] = {"its X is in 'G', that of " + a + " in 'mT'; --x-unit converts\n",
+                                  "its X coordinate 1 is 2.5, that of " + a +
+                                      " 1; --resample takes its values to the coordinates of the first\n"};
+  CHECK(joined(Quoted(a) + Quoted(c)).find(refusals[0]) != std::string::npos);
+  CHECK(joined("--x-unit mT " + Quoted(a) + Quoted(c)).find(refusals[1]) != std::string::npos);
+  CHECK(joined(Quoted(a) + Quoted(Example("streak.p3d")))
+            .ends_with("kem: - is not written, because not all files can be joined\n"));
+  CHECK(Kem("convert --join --to prn -o x.prn " + Quoted(a)).status == 2);
+}
+
 TEST_CASE("kem: the classic reading tells where it is not what the file says") {
   const TempFolder folder;
   const std::string file = folder.Write(
@@ -321,9 +391,8 @@ TEST_CASE("kem: the classic reading tells where it is not what the file says") {
       "##TITLE=t\n##JCAMP-DX=4.24\n##XFACTOR=1\n##YFACTOR=0.5\n##NPOINTS=2\n##XYDATA=(XY..XY)\n1 2\n3 4\n##END=\n");
   const Result classic = Kem("convert --classic --to csv " + Quoted(file) + Quoted(Example("raman.prn")) + "-d " +
                              Quoted(folder.Path(".")));
-  CHECK(classic.err == "kem: " + file +
-                           ": values are 1 to 2 in the file, but 2 to 4 in the record (--classic)\nkem: 2 of "
-                           "2 files written\n");
+  CHECK(classic.err ==
+        "kem: " + file + ": values are 1 to 2 in the file, but 2 to 4 in the record (--classic)\nkem: 2 written\n");
   CHECK(ReadBytes(folder.Path("f.csv")).ends_with("\n1,2\n3,4\n"));
   CHECK(Kem("convert --to csv -f " + Quoted(file)).status == 0);
   CHECK(ReadBytes(folder.Path("f.csv")) == "X,Y\n1,1\n3,2\n");

@@ -16,7 +16,7 @@ namespace kem::tool {
 namespace {
 
 struct Options {
-  std::vector<std::string> files;
+  FileList files;
   bool json = false;
 };
 
@@ -67,7 +67,7 @@ Checked Check(const std::string& file, bool print) {
 int CheckFiles(const Options& options) {
   Json document = Json::array();
   bool damaged = false;
-  const int status = EachFile(options.files, "", [&](const std::string& file) {
+  const int status = EachFile(options.files, {}, [&](const std::string& file) {
     Checked checked = Check(file, !options.json);
     damaged |= checked.damaged;
     const char* state = !checked.readable ? "unreadable" : checked.damaged ? "damaged" : "whole";
@@ -83,7 +83,7 @@ int CheckFiles(const Options& options) {
 
 int IdentifyFiles(const Options& options) {
   Json document = Json::array();
-  const int status = EachFile(options.files, "", [&](const std::string& file) {
+  const int status = EachFile(options.files, {}, [&](const std::string& file) {
     const Source source(file, Source::Names::Any);
     Identity identity;
     Problem problem = source.WhyNot();

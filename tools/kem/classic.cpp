@@ -12,6 +12,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "files.h"
 #include "foreign.h"
 #include "pairs.h"
 #include "shape.h"

@@ -22,7 +22,8 @@ struct Command {
 // Exit status: 0 when everything asked for was done.
 inline constexpr int kFailed = 1;
 inline constexpr int kMisused = 2;
-inline constexpr int kDamaged = 4;  // of kem check
+inline constexpr int kDamaged = 4;        // of kem check
+inline constexpr int kInterrupted = 130;  // by Ctrl-C, after what was begun
 
 Run DefineInfo(CLI::App& app);
 Run DefineItems(CLI::App& app);

@@ -27,7 +27,9 @@ are whole, 4 when one is damaged, and 1 when one cannot be read.)",
     {"identify", "Tell which format files have, and what tells so", "", DefineIdentify},
     {"formats", "List the formats that are read and written", "", DefineFormats},
     {"convert", "Write files in another format",
-     R"(Results go beside their sources, with the extension of the format, unless
+     R"(Files may be patterns, "data/**/*.DSC" in quotes, and folders, with -r those in them,
+too; what no format recognises is left out there, and so is what has the format
+asked for. Results go beside their sources, with the extension of the format, unless
 --output or --dir say otherwise. Existing files are left alone without --force,
 and a file appears only when it is complete. Of several items the first is
 converted; another one is picked by --item, and _NN put behind its name. All that
@@ -37,7 +39,11 @@ A csv table begins with the axis titles. A curve has a line X,Y for each point, 
 grid a line X,Y,Z for each point with X varying fastest, as plotting programs,
 spreadsheets and data frames load it. Its numbers read back without loss, those
 of the other text formats have six digits and are finite. A linear axis of which
-six digits of start, end and step would make another one is written point by point.)",
+six digits of start, end and step would make another one is written point by point.
+
+Examples:
+  kem convert --to csv -r measurements --dir tables --keep-tree --update
+  kem convert --join *.DSC --resample -o all.csv)",
      DefineConvert},
     {"slice", "Cut curves out of grids, along X or along Y",
      R"(A band of one axis is summed, or averaged, and the result is a curve over the

@@ -1,5 +1,5 @@
 // kem convert: files in another format.
-#include "transform.h"
+#include "join.h"
 
 namespace kem::tool {
 namespace {
@@ -23,7 +23,14 @@ Run DefineConvert(CLI::App& app) {
   auto task = AddTask(app);
   app.add_flag("--matrix", task->output.matrix, "csv: a line for each Y, with the X coordinates in the first line");
   app.add_flag("--metadata", task->output.metadata, "Write axes, parameters and notes beside each file, as JSON");
-  return [&app, task] { return Transform(app, *task, nullptr); };
+  auto resample = std::make_shared<bool>(false);
+  CLI::Option* join = app.add_flag("--join")->description("csv: one table of curves, X and a column for each");
+  for (const char* other : {"--dir", "--update", "--report", "--matrix", "--metadata", "--classic"})
+    join->excludes(app.get_option(other));
+  app.add_flag("--resample", *resample, "Join curves whose X differ, at the coordinates of the first")->needs(join);
+  return [&app, task, join, resample] {
+    return join->count() > 0 ? Join(app, *task, *resample) : Transform(app, *task, nullptr);
+  };
 }
 
 }  // namespace kem::tool

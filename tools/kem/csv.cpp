@@ -164,7 +164,19 @@ bool WriteCsv(const Dataset& dataset, const char* name, bool matrix) {
   return table.Close();
 }
 
-bool WriteCsv(const PrnType& record, char* name) {
+bool WriteColumns(const kem::Axis& x, const std::vector<Column>& columns, const char* name) {
+  Table table(name);
+  table.Title(TitleOf(x.name, x.unit, "X"), false);
+  for (const Column& column : columns) table.Title(column.title, &column == &columns.back());
+  for (std::size_t k = 0; k < x.Count(); ++k) {
+    AddCoordinate(table, x, k);
+    for (const Column& column : columns) AddNumber(table, column.type, column.values[k]);
+    table.EndRow();
+  }
+  return table.Close();
+}
+
+bool WriteCsv(const PrnType& record, const char* name) {
   Table table(name);
   WriteTitles(table, record);
   const auto xs = XCoordinates(record);

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "classic_info.h"
+#include "portable.h"
 #include "text.h"
 
 namespace kem::tool {
@@ -45,6 +46,12 @@ Range::Range(const Values& values) {
     min = std::fmin(min, v);
     max = std::fmax(max, v);
   }
+}
+
+std::string NumberText(double value) {
+  std::string text;
+  portable::AppendGeneral(text, value, 10);
+  return text;
 }
 
 std::string Named(const std::string& name, const std::string& unit) {

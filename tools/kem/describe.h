@@ -20,6 +20,9 @@ struct Range {
 // "Field (G)", or the one that there is.
 std::string Named(const std::string& name, const std::string& unit);
 
+// A number for the eye: ten digits will do.
+std::string NumberText(double value);
+
 // The document of kem info.
 Json Describe(const Input& input);
 

@@ -1,14 +1,14 @@
 #include "format.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iterator>
-#include <system_error>
 
 #include "csv.h"
+#include "input.h"
 #include "shape.h"
 #include "system.h"
 #include "text.h"
@@ -16,27 +16,20 @@
 namespace kem::tool {
 namespace {
 
-// The library's writers tell whether they wrote, and apart from that whether all of it could be stored.
-template <int (PrnType::*Member)(char* const) const>
-bool Write(const PrnType& record, char* const name) {
-  return (record.*Member)(name) != 0 && WriteFailedFlag == 0;
-}
+namespace fs = std::filesystem;
 
 // Counts of the binary formats are signed 16-bit numbers.
 constexpr int kMostBinaryPoints = 32767;
 
 constexpr Format kFormats[] = {
-    {"prn", "XY columns of text", true, false, 0, Linear::OneByOne, Write<&PrnType::WriteXYPrn>,
-     &PrnType::ReadXYPrn},
-    {"csv", "comma-separated values", true, true, 0, Linear::Exactly, WriteCsv, nullptr},
-    {"cvt", "text with a defined or stored X axis", true, false, 0, Linear::StartStep, Write<&PrnType::WriteCvt>,
-     &PrnType::ReadCvt},
-    {"dx", "JCAMP-DX", true, false, 0, Linear::OneByOne, Write<&PrnType::WriteDX>, &PrnType::ReadDX},
-    {"p2d", "text with comment lines", true, false, 0, Linear::Points, Write<&PrnType::WriteP2D>,
-     &PrnType::ReadP2D},
-    {"p3d", "text with comment lines", false, true, 0, Linear::Steps, Write<&PrnType::WriteP3D>, &PrnType::ReadP3D},
-    {"b2d", "binary", true, false, kMostBinaryPoints, Linear::Exactly, Write<&PrnType::WriteB2D>, nullptr},
-    {"b3d", "binary", false, true, kMostBinaryPoints, Linear::Exactly, Write<&PrnType::WriteB3D>, nullptr},
+    {"prn", "XY columns of text", true, false, 0, Linear::OneByOne, true},
+    {"csv", "comma-separated values", true, true, 0, Linear::Exactly, false},
+    {"cvt", "text with a defined or stored X axis", true, false, 0, Linear::StartStep, true},
+    {"dx", "JCAMP-DX", true, false, 0, Linear::OneByOne, true},
+    {"p2d", "text with comment lines", true, false, 0, Linear::Points, true},
+    {"p3d", "text with comment lines", false, true, 0, Linear::Steps, true},
+    {"b2d", "binary", true, false, kMostBinaryPoints, Linear::Exactly, false},
+    {"b3d", "binary", false, true, kMostBinaryPoints, Linear::Exactly, false},
 };
 
 // ------------------------------------------------------------ axes
@@ -115,10 +108,19 @@ Problem NotFinite(const Format& format, const PrnType& record) {
 }
 
 // What the reader makes of the file.
-std::string ShapeInFile(const Format& format, const std::string& name) {
-  PrnType copy;
-  std::ifstream in(PathOf(name), std::ios::binary);
-  return (copy.*format.read)(in) != 0 ? ShapeOf(copy) : "nothing";
+std::string ShapeInFile(const std::string& name) {
+  std::string shape = "nothing";
+  const fs::path path = PathOf(name);
+  (void)Attempted(path, [&] { shape = ShapeOf(*Open(path).ToRecord()); });
+  return shape;
+}
+
+Problem WriteOther(PrnType& record, const Format& format, const std::string& name) {
+  kem::Record owner(std::move(record));
+  const fs::path path = PathOf(name);
+  Problem problem = Attempted(path, [&] { owner.Write(path, std::string(".") + format.name); });
+  record = std::move(*owner.Release());
+  return problem.empty() ? "" : "cannot be written completely: " + problem;
 }
 
 }  // namespace
@@ -152,12 +154,10 @@ Problem CannotHold(const Format& format, const PrnType& record) {
 Problem WriteRecord(PrnType& record, const Format& format, const std::string& name) {
   if (!record.HasX() && Loses(format.linear, XAxis(record))) StoreX(record);
   if (record.Is3D() && !record.HasY() && Loses(format.linear, YAxis(record))) StoreY(record);
-  errno = 0;
-  std::string buffer = name;  // the library's writers take no constant text
-  if (!format.write(record, buffer.data()))
-    return "cannot be written completely" + (errno ? ": " + std::generic_category().message(errno) : "");
-  if (!format.read) return {};
-  const std::string shape = ShapeInFile(format, name);
+  if (std::string_view(format.name) == "csv")
+    return WriteCsv(record, name.c_str()) ? "" : "cannot be written completely";
+  if (Problem problem = WriteOther(record, format, name); !problem.empty() || !format.checked) return problem;
+  const std::string shape = ShapeInFile(name);
   return shape == ShapeOf(record) ? "" : "would read back as " + shape + " instead of " + ShapeOf(record);
 }
 

@@ -1,7 +1,6 @@
 // The formats that records can be written in, and what each can hold.
 #pragma once
 
-#include <fstream>
 #include <span>
 #include <string>
 
@@ -26,8 +25,7 @@ struct Format {
   bool grids;
   int mostPoints;  // along an axis; 0 for any number
   Linear linear;
-  bool (*write)(const PrnType& record, char* const);  // whether the file is complete
-  int (PrnType::*read)(std::ifstream&);               // checks what was written; null where that costs too much
+  bool checked;  // what was written is read back, which costs too much elsewhere
 };
 
 std::span<const Format> Formats();

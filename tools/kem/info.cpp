@@ -18,7 +18,7 @@ namespace kem::tool {
 namespace {
 
 struct InfoOptions {
-  std::vector<std::string> files;
+  FileList files;
   int item = 1;
   int level = 3;
   bool json = false;
@@ -28,13 +28,6 @@ struct InfoOptions {
 
 std::string TypeOf(const Values& values) {
   return std::string(values.IsComplex() ? "complex " : "") + kem::NameOf(values.Type());
-}
-
-// Ten digits will do for the eye; the JSON document has them all.
-std::string NumberText(double value) {
-  std::string text;
-  portable::AppendGeneral(text, value, 10);
-  return text;
 }
 
 void PrintLine(const std::string& label, const std::string& text) {
@@ -85,7 +78,7 @@ void PrintReport(const Input& input) {
 
 // Opens each file and runs an action on it.
 int EachOpened(const InfoOptions& options, const std::function<void(const Input&)>& action) {
-  return EachFile(options.files, "", [&](const std::string& file) {
+  return EachFile(options.files, {}, [&](const std::string& file) {
     const Input input = HowToRead().classic ? LoadItem(file, options.item) : OpenItem(file, options.item);
     if (!NoProblem(file, input.problem)) return false;
     action(input);
@@ -113,7 +106,7 @@ int PrintJson(const InfoOptions& options) {
 }
 
 struct ItemsOptions {
-  std::vector<std::string> files;
+  FileList files;
   bool json = false;
 };
 
@@ -128,7 +121,7 @@ std::vector<ItemInfo> ItemsOf(const std::string& file, Problem& problem) {
 
 int PrintItems(const ItemsOptions& options) {
   Json document = Json::array();
-  const int status = EachFile(options.files, "", [&](const std::string& file) {
+  const int status = EachFile(options.files, {}, [&](const std::string& file) {
     if (HowToRead().classic) return PrintClassicItems(file);
     Problem problem;
     const auto items = ItemsOf(file, problem);

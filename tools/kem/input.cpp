@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "classic.h"
+#include "files.h"
 #include "options.h"
 #include "source.h"
 #include "system.h"
@@ -142,6 +143,7 @@ Problem Attempted(const fs::path& path, const std::function<void()>& function) t
 }
 
 void Tell(std::string_view file, const std::string& note) {
+  if (Turn* turn = ThisTurn()) turn->notes.push_back(note);
   if (!reading.quiet) Complain(std::string(file) + ": " + note);
 }
 

@@ -52,8 +52,8 @@ Problem CannotMeasure(const PrnType& r, const Area& area) {
 // Prints a number of every record selected, where there are several behind its name.
 int PrintEach(const Selection& selection, const std::function<Problem(const PrnType&)>& cannot,
               const std::function<float(PrnType&)>& number) {
-  const bool named = selection.allItems || selection.files.size() > 1;
-  return EachSelected(selection, "", [&](const Input& input) {
+  const bool named = selection.allItems || !selection.files.IsOne();
+  return EachSelected(selection, {}, [&](const Input& input) {
     if (!NoProblem(input, cannot(*input.record))) return false;
     if (named) std::cout << NameOf(input) << '\t';
     std::cout << Shortest(number(*input.record)) << '\n';
@@ -216,7 +216,7 @@ void PrintStatistics(const Input& input, const Statistics& statistics) {
 
 int PrintAllStatistics(const Selection& selection, const Area& area, bool asJson) {
   Json document = Json::array();
-  const int status = EachSelected(selection, "", [&](const Input& input) {
+  const int status = EachSelected(selection, {}, [&](const Input& input) {
     if (!NoProblem(input, HasNoStatistics(*input.record, area))) return false;
     const Statistics statistics(*input.record, area);
     if (asJson)
@@ -307,7 +307,7 @@ Run DefineHistogram(CLI::App& app) {
   AddSelection(app, options->selection);
   return [options] {
     if (options->csv) std::cout << "File,From,To,Count\n";
-    return EachSelected(options->selection, "", [&](const Input& input) {
+    return EachSelected(options->selection, {}, [&](const Input& input) {
       PrintHistogram(input, *options);
       return true;
     });

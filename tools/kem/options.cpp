@@ -6,9 +6,6 @@
 #include <cstdlib>
 #include <iterator>
 
-#include "input.h"
-#include "system.h"
-
 namespace kem::tool {
 namespace {
 
@@ -37,15 +34,6 @@ void RequireAny(CLI::App& app, CLI::Option* first, CLI::Option* second) {
 void RequireOne(CLI::App& app, CLI::Option* first, CLI::Option* second) {
   first->excludes(second);
   RequireAny(app, first, second);
-}
-
-void AddFiles(CLI::App& app, std::vector<std::string>& files) {
-  app.add_option_function<std::vector<std::string>>(
-         "FILE", [&files](const std::vector<std::string>& names) { files = Expanded(names); },
-         "Files of any format that kem knows; - is standard input")
-      ->type_name("")
-      ->required();
-  AddReading(app);
 }
 
 CLI::Option* AddItem(CLI::App& app, int& item) {

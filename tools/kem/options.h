@@ -8,7 +8,6 @@
 
 namespace kem::tool {
 
-void AddFiles(CLI::App& app, std::vector<std::string>& files);
 CLI::Option* AddItem(CLI::App& app, int& item);
 
 // Make one of two options required; the second refuses both together.

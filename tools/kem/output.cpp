@@ -8,9 +8,12 @@
 
 #include "csv.h"
 #include "describe.h"
+#include "options.h"
+#include "pairs.h"
 #include "source.h"
 #include "system.h"
 #include "temporary_file.h"
+#include "text.h"
 
 namespace kem::tool {
 namespace {
@@ -18,18 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 
 // ------------------------------------------------------------ targets
-
-fs::path TargetOf(const Output& output, const std::string& source, const std::string& label,
-                  const char* extension) {
-  fs::path target = PathOf(output.file);
-  if (output.file.empty()) {
-    target = PathOf(source == kStandard ? "stdin" : source);
-    if (!output.folder.empty()) target = PathOf(output.folder) / target.filename();
-    target.replace_extension(extension);
-  }
-  if (!label.empty()) target.replace_filename(PathOf(target.stem().string() + label + target.extension().string()));
-  return target;
-}
 
 // The file behind a link, by its full path.
 fs::path Resolved(const fs::path& target) {
@@ -40,13 +31,11 @@ fs::path Resolved(const fs::path& target) {
 
 // Why nothing may be written there.
 Problem CannotReplace(const fs::path& target, const Output& output) {
-  const auto earlier = output.written.find(Resolved(target));
-  if (earlier != output.written.end()) return target.string() + " has just been made from " + earlier->second;
   std::error_code error;
   if (!fs::exists(fs::symlink_status(target, error))) return {};
   const fs::file_status status = fs::status(target, error);  // nothing behind a dangling link
   if (fs::exists(status) && !fs::is_regular_file(status)) return target.string() + " is no ordinary file";
-  return output.force ? "" : target.string() + " exists already; --force overwrites it";
+  return output.force || output.update ? "" : target.string() + " exists already; --force overwrites it";
 }
 
 // Fills an empty file; returns what went wrong.
@@ -82,16 +71,41 @@ Problem WriteDocument(const Json& document, const std::string& name) {
   return out ? "" : WhyIncomplete();
 }
 
-Problem Place(const Writing& write, const std::string& source, const std::string& label, const char* extension,
-              Output& output) {
+// A place that a file of this run has taken, and gives back unless it is kept.
+class Claim {
+ public:
+  Claim(Output::Made& made, fs::path target, const std::string& source) : made_(made), target_(std::move(target)) {
+    const std::lock_guard lock(made_.mutex);
+    const auto [entry, isNew] = made_.from.emplace(target_, source);
+    kept_ = !isNew;
+    if (!isNew) problem_ = " has just been made from " + entry->second;
+  }
+  ~Claim() {
+    const std::lock_guard lock(made_.mutex);
+    if (!kept_) made_.from.erase(target_);
+  }
+  Claim(const Claim&) = delete;
+  Claim& operator=(const Claim&) = delete;
+
+  const Problem& WhyNot() const { return problem_; }
+  void Keep() { kept_ = true; }
+
+ private:
+  Output::Made& made_;
+  fs::path target_;
+  Problem problem_;
+  bool kept_ = true;
+};
+
+Problem Place(const Writing& write, const std::string& source, const fs::path& target, const Output& output) {
   std::error_code error;
-  if (!output.folder.empty()) fs::create_directories(PathOf(output.folder), error);
-  fs::path target = TargetOf(output, source, label, extension);
+  if (!output.folder.empty()) fs::create_directories(target.parent_path(), error);
+  const fs::path resolved = Resolved(target);
+  Claim claim(*output.made, resolved, source);
+  if (!claim.WhyNot().empty()) return target.string() + claim.WhyNot();
   if (Problem problem = CannotReplace(target, output); !problem.empty()) return problem;
-  target = Resolved(target);
-  decltype(output.written) made = {{target, source}};  // memory runs out here, not when the file is there
-  Problem problem = Write(write, target, output.force);
-  if (problem.empty()) output.written.merge(made);
+  Problem problem = Write(write, resolved, output.force || output.update);
+  if (problem.empty()) claim.Keep();
   return problem;
 }
 
@@ -114,6 +128,13 @@ void AddOutput(CLI::App& app, Output& output) {
   app.add_option("-d,--dir", output.folder, "Write into this folder, which is made if need be")
       ->type_name("DIR")
       ->excludes(file);
+  app.add_flag("--keep-tree", output.keepTree, "Keep the folders below the one that was named, in --dir")
+      ->needs(app.get_option("--dir"));
+  app.add_flag("--update", output.update, "Write only what is missing or older than its source");
+  app.add_option("--report", output.report, "Write what became of each file, as JSON")->type_name("FILE");
+  app.add_option("-j,--jobs", output.jobs, "Files to work on at a time (default one for each processor)")
+      ->type_name("N")
+      ->check(WholeNumber(1, 64));
 }
 
 const Format* FormatOf(const CLI::App& app, const Output& output) {
@@ -135,12 +156,74 @@ Problem Save(Input& input, const std::string& label, const Format& format, Outpu
     return WriteCsv(*input.dataset, name.c_str(), output.matrix) ? "" : WhyIncomplete();
   };
   if (output.file == kStandard) return label.empty() ? Print(write) : "standard output takes one item only";
-  Problem problem = Place(write, input.file, label, format.name, output);
-  if (!problem.empty() || !output.metadata) return problem;
-  Output beside = output;
-  if (!output.file.empty()) beside.file = PathOf(output.file).replace_extension("json").string();
-  return Place([&](const std::string& name) { return WriteDocument(Describe(input), name); }, input.file, label,
-               "json", beside);
+  Turn* turn = ThisTurn();
+  const fs::path target = TargetOf(output, turn ? turn->file : File{input.file}, label, format.name);
+  if (output.update && IsUpToDate(target, input.file)) {
+    if (turn) ++turn->upToDate;
+    return {};
+  }
+  Turn::Output made{input.item, input.name, target.string()};
+  if (turn) turn->outputs.reserve(turn->outputs.size() + 1);  // memory runs out here, not when the file is there
+  Problem problem = Place(write, input.file, target, output);
+  if (problem.empty() && output.metadata)
+    problem = Place([&](const std::string& name) { return WriteDocument(Describe(input), name); }, input.file,
+                    fs::path(target).replace_extension("json"), output);
+  if (turn && problem.empty()) turn->outputs.push_back(std::move(made));
+  return problem;
+}
+
+Problem SaveFile(const Writing& write, Output& output) {
+  return output.file == kStandard ? Print(write) : Place(write, output.file, PathOf(output.file), output);
+}
+
+fs::path TargetOf(const Output& output, const File& source, const std::string& label, const char* extension) {
+  fs::path target = PathOf(output.file);
+  if (output.file.empty()) {
+    const fs::path path = PathOf(source.name == kStandard ? "stdin" : source.name);
+    target = path;
+    if (!output.folder.empty()) {
+      target = PathOf(output.folder);
+      if (output.keepTree) target /= path.parent_path().lexically_relative(PathOf(source.folder));
+      target /= path.filename();
+    }
+    target.replace_extension(extension);
+  }
+  if (!label.empty()) target.replace_filename(PathOf(target.stem().string() + label + target.extension().string()));
+  return output.keepTree ? target.lexically_normal() : target;
+}
+
+bool IsUpToDate(const fs::path& target, const std::string& source) {
+  std::error_code error;
+  const auto made = fs::last_write_time(target, error);
+  if (error) return false;
+  for (const std::string& file : {source, PartnerOf(source).file}) {
+    const auto changed = fs::last_write_time(PathOf(file), error);
+    if (!error && changed > made) return false;
+  }
+  return true;
+}
+
+Problem CannotReport(const Output& output) {
+  return output.report.empty() ? "" : CannotReplace(PathOf(output.report), output);
+}
+
+Problem WriteReport(const Output& output, std::span<const Turn> turns) {
+  constexpr const char* kStates[] = {"not reached", "written", "up to date", "left out", "failed"};
+  Json document = Json::array();
+  for (const Turn& turn : turns) {
+    Json outputs = Json::array();
+    for (const auto& [item, name, file] : turn.outputs)
+      outputs.push_back({{"item", item}, {"name", name}, {"output", Utf8(file)}});
+    Json one = {{"file", Utf8(turn.file.name)}, {"state", kStates[static_cast<std::size_t>(turn.state)]}};
+    one["outputs"] = std::move(outputs);
+    for (const auto& [key, texts] : {std::pair("notes", &turn.notes), std::pair("errors", &turn.errors)}) {
+      one[key] = Json::array();
+      for (const std::string& text : *texts) one[key].push_back(Utf8(text));
+    }
+    document.push_back(std::move(one));
+  }
+  return Write([&](const std::string& name) { return WriteDocument(document, name); }, PathOf(output.report),
+               output.force || output.update);
 }
 
 }  // namespace kem::tool

@@ -19,8 +19,8 @@ bool NoProblem(const Input& input, const Problem& problem) {
   return NoProblem(input.file, (name ? "item " + std::to_string(input.item) + of + ": " : "") + problem);
 }
 
-int EachSelected(const Selection& selection, std::string_view done, const std::function<bool(Input&)>& action) {
-  return EachFile(selection.files, done, [&](const std::string& file) {
+int EachSelected(const Selection& selection, const Pass& pass, const std::function<bool(Input&)>& action) {
+  return EachFile(selection.files, pass, [&](const std::string& file) {
     if (selection.allItems) return EachItem(file, action);
     Input input = LoadItem(file, std::max(selection.item, 1));
     if (!NoProblem(file, input.problem) || !action(input)) return false;

@@ -3,15 +3,13 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
-#include <string_view>
-#include <vector>
 
 #include "input.h"
 
 namespace kem::tool {
 
 struct Selection {
-  std::vector<std::string> files;
+  FileList files;
   int item = 0;  // 0: the first, because none was asked for
   bool allItems = false;
 };
@@ -21,8 +19,7 @@ void AddSelection(CLI::App& app, Selection& selection);
 // Names the problem of a file, and of which of its items, on standard error. Returns whether there is none.
 bool NoProblem(const Input& input, const Problem& problem);
 
-// Runs an action, which tells whether it succeeded, on every record selected. `done` is that of EachFile. Returns
-// the exit status.
-int EachSelected(const Selection& selection, std::string_view done, const std::function<bool(Input&)>& action);
+// Runs an action, which tells whether it succeeded, on every record selected. Returns the exit status.
+int EachSelected(const Selection& selection, const Pass& pass, const std::function<bool(Input&)>& action);
 
 }  // namespace kem::tool

@@ -2,17 +2,45 @@
 
 #ifdef _WIN32
 #include <windows.h>
-
-#include <shlwapi.h>
+#else
+#include <sys/ioctl.h>
 #endif
 
-#include <algorithm>
-#include <iterator>
-#include <system_error>
+#include <cstdlib>
 
 namespace kem::tool {
+namespace {
 
 namespace fs = std::filesystem;
+
+int NumberOf(const char* variable, int otherwise) {
+  const char* text = std::getenv(variable);
+  const int number = text ? std::atoi(text) : 0;
+  return number > 0 && number < 10000 ? number : otherwise;
+}
+
+#ifdef _WIN32
+
+TerminalSize WindowOf(std::FILE* stream) {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!GetConsoleScreenBufferInfo(GetStdHandle(stream == stderr ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE), &info))
+    return {0, 0};
+  return {info.srWindow.Right - info.srWindow.Left + 1, info.srWindow.Bottom - info.srWindow.Top + 1};
+}
+
+#else
+
+TerminalSize WindowOf([[maybe_unused]] std::FILE* stream) {
+#ifdef TIOCGWINSZ
+  winsize size = {};
+  if (ioctl(fileno(stream), TIOCGWINSZ, &size) == 0) return {size.ws_col, size.ws_row};
+#endif
+  return {0, 0};
+}
+
+#endif
+
+}  // namespace
 
 // A name that is not UTF-8 is taken as it is.
 fs::path PathOf(const std::string& name) {
@@ -23,45 +51,17 @@ fs::path PathOf(const std::string& name) {
   }
 }
 
-#ifdef _WIN32
-
-namespace {
-
-std::vector<std::string> Matching(const fs::path& pattern) {
-  const fs::path folder = pattern.parent_path();
-  std::vector<std::string> found;
-  std::error_code error;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder.empty() ? "." : folder, error)) {
-    const fs::path name = entry.path().filename();
-    if (entry.is_regular_file(error) &&
-        PathMatchSpecExW(name.c_str(), pattern.filename().c_str(), PMSF_NORMAL) == S_OK)
-      found.push_back((folder / name).string());
-  }
-  std::sort(found.begin(), found.end());
-  return found;
+TerminalSize SizeOfTerminal(std::FILE* stream) {
+  const TerminalSize window = WindowOf(stream);
+  if (window.columns > 0 && window.rows > 0) return window;
+  return {NumberOf("COLUMNS", 80), NumberOf("LINES", 24)};
 }
 
-}  // namespace
+#ifdef _WIN32
 
 // The C run time leaves the arguments alone: `*` also multiplies.
 extern "C" {
 int _dowildcard = 0;
-}
-
-bool IsPattern(const std::string& name) {
-  std::error_code error;
-  return name.find_first_of("*?") != name.npos && !fs::exists(PathOf(name), error);
-}
-
-std::vector<std::string> Expanded(const std::vector<std::string>& names) {
-  std::vector<std::string> expanded;
-  for (const std::string& name : names) {
-    std::vector<std::string> found;
-    if (IsPattern(name)) found = Matching(PathOf(name));
-    if (found.empty()) found = {name};
-    std::move(found.begin(), found.end(), std::back_inserter(expanded));
-  }
-  return expanded;
 }
 
 std::shared_ptr<void> Utf8Console() {
@@ -72,8 +72,6 @@ std::shared_ptr<void> Utf8Console() {
 
 #else
 
-bool IsPattern(const std::string&) { return false; }
-std::vector<std::string> Expanded(const std::vector<std::string>& names) { return names; }
 std::shared_ptr<void> Utf8Console() { return {}; }
 
 #endif

@@ -8,11 +8,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <mutex>
 #include <new>
 #include <random>
 #include <system_error>
@@ -27,7 +29,13 @@ namespace fs = std::filesystem;
 // ------------------------------------------------------------ signals
 
 // Paths to remove; an empty one is free. A signal's handler can read nothing that allocates memory.
-char paths[32][4096];
+char paths[128][4096];
+std::mutex pathsMutex;
+
+// Files of a run are finished one by one when it is to end.
+std::atomic<bool> finishes = false;
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free);  // so that a signal may write it
 
 void RemovePath(const char* path) {
   if (unlink(path) != 0) rmdir(path);
@@ -35,10 +43,20 @@ void RemovePath(const char* path) {
 
 // What came last lies inside what came first.
 void RemoveAll(int signal) {
+  if (signal == SIGINT && finishes && !interrupted.exchange(true)) {
+    std::signal(signal, RemoveAll);
+    return;
+  }
   for (auto* path = std::end(paths); path-- != std::begin(paths);)
     if (**path) RemovePath(*path);
   std::signal(signal, SIG_DFL);
   std::raise(signal);
+}
+
+// A path stays.
+void Forget(Removed& path) {
+  const std::lock_guard lock(pathsMutex);
+  *path.release() = '\0';
 }
 
 constexpr int kSignals[] = {
@@ -65,7 +83,7 @@ Removed MakeNew(const fs::path& folder, Make make, Problem& problem) {
     Removed path = RemovedLater(folder / name);
     if (make(PathOf(path.get()))) return path;
     const int error = errno;
-    *path.release() = '\0';
+    Forget(path);
     if (error != EEXIST || tries == 99) problem = Message(error);
     if (error != EEXIST) break;
   }
@@ -93,10 +111,15 @@ int Create(const fs::path& path) { return open(path.c_str(), O_RDWR | O_CREAT | 
 
 bool CreateFolder(const fs::path& path) { return mkdir(path.c_str(), 0700) == 0; }
 
+// What new files of this process are denied; asking for it changes it for a moment.
+const mode_t mask = [] {
+  const mode_t denied = umask(0);
+  umask(denied);
+  return denied;
+}();
+
 // The mode of the file that is replaced, or that of any new file.
 void TakeMode(int file, const fs::path& target) {
-  const mode_t mask = umask(0);
-  umask(mask);
   struct stat status = {};
   const bool replaces = stat(target.c_str(), &status) == 0;
   (void)!fchmod(file, replaces ? status.st_mode & 0777 : 0666 & ~mask);  // some file systems know no modes
@@ -127,11 +150,18 @@ void HandleInterrupts() {
 
 void Removal::operator()(char* path) const {
   RemovePath(path);
+  const std::lock_guard lock(pathsMutex);
   *path = '\0';
 }
 
+InterruptsWait::InterruptsWait(bool wait) { finishes = wait; }
+InterruptsWait::~InterruptsWait() { finishes = false; }
+
+bool Interrupted() { return interrupted; }
+
 Removed RemovedLater(const fs::path& path) {
   const std::string name = path.string();
+  const std::lock_guard lock(pathsMutex);
   auto* slot = std::find_if(std::begin(paths), std::end(paths), [](const char* p) { return !*p; });
   if (slot == std::end(paths) || name.size() >= sizeof *slot) throw std::bad_alloc();
   std::memcpy(*slot, name.c_str(), name.size() + 1);
@@ -173,7 +203,7 @@ Problem TemporaryFile::MoveTo(const fs::path& target, bool replace) {
   else if (const int code = MoveToNew(PathOf(path_.get()), target))
     error.assign(code, std::generic_category());
   if (error) return error.message();
-  *path_.release() = '\0';
+  Forget(path_);
   return {};
 }
 

@@ -13,6 +13,16 @@ namespace kem::tool {
 // Cleans up when a signal ends the program.
 void HandleInterrupts();
 
+// While it lives and is asked to, the first Ctrl-C is only noted, so that what has been begun can be finished.
+class InterruptsWait {
+ public:
+  explicit InterruptsWait(bool wait);
+  ~InterruptsWait();
+  InterruptsWait(const InterruptsWait&) = delete;
+  InterruptsWait& operator=(const InterruptsWait&) = delete;
+};
+bool Interrupted();
+
 // A file or an empty folder that is removed with its owner, or by a signal.
 struct Removal {
   void operator()(char* path) const;

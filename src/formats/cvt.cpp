@@ -15,6 +15,7 @@
 #include "kem.h"
 #include "load/announced.h"
 #include "record/findings.h"
+#include "record/headers.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -72,11 +73,8 @@ int PrnType::WriteCvt(char* const name) const {
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
   const bool stored = allocType == AllocXY;
-  Text xTitle = {};
-  Text yTitle = {};
-  Text zTitle = {};
-  LabelAxes(xTitle, yTitle, zTitle);
-  out << (stored ? " \"XY: #points:\"   " : "ca          ") << nY << '\n' << xTitle << '\n' << yTitle << '\n';
+  const Titles titles = RowOf(fileType).titles(*this);
+  out << (stored ? " \"XY: #points:\"   " : "ca          ") << nY << '\n' << titles.x << '\n' << titles.y << '\n';
   out << "\"start      :\" " << xStart << '\n';
   out << (stored ? "\"end        :\" " : "\"increment  :\" ") << (stored ? xEnd : xStep) << "\n\n";
   WriteColumn(out, yArray, nY);

@@ -158,13 +158,10 @@ int PrnType::WriteDX(char* const name) const {
   if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
-  Text xTitle = {};
-  Text yTitle = {};
-  Text zTitle = {};
-  LabelAxes(xTitle, yTitle, zTitle);
+  const Titles titles = RowOf(fileType).titles(*this);
   out << "##TITLE=" << TextOf(fileName) << "\n##JCAMP-DX=4.24\n##DATA TYPE=" << RowOf(fileType).dataType << '\n';
   out << "##ORIGIN=kem_file\n##OWNER=\n##DATE=\n##BLOCKS=1\n##$SLIT=0.0\n";
-  out << "##XUNITS=" << xTitle << "\n##YUNITS=" << yTitle << "\n##XFACTOR=1.0\n##YFACTOR=1.0\n";
+  out << "##XUNITS=" << titles.x << "\n##YUNITS=" << titles.y << "\n##XFACTOR=1.0\n##YFACTOR=1.0\n";
   // The fields as they are, also for a stored axis; FIRSTY is the smallest value, not the first.
   out << "##DELTAX=" << xStep << "\n##FIRSTX=" << xStart << "\n##LASTX=" << xEnd << '\n';
   out << "##NPOINTS=" << nY << "\n##FIRSTY=" << yStart << "\n##XYDATA=(XY..XY)\n";

@@ -1,20 +1,16 @@
 #include "formats/labels.h"
 
-#include "text/fields.h"
+#include "record/headers.h"
 
 namespace kem::formats {
-using namespace text;
 
-void WriteLabels(OutputFile& out, const PrnType& record) {
+void WriteLabels(OutputFile& out, const PrnType& r) {
   constexpr int kCommentSize = 1023;
-  text::Text x = {};
-  text::Text y = {};
-  text::Text z = {};
+  const auto titles = record::RowOf(r.fileType).titles(r);
   char comment[kCommentSize] = {};
-  record.LabelAxes(x, y, z);
-  record.CommentBlock(comment, kCommentSize);
-  out << x << '\n' << y << '\n';
-  if (record.Is3D()) out << z << '\n';
+  r.CommentBlock(comment, kCommentSize);
+  out << titles.x << '\n' << titles.y << '\n';
+  if (r.Is3D()) out << titles.z << '\n';
   out << comment << '\n';
 }
 

@@ -13,6 +13,7 @@
 #include "load/block.h"
 #include "load/items.h"
 #include "record/findings.h"
+#include "record/headers.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_scanner.h"
@@ -169,12 +170,9 @@ int PrnType::WriteXYPrn(char* const name) const {
   if (!OwnsArrays(allocType) || Is3D()) return 0;
   OutputFile out(name, {});
   if (!out.IsOpen()) return 0;
-  Text xTitle;
-  Text yTitle;
-  Text zTitle;
-  LabelAxes(xTitle, yTitle, zTitle);
+  const Titles titles = RowOf(fileType).titles(*this);
   const bool stored = HasX() && nX > 0 && xArray;
-  out << "XY\n" << xTitle << '\n' << yTitle << '\n';
+  out << "XY\n" << titles.x << '\n' << titles.y << '\n';
   out << "\"Start : \"" << (stored ? xArray[0] : xStart) << '\n';
   out << "\"Stop  : \"" << (stored ? xArray[nX - 1] : xEnd) << '\n';
   out << TextOf(fileName) << "\n\n";

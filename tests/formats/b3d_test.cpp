@@ -92,7 +92,4 @@ TEST_CASE("b3d: what a file does not hold is 0 or as it was") {
   CHECK(std::string(lines.record.yLabel) == "b\r");
   CHECK(std::string(lines.record.commentLines[0]) == "d");
   for (const int k : {1, 2}) CHECK(std::string(lines.record.commentLines[k]).empty());
-  LoadEveryPrefix("cut.b3d", values + "a\nb\nc\nd\n", 200);
-  LoadDamaged("hurt.b3d", values, 100);
-  LoadDamaged("hurt.b2d", File({.tag = "[B2D]\n", .shape = AllocXY}), 100);
 }

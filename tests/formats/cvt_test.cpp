@@ -19,8 +19,6 @@ TEST_CASE("cvt: both variants as text, and back, with either line end") {
       CHECK(back.result == 1);
       CHECK(Facts(back.record) == c.facts);
     }
-    LoadEveryPrefix("cut.cvt", c.text, 200);
-    LoadDamaged("hurt.cvt", c.text, 100);
   }
   for (const PrnType& other : {PrnType(), PrnType(AllocZ)}) CHECK(Written(other, &PrnType::WriteCvt).empty());
 }

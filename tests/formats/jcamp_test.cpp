@@ -64,7 +64,6 @@ TEST_CASE("jcamp: blocks, point counts and what ends a header") {
     CHECK(file.record.nX == file.record.nY);
     CHECK_SAME(XOf(file.record), c.x);
     CHECK_SAME(ValuesOf(file.record), c.y);
-    LoadEveryPrefix("cut.jdx", c.text, 50);
   }
   CHECK(Facts(Read("##BLOCKS=2\n" + two, &PrnType::ReadDX).record) ==
         "0 XY 6x6 x 1 6 1: 1 2 3 4 5 6 y 10 60 1 = 10 20 30 40 50 60 |  nm||part");
@@ -76,7 +75,6 @@ TEST_CASE("jcamp: blocks, point counts and what ends a header") {
        {"##BLOCKS=2000000000\n" + Block("1 2\n", 2), "##BLOCKS=1\n" + Block("1 2\n", -4),
         std::string("##NPOINTS=99999999999\n##XYDATA\n1 2\n")})
     CHECK_THROWS_AS(Read(absurd, &PrnType::ReadDX), std::bad_alloc);
-  LoadDamaged("hurt.jdx", "##TITLE=t\n##BLOCKS=2\n" + two, 150);
 }
 
 TEST_CASE("jcamp: factors are told, not applied, and forgotten by the next load") {

@@ -75,7 +75,4 @@ TEST_CASE("p3d: sections in any layout, incomplete, or with absurd counts") {
   }
   CHECK(Read("no tag\n", &PrnType::ReadP3D).result == 0);
   CHECK(Read(std::string(132, 'x') + "\n" + kGrid, &PrnType::ReadP3D).result == 0);
-  LoadEveryPrefix("cut.p3d", kGrid, 200);
-  LoadDamaged("hurt.p3d", kGrid, 150);
-  LoadDamaged("hurt.p2d", kCurve, 150);
 }

@@ -96,9 +96,3 @@ TEST_CASE("columns: what is written is read back, with a running X of a defined 
   for (const PrnType& none : {PrnType(), PrnType(AllocZ, 2, 2), named})
     CHECK(Written(none, &PrnType::WriteXYPrn).empty());
 }
-
-TEST_CASE("columns: short and damaged files do no harm") {
-  LoadEveryPrefix("cut.txt", kHeader + "1 4\n2 -5\n", 100);
-  LoadEveryPrefix("cut.txt", NXYText(), 100);
-  LoadDamaged("hurt.txt", NXYText(), 200);
-}

@@ -9,19 +9,13 @@ TEST_CASE("entry: the current record is the last load, failed or not") {
   std::string file = folder.Write("a.xyz", "XY\nx\ny\n1\n2\nn\n\n1 2\n3 4\n");
   std::string missing = folder.Path("missing");
   CHECK(prn == nullptr);
-  REQUIRE(KemOpenFile(file.data(), 0) == 0);
-  REQUIRE(prn != nullptr);
+  REQUIRE((KemOpenFile(file.data(), 0) == 0 && prn));
   CHECK(prn->nY == 2);
   REQUIRE(KemOpenFile(prn->fileName, 0) == 0);  // a name inside the record that goes
-  CHECK(std::string(prn->fileName) == file);
   PrnType* const before = prn;
-  CHECK(KemCloseFile() == 0);
-  CHECK(prn == before);
-  CHECK(KemOpenFile(missing.data(), 0) == 1);
-  CHECK(!*prn);
-  CHECK(prn->nY == 0);
-  CHECK(fnKemDll() == 42);
-  CHECK(nKemDll == 0);
+  CHECK((KemCloseFile() == 0 && prn == before && prn->fileName == file));
+  CHECK((KemOpenFile(missing.data(), 0) == 1 && !*prn && prn->nY == 0));
+  CHECK((fnKemDll() == 42 && nKemDll == 0));
   delete std::exchange(prn, nullptr);
 }
 
@@ -48,8 +42,7 @@ TEST_CASE("entry: a host's objects are made by loads alone and all freed") {
     created = freed = 0;
     std::string name = load.file;
     CHECK(KemOpenFile(name.data(), 0) == (load.created < 2));
-    CHECK(created == load.created);
-    CHECK(freed == load.freed);
+    CHECK((created == load.created && freed == load.freed));
     CHECK((prn->extension == nullptr) == !*prn);
   }
   delete std::exchange(prn, nullptr);
@@ -62,6 +55,5 @@ TEST_CASE("entry: raw storage is cleared as far as asked") {
   r.nX = 5;
   r.nY = 6;
   r.__autoclassinit2(offsetof(PrnType, nY));
-  CHECK(r.nX == 0);
-  CHECK(r.nY == 6);
+  CHECK((r.nX == 0 && r.nY == 6));
 }

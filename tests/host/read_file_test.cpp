@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "host/detect.h"
-#include "support/support.h"
+#include "support/loads.h"
 
 using namespace kem::host;
 using namespace kem::test;
@@ -24,11 +24,7 @@ const std::string kNXYFile = "NXY 3 t\na\nb\nc\n1\n2\nname\n3\n1 10 20 30\n";
 }  // namespace
 
 TEST_CASE("detection: the first text that occurs decides") {
-  struct Case {
-    const char* text;
-    const char* format;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, std::string> cases[] = {
       {"first XY: points", "XY, NXY or JCAMP-DX"},  // XY comes before XY:
       {"##TITLE and Version", "XY, NXY or JCAMP-DX"},
       {"Version [P3D]", "Dilor Raman"},
@@ -38,15 +34,13 @@ TEST_CASE("detection: the first text that occurs decides") {
       {"SIMPLE  =", "AT1 image"},
       {";\"HiPic 5.0", "HPDTA profile"},
       {"nothing of note", ""},
-  };
-  for (const Case& c : cases) {
-    CAPTURE(c.text);
-    CHECK(FormatByContent(c.text) == c.format);
+      {std::string(129, '.') + "XY", "XY, NXY or JCAMP-DX"},  // ends at byte 131
+      {std::string(130, '.') + "XY", ""},
+      {std::string("a\0XY", 4), ""}};  // a NUL ends the text
+  for (const auto& [text, format] : cases) {
+    CAPTURE(text);
+    CHECK(FormatByContent(text) == format);
   }
-  CHECK(FormatByContent(std::string(40, '.') + "XY") != "");
-  CHECK(FormatByContent(std::string(129, '.') + "XY") != "");  // ends at byte 131
-  CHECK(FormatByContent(std::string(130, '.') + "XY").empty());
-  CHECK(FormatByContent(std::string("a\0XY", 4)).empty());  // a NUL ends the text
   CHECK(FirstHit(NameTests(), "a.P3D") == nullptr);
   CHECK(std::string(FirstHit(NameTests(), "a.spc.cvt")->format->name) == "CVT curve");
 }
@@ -65,22 +59,17 @@ TEST_CASE("loading: file names, numbers and indices") {
   std::strcpy(own.fileName,
               folder.Write("own.dx", "##TITLE=other\n##BLOCKS=1\n##NPOINTS=1\n##XYDATA=(XY..XY)\n1 2\n").c_str());
   own.ReadFile(own.fileName, 0);
-  CHECK(own.nY == 1);
-  CHECK(std::string(own.fileName) == folder.Path("own.dx"));
+  CHECK((own.nY == 1 && own.fileName == folder.Path("own.dx")));
   // -1 does not look into the file: the header of an NXY file becomes that of an XY file
   const PrnType unsniffed(nxy.c_str(), -1);
-  CHECK(unsniffed.fileType == FileXY);
-  CHECK(std::string(unsniffed.fileName) == nxy);
+  CHECK((unsniffed.fileType == FileXY && unsniffed.fileName == nxy));
 }
 
 TEST_CASE("loading: a reader that is chosen by name and refuses leaves the content its turn") {
-  const TempFolder folder;
-  CHECK(PrnType(folder.Write("a.crv", kXYFile).c_str(), 0).nY == 2);
-  CHECK(PrnType(folder.Write("a.crv", "nothing").c_str(), 0).allocType == AllocNone);
-  // a missing partner file ends the load at once
-  CHECK(!PrnType(folder.Write("lonely.par", kXYFile).c_str(), 0));
-  folder.Write("pair.dat", "");
-  CHECK(PrnType(folder.Write("pair.dhd", kXYFile).c_str(), 0).fileType == FileXY);
+  CHECK(Load("a.crv", kXYFile).nY == 2);
+  CHECK(!Load("a.crv", "nothing"));
+  CHECK(!Load("lonely.par", kXYFile));  // a missing partner file ends the load at once
+  CHECK(Load({{"pair.dhd", kXYFile}, {"pair.dat", ""}}).fileType == FileXY);
 }
 
 TEST_CASE("loading: what a file announces and does not hold is 0, unless it is absurd or negative") {
@@ -119,10 +108,7 @@ TEST_CASE("loading: what a file announces and does not hold is 0, unless it is a
     CHECK(!record == (c.nX == -1));
     CHECK(ReadAnnounced == c.announced);
     if (c.announced > 0) CHECK(ReadFileBytes == static_cast<double>(c.bytes.size()));
-    if (!record) continue;
-    CHECK(record.nX == c.nX);
-    CHECK(record.nY == c.nY);
-    CHECK(record.zMax == 0);
+    if (!!record) CHECK((record.nX == c.nX && record.nY == c.nY && record.zMax == 0));
     if (record.HasY()) CHECK(record.yStart == 0);
   }
 }
@@ -134,9 +120,7 @@ TEST_CASE("loading: what is no file, or has no room for its name, is a failed lo
     PrnType record;
     record.xStep = 3;
     record.ReadFile(name.c_str(), 0);
-    CHECK(record.allocType == AllocNone);
-    CHECK(record.xStep == 0);
-    CHECK(std::string(record.fileName).empty());
+    CHECK((!record && record.xStep == 0 && record.fileName[0] == '\0'));
     CHECK(KemFormatName(name.c_str()) == nullptr);
   }
 }

@@ -33,6 +33,4 @@ TEST_CASE("at1: axes by position, pixels row by row; what a short file lacks is 
         "4 Z 3x2 x 100 102 1 y 0 2 2 z 0 65535 = 65535 0 / 0 0 / 0 0 | x title|y title|z title");
   CHECK(std::string(Load("a.ccd", AT1File({.xTitle = std::string(80, 'x')})).xLabel) == std::string(80, 'x'));
   CHECK(!Load("a.ccd", AT1File({.nX = -3})));
-  LoadEveryPrefix("cut.ccd", AT1File(), 100);
-  LoadDamaged("hurt.ccd", AT1File(), 100);
 }

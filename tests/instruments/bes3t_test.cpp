@@ -132,6 +132,4 @@ TEST_CASE("bes3t: CR LF, a last line without end, long lines and short values") 
           "14 Y 3x3 x 3000 3100 50 y 0 7 0 = 7 0 0 | Field (G)|Intensity ()|strong pitch");
   const PrnType last = Loaded("#DESC\nIKKF REAL\nXTYP IDX\nXPTS 1\nIRFMT C\n#SPL\nMWFQ 5", "A");
   CHECK(Facts(last) + HeaderOf(last) == "14 Y 1x1 x 0 0 0 y 65 65 0 = 65 |  ()| ()|||||0|5|0|0|0|0|0|0|0|0|");
-  LoadEveryPrefix("cut.DSC", text, 40, "cut.DTA");
-  LoadDamaged("hurt.DSC", DescriptorText({.yType = "IDX", .xPoints = 4, .yPoints = 4}), 200);
 }

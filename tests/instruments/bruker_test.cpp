@@ -68,5 +68,4 @@ TEST_CASE("bruker: bounds of the parameter file, and a partner that cannot be re
   const TempFolder folder;
   std::filesystem::create_directory(folder.Path("folder.spc"));
   CHECK(!PrnType(folder.Write("folder.par", lines).c_str(), 0));
-  LoadEveryPrefix("cut.par", "JSS 2\rJON  A. User\nXPLS 1\nSSX 3\nSSY 2\n", 50, "cut.spc");
 }

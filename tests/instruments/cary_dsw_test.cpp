@@ -27,8 +27,6 @@ TEST_CASE("cary_dsw: the pair with the stop value ends the curve, texts follow")
   CHECK(Facts(Load("a.dsw", bytes)) ==
         "16 XY 2x2 x 799 800 1: 800 799 y 0.100000001 0.200000003 1 = 0.100000001 0.200000003 | nm|Abs units|");
   CHECK(HeaderOf(Load("a.dsw", bytes)) == "nm|Abs units|ten|eleven|a | b| c |last|");
-  LoadEveryPrefix("cut.dsw", bytes, 60);
-  LoadDamaged("hurt.dsw", bytes, 100);
 }
 
 TEST_CASE("cary_dsw: long curves, curves without an end, long texts") {

@@ -91,8 +91,3 @@ TEST_CASE("dilor: a spectrum of a series") {
   std::string tiny = Series(1, 2).replace(536, 4, std::string("\0\0\x40\0", 4));  // an exponent byte of 0 is not 0
   CHECK_BITS(Load("a.m3d", tiny).xArray[0], std::ldexp(1.5f, -129));
 }
-
-TEST_CASE("dilor: short and damaged files") {
-  LoadEveryPrefix("cut.ms0", SingleFile(true, "1 10 2 20 3 30"), 300);
-  LoadEveryPrefix("cut.m3d", Series(1, 4), 300);
-}

@@ -87,9 +87,6 @@ TEST_CASE("hpdta: values, linear axes and tables") {
   for (const auto& [width, height] : {std::pair{0, 2}, {2, 0}, {-1, 2}, {2, -1}})
     CHECK(!Loaded(Header(status, width, height, 0)));
   CHECK(!Loaded(std::string("IM\xff\xff\2\0\2\0", 8)));
-  const std::string image = Header(ByPosition({{51, "#90"}, {55, "#300"}}), 5, 4, 3).PadTo(400);
-  LoadEveryPrefix("cut.img", image, 80);
-  LoadDamaged("hurt.img", image, 200);
 }
 
 TEST_CASE("hpdta: days since a date") {

@@ -15,6 +15,7 @@ struct SmallFile {
   std::string partnerBytes = "";
 };
 
+// The exchange formats' are written by the library.
 inline std::vector<SmallFile> WrittenFiles() {
   Rng rng(kSeed);
   const PrnType curve = RandomRecord(rng, AllocXY, 9, 9);
@@ -25,13 +26,13 @@ inline std::vector<SmallFile> WrittenFiles() {
           {"a.b3d", Written(grid, &PrnType::WriteB3D)}};
 }
 
-inline std::vector<SmallFile> InstrumentFiles() {
+inline std::vector<SmallFile> SmallFiles() {
   using Word = std::uint16_t;
   const std::string numbers(64, '\1');
   const std::string descriptor =
       "#DESC\nBSEQ BIG\nIKKF REAL\nIRFMT S\nXFMT S\nXPTS 3\nYPTS 3\nZTYP NODATA\nXNAM 'the magnetic field'\n";
   const std::string cards = "SIMPLE" + std::string(314, ' ') + "NY = 2" + std::string(74, ' ') + "NX = 3";
-  return {
+  std::vector<SmallFile> files = {
       {"a.nxy", "NXY 2 nm\nred\ngreen\n\n\nset\n\n1 10 20\n2 11 21\n"},
       {"a.par", "JSS\nJON me\nDOS\n", "a.spc", numbers},
       {"b.par", "JSS\nXPLS 1\nSSX 3\nSSY 2\nXXWI 5\nXYWI 5\n", "b.spc", numbers},
@@ -74,6 +75,8 @@ inline std::vector<SmallFile> InstrumentFiles() {
       {"a.txt", "[DcDelay]\nStart= 1\nEnd= 0\nStep= 0.5\nIntTime= 1\nNrPoints= 2:2\n1 4 7 0\n\nfirst\n"},
       {"a.ccd", Bytes().Text(cards).PadTo(2900)},
   };
+  for (SmallFile& file : WrittenFiles()) files.push_back(std::move(file));
+  return files;
 }
 
 }  // namespace kem::test

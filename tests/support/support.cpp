@@ -89,28 +89,6 @@ std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense) {
   return lengths;
 }
 
-void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense,
-                     const std::string& partner) {
-  const TempFolder folder;
-  if (!partner.empty()) folder.Write(partner, "");
-  LoadWithReadErrors(folder.Write(name, bytes));
-  for (const std::size_t length : Prefixes(bytes.size(), dense))
-    const PrnType record(folder.Write(name, bytes.substr(0, length)).c_str(), 0);
-}
-
-void LoadDamaged(const std::string& name, const std::string& bytes, int rounds) {
-  const TempFolder folder;
-  Rng rng(kSeed);
-  for (int round = 0; round < rounds; ++round) {
-    std::string damaged = bytes;
-    for (int k = 0; k < 3 && !damaged.empty(); ++k) damaged[rng() % damaged.size()] = static_cast<char>(rng());
-    try {
-      const PrnType record(folder.Write(name, damaged).c_str(), 0);
-    } catch (const std::bad_alloc&) {  // an absurd count may ask for more than there is
-    }
-  }
-}
-
 // The file behind the stream is exchanged: under Windows the library has a C++ run time of its own, with its own
 // streams.
 std::string Printed(const std::function<void()>& run, std::FILE* stream) {

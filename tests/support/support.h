@@ -85,14 +85,6 @@ std::vector<std::size_t> Prefixes(std::size_t size, std::size_t dense);
 // whose streams take a failing read for the end of the file.
 void LoadWithReadErrors(const std::string& path);
 
-// Loads every prefix of a file's bytes under a name; only survival is asked for, so run it under sanitizers. All
-// of the file is also loaded with read errors. An empty partner file lies beside it when it has a name.
-void LoadEveryPrefix(const std::string& name, const std::string& bytes, std::size_t dense,
-                     const std::string& partner = {});
-
-// Loads copies of the bytes with single bytes changed, for the same purpose.
-void LoadDamaged(const std::string& name, const std::string& bytes, int rounds);
-
 // What a function prints to standard output, or to standard error.
 std::string Printed(const std::function<void()>& run, std::FILE* stream = stdout);
 

@@ -14,43 +14,27 @@ TEST_CASE("text: scanning a line gives what the C library gives") {
       "RRG 5.",  "RRG 12abc",    "12 34 56",       "#1290",        "*0614925",    "\"start  :\" 4",
       "100:4",   "03-11-2016 x", "3-1-16",         "RRG 0x1p-200", "RRG 0x1p200", "RRG -7",
       "a b c d", "RRG 1.5e+2x",  "\"start :\"-2e1"};
-  for (const char* line : lines) {
-    CAPTURE(line);
-    float number[3] = {7, 7, 7};
-    float expectedNumber[3] = {7, 7, 7};
-    const auto checkNumbers = [&] {
-      for (int k = 0; k < 3; ++k) CHECK_BITS(number[k], expectedNumber[k]);
-    };
-    std::sscanf(line, "%*s %g", expectedNumber);
-    ScanLine(line, "%*s %g", {number});
-    checkNumbers();
-    std::sscanf(line, "%g %g %g", expectedNumber, expectedNumber + 1, expectedNumber + 2);
-    ScanLine(line, "%g %g %g", {number, number + 1, number + 2});
-    checkNumbers();
-    std::sscanf(line, "%*[\"start :] %g", expectedNumber);
-    ScanLine(line, "%*[\"start :] %g", {number});
-    checkNumbers();
-
-    int integer[2] = {7, 7};
-    int expectedInteger[2] = {7, 7};
-    unsigned date[3] = {7, 7, 7};
-    unsigned expectedDate[3] = {7, 7, 7};
-    std::sscanf(line, "%d:%d", expectedInteger, expectedInteger + 1);
-    ScanLine(line, "%d:%d", {integer, integer + 1});
-    std::sscanf(line, "%*c%d", expectedInteger);
-    ScanLine(line, "%*c%d", {integer});
-    CHECK(integer[0] == expectedInteger[0]);
-    CHECK(integer[1] == expectedInteger[1]);
-    std::sscanf(line, "%2u-%2u-%4u", expectedDate, expectedDate + 1, expectedDate + 2);
-    ScanLine(line, "%2u-%2u-%4u", {date, date + 1, date + 2});
-    for (int k = 0; k < 3; ++k) CHECK(date[k] == expectedDate[k]);
-
-    Text word = "before";
-    Text expectedWord = "before";
-    std::sscanf(line, "%*s %s", expectedWord);
-    ScanLine(line, "%*s %s", {word});
-    CHECK(std::string(word) == expectedWord);
-  }
+  const std::pair<const char*, char> formats[] = {{"%*s %g", 'g'}, {"%g %g %g", 'g'}, {"%*[\"start :] %g", 'g'},
+                                                  {"%d:%d", 'd'},  {"%*c%d", 'd'},    {"%2u-%2u-%4u", 'u'},
+                                                  {"%*s %s", 's'}};
+  for (const char* line : lines)
+    for (const auto& [format, kind] : formats) {
+      CAPTURE(line);
+      CAPTURE(format);
+      float g[2][3] = {{7, 7, 7}, {7, 7, 7}};
+      int d[2][3] = {{7, 7, 7}, {7, 7, 7}};
+      unsigned u[2][3] = {{7, 7, 7}, {7, 7, 7}};
+      Text s[2] = {"before", "before"};
+      if (kind == 'g')
+        std::sscanf(line, format, g[0], g[0] + 1, g[0] + 2), ScanLine(line, format, {g[1], g[1] + 1, g[1] + 2});
+      if (kind == 'd') std::sscanf(line, format, d[0], d[0] + 1), ScanLine(line, format, {d[1], d[1] + 1});
+      if (kind == 'u')
+        std::sscanf(line, format, u[0], u[0] + 1, u[0] + 2), ScanLine(line, format, {u[1], u[1] + 1, u[1] + 2});
+      if (kind == 's') std::sscanf(line, format, s[0]), ScanLine(line, format, {s[1]});
+      for (int k = 0; k < 3; ++k) CHECK_BITS(g[1][k], g[0][k]);
+      for (int k = 0; k < 3; ++k) CHECK((d[1][k] == d[0][k] && u[1][k] == u[0][k]));
+      CHECK(std::string(s[1]) == s[0]);
+    }
 }
 
 TEST_CASE("text: an integer that does not fit becomes the nearest one") {
@@ -81,20 +65,16 @@ TEST_CASE("text: lines lose their ends, and numbered names get theirs before the
     TrimTrailing(text);
     CHECK(std::string(text) == trimmed);
   }
-  struct Case {
-    std::string name;
-    int number;
-    std::string result;
-  };
-  const Case names[] = {{"name.ext", 2, "name_02.ext"},
-                        {"dir.v1/run.txt", 2, "dir_02.v1/run.txt"},
-                        {"plain", 1, "plain_01"},
-                        {".hidden", 123, "_123.hidden"},
-                        {std::string(130, 'n') + ".", 1, std::string(130, 'n') + "_"}};
-  for (const Case& c : names) {
+  const std::tuple<std::string, int, std::string> names[] = {
+      {"name.ext", 2, "name_02.ext"},
+      {"dir.v1/run.txt", 2, "dir_02.v1/run.txt"},
+      {"plain", 1, "plain_01"},
+      {".hidden", 123, "_123.hidden"},
+      {std::string(130, 'n') + ".", 1, std::string(130, 'n') + "_"}};
+  for (const auto& [name, number, numbered] : names) {
     Text text;
-    CopyText(text, c.name);
-    MakeNumberedFileName(text, c.number);
-    CHECK(std::string(text) == c.result);
+    CopyText(text, name);
+    MakeNumberedFileName(text, number);
+    CHECK(std::string(text) == numbered);
   }
 }

@@ -108,7 +108,7 @@ void CompareAxis(std::vector<std::string>& told, const char* name, const std::ve
 // Where a record is not what the file says.
 std::vector<std::string> Differences(const PrnType& r, const Dataset& d) {
   std::string shape;
-  for (const Axis& axis : d.axes) shape = std::to_string(axis.Count()) + (shape.empty() ? "" : " x ") + shape;
+  for (const Axis& axis : d.axes) shape.insert(0, std::to_string(axis.Count()) + (shape.empty() ? "" : " x "));
   const std::string ours = r.Is3D() ? std::to_string(r.nX) + " x " + std::to_string(r.nY) : std::to_string(r.nY);
   std::vector<std::string> told;
   if (shape != ours) {

@@ -75,12 +75,10 @@ void ConvertX(Dataset& d) {
 Input Opened(const std::string& file, Dataset dataset) {
   dataset.file = PathOf(file);
   ConvertX(dataset);
-  return {.file = file,
-          .item = dataset.item,
-          .more = dataset.item < dataset.items,
-          .name = dataset.itemName,
-          .record = nullptr,
-          .dataset = std::move(dataset)};
+  Input input = {
+      .file = file, .item = dataset.item, .more = dataset.item < dataset.items, .name = dataset.itemName};
+  input.dataset = std::move(dataset);
+  return input;
 }
 
 // Opens a file by its path. Returns why that fails.

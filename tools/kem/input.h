@@ -31,11 +31,11 @@ void AddUnits(CLI::App& app);
 
 struct Input {
   std::string file;
-  int item = 1;                         // counted from 1
-  bool more = false;                    // whether further items follow
-  std::string name = {};                // of the item
-  std::unique_ptr<PrnType> record;      // null when there is a problem
-  std::optional<Dataset> dataset = {};  // what the record was made of; none in the classic reading
+  int item = 1;                          // counted from 1
+  bool more = false;                     // whether further items follow
+  std::string name = {};                 // of the item
+  std::unique_ptr<PrnType> record = {};  // null when there is a problem
+  std::optional<Dataset> dataset = {};   // what the record was made of; none in the classic reading
   Problem problem = {};
 
   bool IsOneOfSeveral() const { return item > 1 || more; }

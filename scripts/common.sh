@@ -9,10 +9,10 @@ wheel_packages=(pybind11-dev python3-dev python3-pip python3-wheel)
 python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytest python3-hypothesis python3-xarray
   python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)
 windows_packages=(g++-mingw-w64-x86-64-posix)
-full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine wine64 xvfb xdotool
-  zenity clang-format clang-tidy pkg-config doxygen man-db git)
+full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine
+  wine64 xvfb xdotool zenity clang-format clang-tidy pkg-config doxygen man-db git)
 
-say() { printf '\n== %s\n' "$*"; }
+say() { printf '\n== %(%T)T %s\n' -1 "$*"; }
 
 # Installs the Debian packages that are not there yet.
 install_missing() {

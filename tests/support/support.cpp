@@ -3,14 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <utility>
-
-#include "fuzz/seeds.h"
 
 #if defined(__linux__) && defined(__GLIBCXX__)
 #include <sys/syscall.h>
@@ -52,7 +51,7 @@ void LoadWithReadErrors([[maybe_unused]] const std::string& path) {
 }
 
 TempFolder::TempFolder() {
-  static int count = 0;
+  static std::atomic<int> count = 0;
   static const unsigned run = std::random_device{}();
   // The project's formats are told by name, so the folder's own name must not look like one of them.
   path_ = std::filesystem::temp_directory_path() / ("kem-" + std::to_string(run) + "-" + std::to_string(count++));
@@ -60,9 +59,11 @@ TempFolder::TempFolder() {
 }
 
 TempFolder::~TempFolder() {
-  if (const char* seeds = std::getenv("KEM_SEEDS")) fuzz::SaveSeeds(path_, PathOf(seeds));
+  namespace fs = std::filesystem;
   std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  if (const char* seeds = std::getenv("KEM_SEEDS"))
+    fs::copy(path_, fs::path(seeds) / path_.filename(), fs::copy_options::recursive, ignored);
+  fs::remove_all(path_, ignored);
 }
 
 std::string TempFolder::Write(const std::string& name, const std::string& bytes) const {

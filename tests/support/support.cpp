@@ -15,7 +15,7 @@
 #include <sys/syscall.h>
 
 namespace {
-int readsBeforeError = INT_MAX;
+thread_local int readsBeforeError = INT_MAX;
 }
 
 // Takes the place of the system's, for the standard library as well.

@@ -30,8 +30,8 @@ std::string Unknown(const Source& source) {
   for (const char* extension : {".par", ".spc"})
     if (source.HasExtension(extension))
       return "is not a Bruker ESR file: its parameters hold none of JSS, DOS, GST and JEX";
-  for (const char* extension : {".DSC", ".DTA"})
-    if (source.HasExtension(extension)) return "is not a Bruker BES3T file: there is no #DESC";
+  if (source.HasExtension(".DSC")) return "is not a Bruker BES3T file: there is no #DESC";
+  if (source.HasExtension(".DTA")) return "its descriptor, a file of the same name with .DSC and #DESC, is missing";
   return "unknown format";
 }
 

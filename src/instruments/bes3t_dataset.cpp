@@ -210,11 +210,9 @@ bool HasDescription(Source& source) {
 }
 
 std::string RecogniseBES3T(Source& source) {
-  if (HasDescription(source)) return "its first lines hold #DESC";
-  if (!source.HasExtension(kValueFile)) return {};
+  if (!source.HasExtension(kValueFile)) return HasDescription(source) ? "its first lines hold #DESC" : "";
   auto descriptor = source.Companion(kDescriptor);
-  if (!descriptor || !HasDescription(*descriptor)) return {};
-  return "name ends in .DTA, its .DSC holds #DESC";
+  return descriptor && HasDescription(*descriptor) ? "name ends in .DTA, its .DSC holds #DESC" : "";
 }
 
 // The descriptor, whichever file of the pair was named.

@@ -131,6 +131,10 @@ TEST_CASE("dataset: Bruker BES3T") {
        "points\n"},
       {"tuples", BES3T({{"XTYP", "NTUP"}}, {}), 1, "refused: XTYP NTUP, tuples, is not read"},
       {"no such item", kCurve, 2, "refused: holds no item 2, but 1"},
+      {"a descriptor under the name of values",
+       {{"a.DTA", kCurve[0].second}},
+       1,
+       "refused: its descriptor, a file of the same name with .DSC and #DESC, is missing"},
       {"no values", {kCurve[0]}, 1, "refused: its values, a file of the same name with .DTA, are missing"},
   });
   const std::string parameters = WithFiles(kCurve, [](const std::string& path) { return Parameters(Open(path)); });

@@ -702,7 +702,7 @@ extern KEM_API float ReadXFactor;
 extern KEM_API float ReadYFactor;
 /// Values that a file announces and does not hold are 0, but a file may not announce more than this number (64 Mi
 /// unless a host changes it) beyond 16 times its bytes, nor less than 0: its load ends in std::bad_alloc before
-/// there is any array.
+/// there is any array. \ref kem::Open has less patience, 256 Ki.
 extern KEM_API int ReadMostMissing;
 /// How many values the file just read announces, 0 for formats whose length tells, and how many bytes it has; of
 /// a pair, the file of the values.

@@ -8,14 +8,16 @@
 //
 // After a line that ends in a difference the next line repeats the last ordinate as a check.
 #include "formats/asdf.h"
-#include "kem.h"
 #include "portable.h"
+#include "record/findings.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <string>
+
+#include "record/findings.h"
 
 namespace kem::formats {
 namespace {
@@ -69,7 +71,7 @@ class Decoder {
   Decoder(std::string_view text, bool decimalComma)
       : at_(text.data()),
         end_(text.data() + text.size()),
-        most_(static_cast<std::size_t>(std::max(ReadMostMissing, 0)) + 16 * text.size()),
+        most_(std::size_t{record::Aside::kMostMissing} + 16 * text.size()),
         decimalComma_(decimalComma) {}
 
   Ordinates Decode(double announced) {

@@ -4,7 +4,6 @@
 #include <limits>
 #include <new>
 
-#include "kem.h"
 #include "record/findings.h"
 
 namespace kem::load {
@@ -15,7 +14,7 @@ void Check(std::istream& in, double values, double rows) {
   const auto bytes = static_cast<double>(FileSize(in));
   *record::Found().announced = values;
   *record::Found().fileBytes = bytes;
-  const double most = ReadMostMissing + 16 * bytes;
+  const double most = *record::Found().mostMissing + 16 * bytes;
   if (!(values >= 0 && values <= most && rows * kPerRow <= most)) throw std::bad_alloc();
 }
 

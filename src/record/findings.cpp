@@ -9,8 +9,9 @@ namespace {
 
 double untold = 0;  // hosts are not told how many values are missing
 
-const Findings kForHost{&ReadNextFlag,  &WriteFailedFlag, &ReadXFactor, &ReadYFactor, &ReadAnnounced,
-                        &ReadFileBytes, &untold,          nullptr,      &std::cout,   true};
+const Findings kForHost{&ReadNextFlag,  &WriteFailedFlag, &ReadXFactor, &ReadYFactor,
+                        &ReadAnnounced, &ReadFileBytes,   &untold,      &ReadMostMissing,
+                        nullptr,        &std::cout,       true};
 
 thread_local const Findings* ofThread = &kForHost;
 
@@ -19,8 +20,8 @@ thread_local const Findings* ofThread = &kForHost;
 const Findings& Found() { return *ofThread; }
 
 Aside::Aside()
-    : findings_{&readNext,  &writeFailed, &xFactor, &yFactor,  &announced,
-                &fileBytes, &missing,     &place,   &messages, false},
+    : findings_{&readNext, &writeFailed,  &xFactor, &yFactor,  &announced, &fileBytes,
+                &missing,  &kMostMissing, &place,   &messages, false},
       before_(ofThread) {
   ofThread = &findings_;
 }

@@ -120,9 +120,7 @@ int Main(int argc, char** argv) {
 int main(int argc, char** argv) {
   const std::shared_ptr<void> console = kem::tool::Utf8Console();
   kem::tool::HandleInterrupts();
-  // What would become of more is many lines of zeros. With these a damaged file of a few bytes costs every command
-  // 0.1 s and 40 MB at most; the library's 64 Mi would cost some of them 30 s, others 1.5 GB.
-  ReadMostMissing = 1 << 18;
+  ReadMostMissing = 1 << 18;  // the patience of kem::Open, for --classic as well
   try {
     return kem::tool::Main(argc, argv);
   } catch (const std::bad_alloc&) {

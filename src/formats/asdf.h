@@ -16,8 +16,8 @@ struct Ordinates {
 
 // Decodes a table of lines "abscissa ordinates": plain numbers, packed ones (the sign separates), and the squeezed,
 // difference and duplicate forms. The abscissae are passed over. Duplicates that ask for more values than
-// record::Aside::kMostMissing beyond 16 times the length of the text end it. `announced` values save taking memory in
-// steps.
+// record::Aside::kMostMissing beyond 16 times the length of the text end it. `announced` values save taking memory
+// in steps.
 Ordinates DecodeOrdinates(std::string_view text, bool decimalComma, double announced = 0);
 
 }  // namespace kem::formats

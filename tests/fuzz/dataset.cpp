@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const std::size_t item = 1 + files.Choice() % std::max<std::size_t>(items, 1);
     const kem::Dataset dataset = kem::Open(files.Path(), static_cast<int>(item));
     (void)dataset.ToRecord();
-  } catch (const kem::Error&) {  // it is no such file, or damaged
+  } catch (const kem::Error&) {      // it is no such file, or damaged
   } catch (const std::bad_alloc&) {  // it announces more than it may
   }
   return 0;

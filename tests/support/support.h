@@ -56,7 +56,8 @@ class Bytes {
 // A name in UTF-8 as the system takes it.
 inline std::filesystem::path PathOf(const std::string& name) { return std::u8string(name.begin(), name.end()); }
 
-// An empty folder that goes when the test ends. If KEM_SEEDS names a folder, a copy of what it holds then stays there.
+// An empty folder that goes when the test ends. If KEM_SEEDS names a folder, a copy of what it holds then stays
+// there.
 class TempFolder {
  public:
   TempFolder();

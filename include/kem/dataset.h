@@ -159,10 +159,10 @@ class KEM_API Axis {
   std::span<const double> StoredCoordinates() const { return stored_; }
   /// The first \p count coordinates, where they were.
   Axis First(std::size_t count) const;
-  /// The axis in another one of the \ref Units: fields, times, or what light has of wavelength, wavenumber, energy
-  /// and frequency. A linear axis stays one, but between wavelengths and the others it becomes a stored one that
-  /// runs the other way. What has no such meaning does not fit: another quantity, an axis without a unit, a
-  /// coordinate of 0 where it stands in a divisor, the wavelength of a Raman shift.
+  /// The axis in another unit, one of \ref Units. Fields, times, or what light has of wavelength, wavenumber,
+  /// energy and frequency go into each other. A linear axis stays one, but between wavelengths and the others it
+  /// becomes a stored one that runs the other way. What has no such meaning does not fit: another quantity, an axis
+  /// without a unit, a coordinate of 0 where it stands in a divisor, the wavelength of a Raman shift.
   Axis In(std::string_view unit) const;
   /// The g factors of a field axis at a frequency of the microwave in Hz, stored.
   Axis InGValues(double frequency) const;

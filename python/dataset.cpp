@@ -63,7 +63,7 @@ py::array ComplexIntegers(const Values& values, std::vector<py::ssize_t> shape) 
   return array;
 }
 
-py::array ArrayOf(const py::object& self) {
+py::array ValuesIn(const py::object& self) {
   const auto& d = self.cast<const Dataset&>();
   const Values& values = d.values;
   const void* bytes = values.Bytes().data();
@@ -159,10 +159,11 @@ constexpr std::pair<const char*, std::string Dataset::*> kTexts[] = {{"title", &
                                                                      {"format", &Dataset::format},
                                                                      {"item_name", &Dataset::itemName}};
 
-Dataset NewDataset(const py::array& values, const std::vector<Axis>& axes, std::string title, std::string name,
+Dataset NewDataset(const py::object& given, const std::vector<Axis>& axes, std::string title, std::string name,
                    std::string unit, const std::vector<ParameterRow>& parameters, const std::vector<NoteRow>& notes,
                    std::string format, std::filesystem::path file, std::vector<std::filesystem::path> companions,
                    int item, int items, std::string itemName) {
+  const py::array values = ArrayOf(given);
   Dataset d{.title = std::move(title),
             .name = std::move(name),
             .unit = std::move(unit),
@@ -185,10 +186,17 @@ Dataset NewDataset(const py::array& values, const std::vector<Axis>& axes, std::
   return d;
 }
 
+Dataset WithAxes(const Dataset& d, const std::vector<Axis>& axes) {
+  Dataset made = d;
+  made.axes = axes;
+  if (ShapeOf(made) != ShapeOf(d)) throw py::value_error("axes must have as many coordinates as those before");
+  return made;
+}
+
 // What makes the same dataset again.
 py::dict StateOfDataset(const py::object& self) {
   const auto& d = self.cast<const Dataset&>();
-  py::dict state("values"_a = ArrayOf(self), "axes"_a = d.axes, "parameters"_a = ParametersOf(d),
+  py::dict state("values"_a = ValuesIn(self), "axes"_a = d.axes, "parameters"_a = ParametersOf(d),
                  "notes"_a = NotesOf(d), "file"_a = d.file, "companions"_a = d.companions, "item"_a = d.item,
                  "items"_a = d.items);
   for (const auto& [key, text] : kTexts) state[key] = d.*text;
@@ -217,35 +225,40 @@ void Compare(Class& bound, Same same) {
 }  // namespace
 
 void BindDataset(py::module_& m) {
-  py::class_<Axis> axis(m, "Axis");
+  py::class_<Axis> axis(m, "Axis", DocumentationOf("Axis"));
   axis.def(py::init(&NewAxis), "name"_a = "", "unit"_a = "", "values"_a = py::none(), "start"_a = 0.0,
            "end"_a = 0.0, "count"_a = 0);
-  axis.def_readonly("name", &Axis::name);
-  axis.def_readonly("unit", &Axis::unit);
-  axis.def_property_readonly("values", &CoordinatesOf);
-  axis.def_property_readonly("start", &Axis::Start);
-  axis.def_property_readonly("end", &Axis::End);
-  axis.def_property_readonly("step", &Axis::Step);
-  axis.def_property_readonly("is_linear", &Axis::IsLinear);
+  Property(axis, "name", [](const Axis& a) { return a.name; });
+  Property(axis, "unit", [](const Axis& a) { return a.unit; });
+  Property(axis, "values", &CoordinatesOf);
+  Property(axis, "start", &Axis::Start);
+  Property(axis, "end", &Axis::End);
+  Property(axis, "step", &Axis::Step);
+  Property(axis, "is_linear", &Axis::IsLinear);
+  Def(axis, "to", &Axis::In, "unit"_a);
+  Def(axis, "to_g", &Axis::InGValues, "frequency"_a);
   axis.def("__len__", &Axis::Count);
   axis.def("__getitem__", &CoordinateAt, "k"_a);
   axis.def("_state", &StateOfAxis);
   Compare(axis, SameAxis);
 
-  py::class_<Dataset> dataset(m, "Dataset");
+  py::class_<Dataset> dataset(m, "Dataset", DocumentationOf("Dataset"));
   dataset.def(py::init(&NewDataset), "values"_a, "axes"_a, "title"_a = "", "name"_a = "", "unit"_a = "",
               "parameters"_a = py::list(), "notes"_a = py::list(), "format"_a = "", "file"_a = "",
               "companions"_a = py::list(), "item"_a = 1, "items"_a = 1, "item_name"_a = "");
-  for (const auto& [key, text] : kTexts) dataset.def_readonly(key, text);
-  dataset.def_property_readonly("values", &ArrayOf);
-  dataset.def_property_readonly("axes", &AxesOf);
-  dataset.def_property_readonly("_parameters", &ParametersOf);
-  dataset.def_property_readonly("_notes", &NotesOf);
-  dataset.def_readonly("file", &Dataset::file);
-  dataset.def_readonly("companions", &Dataset::companions);
-  dataset.def_readonly("item", &Dataset::item);
-  dataset.def_readonly("items", &Dataset::items);
-  dataset.def("to_record", &Dataset::ToRecord, "part"_a = Part::Real, Release());
+  for (const auto& [key, text] : kTexts)
+    Property(dataset, key, [text = text](const Dataset& d) { return d.*text; });
+  Property(dataset, "values", &ValuesIn);
+  Property(dataset, "axes", &AxesOf);
+  Property(dataset, "_parameters", &ParametersOf);
+  Property(dataset, "_notes", &NotesOf);
+  Property(dataset, "file", [](const Dataset& d) { return d.file; });
+  Property(dataset, "companions", [](const Dataset& d) { return d.companions; });
+  Property(dataset, "item", [](const Dataset& d) { return d.item; });
+  Property(dataset, "items", [](const Dataset& d) { return d.items; });
+  Property(dataset, "microwave_frequency", &Dataset::MicrowaveFrequency);
+  Def(dataset, "with_axes", &WithAxes, "axes"_a);
+  Def(dataset, "to_record", &Dataset::ToRecord, "part"_a = Part::Real, Release());
   dataset.def("_state", &StateOfDataset);
   Compare(dataset, SameDataset);
 }

@@ -15,6 +15,13 @@ void Translate(std::exception_ptr thrown) try {
   PyErr_SetObject(type.ptr(), Sentence(error.what()).ptr());
 }
 
+struct Documentation {
+  std::string_view name;
+  const char* text;
+};
+
+#include "documentation.h"
+
 py::str Decoded(PyObject* text) {
   if (!text) throw py::error_already_set();
   return py::reinterpret_steal<py::str>(text);
@@ -46,6 +53,12 @@ py::list FormatsRead() {
 
 }  // namespace
 
+const char* DocumentationOf(const std::string& name) {
+  const auto* found = std::find_if(std::begin(kDocumentation), std::end(kDocumentation),
+                                   [&](const Documentation& d) { return d.name == name; });
+  return found == std::end(kDocumentation) ? nullptr : found->text;
+}
+
 py::str Text(std::string_view text) {
   const auto size = static_cast<py::ssize_t>(text.size());
   if (PyObject* utf8 = PyUnicode_DecodeUTF8(text.data(), size, nullptr)) return Decoded(utf8);
@@ -68,6 +81,8 @@ PYBIND11_MODULE(_kem, m) {
   m.def("items", &ItemsOf, "path"_a, Release());
   m.def("identify", &IdentityOf, "path"_a, Release());
   m.def("formats", &FormatsRead);
+  Def(m, "units", &Units);
+  Def(m, "convert", &InUnit, "number"_a, "unit"_a, "to"_a);
   m.attr("__version__") = KemVersion();
 }
 

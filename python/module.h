@@ -34,6 +34,11 @@ std::span<const T> SpanOf(const Numbers<T>& numbers) {
   return {numbers.data(), static_cast<std::size_t>(numbers.size())};
 }
 
+inline py::array ArrayOf(const py::object& values) {
+  if (auto array = py::array::ensure(values)) return array;
+  throw py::type_error("values must be an array of numbers");
+}
+
 // An array that nobody writes to: a view of what `owner` holds, or a copy when there is none.
 inline py::array ReadOnly(const py::dtype& type, std::vector<py::ssize_t> shape, const void* numbers,
                           py::handle owner = {}) {
@@ -50,6 +55,29 @@ py::array ReadOnly(std::span<const T> numbers, py::handle owner = {}) {
 // Texts of a record are UTF-8, or whatever the instrument wrote; bytes of a name that are none survive.
 py::str Text(std::string_view text);
 py::str Sentence(std::string_view text);
+
+// What the stub says about a member of a class or a function of the module, by "Class.member"; null where it says
+// nothing.
+const char* DocumentationOf(const std::string& name);
+
+template <class Scope>
+const char* DocumentationIn(const Scope& scope, const char* name) {
+  if (py::hasattr(scope, name)) return nullptr;  // an overload
+  if constexpr (std::is_same_v<Scope, py::module_>) return DocumentationOf(name);
+  return DocumentationOf(py::str(scope.attr("__name__")).cast<std::string>() + '.' + name);
+}
+
+// Functions, members and properties with their documentation.
+template <class Scope, class Function, class... Extra>
+void Def(Scope& scope, const char* name, Function function, const Extra&... extra) {
+  const char* text = DocumentationIn(scope, name);
+  text ? scope.def(name, function, text, extra...) : scope.def(name, function, extra...);
+}
+
+template <class Class, class Function>
+void Property(Class& c, const char* name, Function function) {
+  c.def_property_readonly(name, function, DocumentationIn(c, name));
+}
 
 void BindDataset(py::module_& m);
 void BindRecord(py::module_& m);

@@ -62,8 +62,9 @@ std::vector<float> CoordinatesFor(const char* name, const std::optional<Numbers<
   return {numbers.begin(), numbers.end()};
 }
 
-Record NewRecord(const py::array& array, const std::optional<Numbers<float>>& x,
+Record NewRecord(const py::object& given, const std::optional<Numbers<float>>& x,
                  const std::optional<Numbers<float>>& y) {
+  const py::array array = ArrayOf(given);
   if (std::string_view("biuf").find(array.dtype().kind()) == std::string_view::npos)
     throw py::type_error("values must be real numbers");
   const Numbers<float> values(array);
@@ -227,18 +228,18 @@ using Class = py::class_<Record>;
 void BindFields(Class& c) {
   for (const auto& fields : {std::span<const Field<int>>(kCounts), std::span<const Field<int>>(kIntegers)})
     for (const auto& field : fields)
-      c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
+      Property(c, field.name, [field](const Record& r) { return (*r).*field.member; });
   for (const auto& field : kNumbers)
-    c.def_property_readonly(field.name, [field](const Record& r) { return (*r).*field.member; });
-  c.def_property_readonly("is_grid", &Record::IsGrid);
-  c.def_property_readonly("x", [](const py::object& self) { return Stored(self, X); });
-  c.def_property_readonly("y", [](const py::object& self) { return Stored(self, Y); });
-  c.def_property_readonly("z", &Grid);
-  c.def_property_readonly("values", &Values);
-  c.def_property_readonly("file_name", [](const Record& r) { return Text(r->fileName); });
-  c.def_property_readonly("label", &Label);
-  c.def_property_readonly("labels", &Labels);
-  c.def_property_readonly("comments", &Comments);
+    Property(c, field.name, [field](const Record& r) { return (*r).*field.member; });
+  Property(c, "is_grid", &Record::IsGrid);
+  Property(c, "x", [](const py::object& self) { return Stored(self, X); });
+  Property(c, "y", [](const py::object& self) { return Stored(self, Y); });
+  Property(c, "z", &Grid);
+  Property(c, "values", &Values);
+  Property(c, "file_name", [](const Record& r) { return Text(r->fileName); });
+  Property(c, "label", &Label);
+  Property(c, "labels", &Labels);
+  Property(c, "comments", &Comments);
 }
 
 void BindArithmetic(Class& c) {
@@ -248,65 +249,65 @@ void BindArithmetic(Class& c) {
   c.def(py::self / py::self, Release()).def(py::self / float(), Release()).def(float() / py::self, Release());
   c.def(-py::self, Release());
   const auto power = [&]<class Exponent>(Record (Record::*of)(Exponent) const) {
-    c.def("power", of, "exponent"_a, Release());
+    Def(c, "power", of, "exponent"_a, Release());
     c.def("__pow__", of, py::is_operator(), Release());
   };
   power.operator()<const Record&>(&Record::Power);
   power.operator()<float>(&Record::Power);
-  c.def("product", &Record::Product, "other"_a, Release());
+  Def(c, "product", &Record::Product, "other"_a, Release());
   c.def("__and__", &Record::Product, py::is_operator(), Release());
-  for (const auto& [name, member] : kPlain) c.def(name, member, Release());
-  c.def("set", &Record::Set, "constant"_a, Release());
-  c.def("axis_op", &Record::AxisOp, "axis"_a, "operation"_a, "value"_a = 0.0f, Release());
+  for (const auto& [name, member] : kPlain) Def(c, name, member, Release());
+  Def(c, "set", &Record::Set, "constant"_a, Release());
+  Def(c, "axis_op", &Record::AxisOp, "axis"_a, "operation"_a, "value"_a = 0.0f, Release());
 }
 
 // Bounds along X, of grids along Y too.
 template <class Result>
 void BindBounds(Class& c, const char* name, Result (Record::*curve)(float, float) const,
                 Result (Record::*grid)(float, float, float, float) const) {
-  c.def(name, curve, "x1"_a, "x2"_a, Release());
-  c.def(name, grid, "x1"_a, "x2"_a, "y1"_a, "y2"_a, Release());
+  Def(c, name, curve, "x1"_a, "x2"_a, Release());
+  Def(c, name, grid, "x1"_a, "x2"_a, "y1"_a, "y2"_a, Release());
 }
 
 void BindAnalysis(Class& c) {
-  c.def(
-      "coordinates",
+  Def(
+      c, "coordinates",
       [](const Record& r, Along axis) { return ReadOnly(std::span<const float>(r.Coordinates(axis))); }, "axis"_a);
-  c.def("at", &Record::At, "x"_a, "y"_a = 0.0f);
-  c.def("nearest", &Record::Nearest, "x"_a, "y"_a = 0.0f);
-  c.def("same_axes", &Record::SameAxes, "other"_a);
-  c.def("resample", &Resample, "x"_a, "y"_a = py::none());
-  c.def("slice", &Record::Slice, "axis"_a, "start"_a, "stop"_a, "mean"_a = false, Release());
+  Def(c, "at", &Record::At, "x"_a, "y"_a = 0.0f);
+  Def(c, "nearest", &Record::Nearest, "x"_a, "y"_a = 0.0f);
+  Def(c, "same_axes", &Record::SameAxes, "other"_a);
+  Def(c, "resample", &Resample, "x"_a, "y"_a = py::none());
+  Def(c, "slice", &Record::Slice, "axis"_a, "start"_a, "stop"_a, "mean"_a = false, Release());
   BindBounds(c, "cut", &Record::Cut, &Record::Cut);
-  c.def("delete_closest", &Record::DeleteClosest, "x"_a, "y"_a, Release());
-  c.def("reduce", &Record::Reduce, "fx"_a, "fy"_a = 1, Release());
-  c.def("median", &Record::Median, "width"_a, Release());
-  c.def("smooth", &Record::Smooth, "width"_a, "axis"_a = X, Release());
-  c.def("diff", &Record::Diff, "axis"_a = X, Release());
+  Def(c, "delete_closest", &Record::DeleteClosest, "x"_a, "y"_a, Release());
+  Def(c, "reduce", &Record::Reduce, "fx"_a, "fy"_a = 1, Release());
+  Def(c, "median", &Record::Median, "width"_a, Release());
+  Def(c, "smooth", &Record::Smooth, "width"_a, "axis"_a = X, Release());
+  Def(c, "diff", &Record::Diff, "axis"_a = X, Release());
   BindBounds(c, "integral", &Record::Integral, &Record::Integral);
   BindBounds(c, "abs_integral", &Record::AbsIntegral, &Record::AbsIntegral);
-  c.def("integral_along", &Record::IntegralAlong, "axis"_a, "start"_a, "stop"_a, Release());
-  c.def("baseline", &Record::Baseline, "at1"_a, "at2"_a, "axis"_a = X, Release());
-  c.def("slant", &Record::Slant, "x1"_a, "target1"_a, "x2"_a, "target2"_a, Release());
-  c.def("noise_level", &Record::NoiseLevel, Release());
-  c.def("histogram", &Histogram, "parts"_a);
-  c.def("min_max", &MinMax, "x1"_a, "x2"_a, "y1"_a = py::none(), "y2"_a = py::none());
-  c.def(
-      "hpdta_time", [](const Record& r, int day, int month, int year) { return r->HPDTATime(day, month, year); },
+  Def(c, "integral_along", &Record::IntegralAlong, "axis"_a, "start"_a, "stop"_a, Release());
+  Def(c, "baseline", &Record::Baseline, "at1"_a, "at2"_a, "axis"_a = X, Release());
+  Def(c, "slant", &Record::Slant, "x1"_a, "target1"_a, "x2"_a, "target2"_a, Release());
+  Def(c, "noise_level", &Record::NoiseLevel, Release());
+  Def(c, "histogram", &Histogram, "parts"_a);
+  Def(c, "min_max", &MinMax, "x1"_a, "x2"_a, "y1"_a = py::none(), "y2"_a = py::none());
+  Def(
+      c, "hpdta_time", [](const Record& r, int day, int month, int year) { return r->HPDTATime(day, month, year); },
       "day"_a, "month"_a, "year"_a);
 }
 
 }  // namespace
 
 void BindRecord(py::module_& m) {
-  Class c(m, "Record");
+  Class c(m, "Record", DocumentationOf("Record"));
   c.def(py::init(&NewRecord), "values"_a, "x"_a = py::none(), "y"_a = py::none());
   BindFields(c);
   BindArithmetic(c);
   BindAnalysis(c);
   c.attr("__array_ufunc__") = py::none();  // numbers of NumPy leave the operators to the record
-  c.def("to_dataset", &Record::ToDataset, Release());
-  c.def("save", &Record::Write, "path"_a, Release());
+  Def(c, "to_dataset", &Record::ToDataset, Release());
+  Def(c, "save", &Record::Write, "path"_a, Release());
   c.def(
       "__eq__", [](const Record& a, const Record& b) { return StateOf(a).equal(StateOf(b)); }, py::is_operator());
   c.def(

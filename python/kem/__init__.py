@@ -5,7 +5,9 @@
 (dtype('float64'), 'Field', 'G')
 """
 
-from . import _convert, _keep, _kem, _plot, _show
+from typing import Any as _Any
+
+from . import _convert, _keep, _parameters, _plot, _show
 from ._errors import (
     Damaged,
     DoesNotFit,
@@ -21,39 +23,39 @@ from ._errors import (
 )
 from ._files import Check, Format, Identity, Item, check, formats, identify, items, load, open, open_all
 from ._find import find
-from ._kem import Axis, Dataset, Record, __version__
+from ._kem import Axis, Dataset, Record, __version__, convert, units
 from ._parameters import Integer, Number, Parameters, Text
 from ._plot import compare
 
 __all__ = [name for name in dir() if not name.startswith("_")] + ["__version__"]
 
 
-def _as_array(self, dtype=None):
+def _as_array(self: _Any, dtype: _Any = None) -> _Any:
     return self.values if dtype is None else self.values.astype(dtype)
 
 
 # What is said better in Python joins the classes of the extension module.
-_array = {
+_array: dict[str, _Any] = {
     "__array__": _as_array,
     "__len__": lambda self: len(self.values),
     "__iter__": lambda self: iter(self.values),
 }
-_picture = {
+_picture: dict[str, _Any] = {
     "to_xarray": _convert.to_xarray,
     "to_pandas": _convert.to_pandas,
     "plot": _plot.plot,
     "__repr__": _show.show,
     "_repr_html_": _show.show_html,
 }
-_members = {
+_members: dict[type, dict[str, _Any]] = {
     Axis: _array | {"__reduce__": _keep.reduce, "__repr__": _show.show_axis},
     Dataset: {
         **_array,
         **_picture,
         "__reduce__": _keep.reduce,
         "__getitem__": lambda self, key: self.values[key],
-        "parameters": property(lambda self: Parameters(self._parameters)),
-        "notes": property(lambda self: [Note(*row) for row in self._notes]),
+        "parameters": property(_parameters.parameters),
+        "notes": property(_parameters.notes),
     },
     Record: _array | _picture,
 }

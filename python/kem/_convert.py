@@ -25,6 +25,22 @@ def dataset_of(one: Dataset | Record) -> Dataset:
 
 
 def to_xarray(self: Dataset | Record) -> xr.Dataset:
+    """The same as a dataset of xarray.
+
+    Dimensions and variables are named after axes and values in small letters; units and names are attributes of
+    theirs, parameters, title and notes attributes of the dataset, such that ``to_netcdf`` takes them.
+
+    Raises
+    ------
+    ImportError
+        When xarray is missing.
+
+    Examples
+    --------
+    >>> made = scan.to_xarray()
+    >>> dict(made.sizes), made["field"].units, made.attrs["MWFQ"]
+    ({'field': 1024}, 'G', 9430000000.0)
+    """
     need("xarray")
     from . import _xarray
 
@@ -33,6 +49,18 @@ def to_xarray(self: Dataset | Record) -> xr.Dataset:
 
 
 def to_pandas(self: Dataset | Record) -> Union[pd.Series, pd.DataFrame]:
+    """The same for pandas: a curve as a series, a grid as a table, more dimensions as a series with several indices.
+
+    Raises
+    ------
+    ImportError
+        When pandas is missing.
+
+    Examples
+    --------
+    >>> scan.to_pandas().idxmax().round(1)
+    3358.3
+    """
     pd = need("pandas")
     from ._names import identifiers
 

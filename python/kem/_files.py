@@ -4,13 +4,13 @@ from __future__ import annotations
 
 import os
 import warnings
-from typing import Literal, NamedTuple, Union
+from typing import Any, Literal, NamedTuple, Union
 
 from . import _kem
 from ._errors import Error, Note
 from ._kem import Dataset, Record
 
-Path = Union[str, bytes, os.PathLike]
+Path = Union[str, bytes, os.PathLike[Any]]
 
 
 class Item(NamedTuple):
@@ -96,11 +96,16 @@ def open_all(path: Path) -> list[Dataset]:
 
     Examples
     --------
-    >>> [dataset.name for dataset in kem.open_all("examples/data/columns.nxy")]
-    ['Signal', 'Reference', 'Dark']
+    >>> [dataset.item_name for dataset in kem.open_all("examples/data/columns.nxy")]
+    ['no quencher', '10 mM quencher', '25 mM quencher']
     """
     datasets: list[Dataset] = []
-    _kem.open_each(path, lambda dataset: datasets.append(dataset) is None)
+
+    def take(dataset: Dataset) -> bool:
+        datasets.append(dataset)
+        return True
+
+    _kem.open_each(path, take)
     for dataset in datasets:
         _warn(dataset)
     return datasets
@@ -123,7 +128,7 @@ def items(path: Path) -> list[Item]:
     Examples
     --------
     >>> kem.items("examples/data/columns.nxy")[1]
-    Item(number=2, name='Reference')
+    Item(number=2, name='10 mM quencher')
     """
     return [Item(*one) for one in _kem.items(path)]
 
@@ -159,8 +164,13 @@ def check(path: Path) -> Check:
     'whole'
     """
     notes: list[list[Note]] = []
+
+    def take(dataset: Dataset) -> bool:
+        notes.append(_faults(dataset))
+        return True
+
     try:
-        _kem.open_each(path, lambda dataset: notes.append(_faults(dataset)) is None)
+        _kem.open_each(path, take)
     except Error as error:
         return Check("unreadable", notes, error)
     damaged = any(note.severity == "damaged" for item in notes for note in item)

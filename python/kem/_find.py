@@ -7,6 +7,7 @@ from collections.abc import Iterator
 from pathlib import Path
 
 from ._errors import Error
+from ._files import Path as FilePath
 from ._files import formats, identify
 
 
@@ -21,7 +22,7 @@ def _partners(path: Path) -> Iterator[Path]:
             yield _lower(path, one.extensions[0])
 
 
-def find(folder: str | bytes | os.PathLike, recursive: bool = False) -> Iterator[Path]:
+def find(folder: FilePath, recursive: bool = False) -> Iterator[Path]:
     """Finds the measurement files of a folder, told by name and content, in the order of their names.
 
     Of files that belong together the one with the parameters is found.
@@ -55,6 +56,6 @@ def find(folder: str | bytes | os.PathLike, recursive: bool = False) -> Iterator
 
 def _is_known(path: Path) -> bool:
     try:
-        return bool(identify(path))
+        return bool(identify(path).format)
     except Error:
         return False

@@ -11,5 +11,5 @@ def again(cls: type, state: dict[str, Any]) -> Any:
     return cls(**state)
 
 
-def reduce(self: Axis | Dataset) -> tuple:
+def reduce(self: Axis | Dataset) -> tuple[Any, ...]:
     return again, (type(self), self._state())

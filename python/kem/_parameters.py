@@ -5,6 +5,9 @@ from __future__ import annotations
 from collections.abc import Iterator, Mapping
 from typing import Union
 
+from ._errors import Note
+from ._kem import Dataset
+
 Row = tuple[str, str, str, Union[float, None], str]  # section, key, text, number, unit
 
 
@@ -83,3 +86,26 @@ class Parameters(Mapping[str, Union[Value, list[Value]]]):
     def all(self) -> list[Value]:
         """Every value in the order of the file."""
         return [_value(row) for row in self._rows]
+
+
+def parameters(self: Dataset) -> Parameters:
+    """The parameters of the file by their keys.
+
+    Examples
+    --------
+    >>> frequency = scan.parameters["MWFQ"]
+    >>> frequency / 1e9, frequency.unit, frequency.text, frequency.section
+    (9.43, 'Hz', '9.43e+09', 'SPL')
+    """
+    return Parameters(self._parameters)
+
+
+def notes(self: Dataset) -> list[Note]:
+    """What one should know about the dataset; each has a ``severity``.
+
+    Examples
+    --------
+    >>> [note.text for note in scan.notes]
+    []
+    """
+    return [Note(*row) for row in self._notes]

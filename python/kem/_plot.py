@@ -2,9 +2,11 @@
 
 from __future__ import annotations
 
+from collections.abc import Callable
 from typing import TYPE_CHECKING, Any, Union
 
 import numpy as np
+import numpy.typing as npt
 
 from ._convert import dataset_of, need
 from ._kem import Axis, Dataset, Record
@@ -15,7 +17,7 @@ if TYPE_CHECKING:
     from matplotlib.collections import QuadMesh
     from matplotlib.lines import Line2D
 
-PARTS = {"real": np.real, "imaginary": np.imag, "magnitude": np.abs, "phase": np.angle}
+PARTS: dict[str, Callable[..., npt.NDArray[Any]]] = {"real": np.real, "imaginary": np.imag, "magnitude": np.abs, "phase": np.angle}
 
 
 def _titled(of: Union[Axis, Dataset], part: str = "") -> str:
@@ -23,7 +25,7 @@ def _titled(of: Union[Axis, Dataset], part: str = "") -> str:
     return f"{name}, {part}" if name and part else name or part
 
 
-def _parts(dataset: Dataset, part: str | None, one: bool) -> dict[str, np.ndarray]:
+def _parts(dataset: Dataset, part: str | None, one: bool) -> dict[str, npt.NDArray[Any]]:
     """The real values to draw by what they are called; of complex ones real and imaginary part, unless one is named."""
     if part is not None and part not in PARTS:
         raise ValueError(f"part must be one of {', '.join(PARTS)}, not {part!r}")
@@ -33,10 +35,10 @@ def _parts(dataset: Dataset, part: str | None, one: bool) -> dict[str, np.ndarra
     return {name: PARTS[name](dataset.values) for name in wanted}
 
 
-def _edges(coordinates: np.ndarray) -> np.ndarray:
+def _edges(coordinates: npt.NDArray[Any]) -> npt.NDArray[Any]:
     """Where the cells around coordinates begin and end: half-way between them, and as far at either end."""
     if len(coordinates) == 1:
-        return coordinates[0] + np.array([-0.5, 0.5])
+        return np.array([coordinates[0] - 0.5, coordinates[0] + 0.5])
     halves = np.diff(coordinates) / 2
     return np.concatenate([coordinates[:1] - halves[:1], coordinates[:-1] + halves, coordinates[-1:] + halves[-1:]])
 
@@ -72,6 +74,35 @@ def _image(dataset: Dataset, ax: Axes, part: str | None, style: dict[str, Any]) 
 def plot(
     self: Union[Dataset, Record], *, ax: Axes | None = None, part: str | None = None, **style: Any
 ) -> Union[list[Line2D], AxesImage, QuadMesh]:
+    """Draws a curve, or a grid as an image with a colour bar, with names and units.
+
+    Parameters
+    ----------
+    ax : matplotlib.axes.Axes, optional
+        Where to draw; a new figure when there is none.
+    part : {"real", "imaginary", "magnitude", "phase"}, optional
+        Of complex values. When none is named, curves show real and imaginary part, grids the real one.
+    **style
+        For ``plot``, ``imshow`` or ``pcolormesh`` of matplotlib.
+
+    Returns
+    -------
+    list of Line2D, AxesImage or QuadMesh
+        Grids with stored coordinates are meshes, so that each value lies where its coordinates are.
+
+    Raises
+    ------
+    ValueError
+        For an unknown part, and for more than two dimensions.
+    ImportError
+        When matplotlib is missing.
+
+    Examples
+    --------
+    >>> [line] = scan.plot(color="black")
+    >>> line.axes.get_xlabel()
+    'Field (G)'
+    """
     dataset = dataset_of(self)
     if len(dataset.axes) not in (1, 2):
         raise ValueError(f"a dataset of {len(dataset.axes)} dimensions cannot be drawn; curves and grids can")

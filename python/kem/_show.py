@@ -6,9 +6,10 @@ import base64
 import html
 import io
 from collections.abc import Iterator
-from typing import Union
+from typing import Any, Union
 
 import numpy as np
+import numpy.typing as npt
 
 from ._convert import dataset_of
 from ._kem import Axis, Dataset, Record
@@ -27,7 +28,7 @@ def _axis(axis: Axis) -> str:
     return f"{_named(axis)}: {len(axis)} points, {axis.start:.8g} to {axis.end:.8g}, {kind}"
 
 
-def _range(values: np.ndarray) -> str:
+def _range(values: npt.NDArray[Any]) -> str:
     if values.size == 0:
         return "none"
     if np.iscomplexobj(values):

@@ -58,7 +58,7 @@ class _Values(BackendArray):
     def __getitem__(self, key: indexing.ExplicitIndexer) -> Any:
         return indexing.explicit_indexing_adapter(key, self.shape, indexing.IndexingSupport.BASIC, self._read)
 
-    def _read(self, key: tuple) -> Any:
+    def _read(self, key: tuple[Any, ...]) -> Any:
         return _kem.open(self.path, self.item).values[key]
 
 
@@ -81,7 +81,7 @@ class Backend(BackendEntrypoint):
 
     description = "Measurement files of laboratory spectrometers and cameras"
 
-    def open_dataset(  # type: ignore[override]
+    def open_dataset(
         self, filename_or_obj: Path, *, drop_variables: str | Iterable[str] | None = None, item: int = 1
     ) -> xr.Dataset:
         dataset = open(filename_or_obj, item)

@@ -31,6 +31,7 @@ Run DefineCheck(CLI::App& app);
 Run DefineIdentify(CLI::App& app);
 Run DefineFormats(CLI::App& app);
 Run DefineConvert(CLI::App& app);
+Run DefinePlot(CLI::App& app);
 Run DefineSlice(CLI::App& app);
 Run DefineCut(CLI::App& app);
 Run DefineReduce(CLI::App& app);

@@ -45,6 +45,17 @@ Examples:
   kem convert --to csv -r measurements --dir tables --keep-tree --update
   kem convert --join *.DSC --resample -o all.csv)",
      DefineConvert},
+    {"plot", "Draw curves or a grid, in the terminal or into a file",
+     R"(gnuplot draws, which has to be installed (Debian's package gnuplot-nox). Curves of all
+files come into one picture, complex ones as two curves; a grid is an image over its
+own axes, however they are spaced, with a bar of colours. Titles and units are those
+of the file. --script writes the commands for gnuplot and their data.
+
+Examples:
+  kem plot scan.DSC
+  kem plot --stack *.DSC -o overlay.svg
+  kem plot streak.img --log z --x 430 500 -o streak.png)",
+     DefinePlot},
     {"slice", "Cut curves out of grids, along X or along Y",
      R"(A band of one axis is summed, or averaged, and the result is a curve over the
 other axis.)",

@@ -156,6 +156,22 @@ NamedItem ItemNamed(const std::string& name) {
   return {name.substr(0, mark), item};
 }
 
+std::vector<double> NumbersOf(const Input& input, bool imaginary) {
+  const Values& values = input.dataset->values;
+  if (values.IsComplex() && reading.part) {
+    const Record part = input.dataset->ToRecord(*reading.part);
+    std::vector<double> numbers;
+    numbers.reserve(values.Count());
+    for (int j = 0; j < (part.IsGrid() ? part->nY : 1); ++j)
+      for (int i = 0; i < (part.IsGrid() ? part->nX : part->nY); ++i)
+        numbers.push_back(part.IsGrid() ? part->zArray[i][j] : part->yArray[i]);
+    return numbers;
+  }
+  std::vector<double> numbers(values.Count());
+  for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = imaginary ? values.Imaginary(k) : values.Real(k);
+  return numbers;
+}
+
 Input OpenItem(const std::string& file, int item) {
   Input input{.file = file, .item = item, .record = nullptr};
   input.problem = AttemptedOn(file, [&](const fs::path& path) { input = Opened(file, Open(path, item)); });

@@ -50,6 +50,9 @@ struct NamedItem {
 
 NamedItem ItemNamed(const std::string& name);
 
+// The values of an item, or their imaginary parts; where a part of complex values was asked for, that one.
+std::vector<double> NumbersOf(const Input& input, bool imaginary);
+
 // Opens one item of a file without making a record of it.
 Input OpenItem(const std::string& file, int item);
 // Opens the items of a file one after the other; a problem is that of the last one handed over.

@@ -33,7 +33,7 @@ class Joined {
     for (int part = 0; part < (pairs ? 2 : 1); ++part)
       columns_.push_back({Named(pairs ? name + (part == 0 ? " re" : " im") : name, d.unit),
                           d.values.IsComplex() && !pairs ? NumberType::F32 : d.values.Type(),
-                          OnFirst(x, ValuesOf(input, part))});
+                          OnFirst(x, NumbersOf(input, part == 1))});
     return {};
   }
 
@@ -71,15 +71,6 @@ class Joined {
     std::string name = PathOf(input.file).stem().string() + item;
     if (!names_.insert(name).second) name = input.file + item;
     return name;
-  }
-
-  static std::vector<double> ValuesOf(const Input& input, int part) {
-    const Values& values = input.dataset->values;
-    if (values.IsComplex() && HowToRead().part)
-      return {input.record->yArray, input.record->yArray + input.record->nY};
-    std::vector<double> numbers(values.Count());
-    for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = part == 0 ? values.Real(k) : values.Imaginary(k);
-    return numbers;
   }
 
   // At the coordinates of the first one, on the line through two neighbours; nothing where there are no neighbours.

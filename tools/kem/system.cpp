@@ -3,10 +3,20 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
+#include <fcntl.h>
+#include <spawn.h>
 #include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern "C" {
+extern char** environ;
+}
 #endif
 
+#include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 namespace kem::tool {
 namespace {
@@ -64,6 +74,43 @@ extern "C" {
 int _dowildcard = 0;
 }
 
+namespace {
+
+// A file that another program may use; standard stream `number` of this one where it has no name.
+HANDLE Inherited(const std::string& name, DWORD number, bool reads) {
+  SECURITY_ATTRIBUTES shared = {sizeof shared, nullptr, TRUE};
+  if (name.empty()) return GetStdHandle(number);
+  return CreateFileW(PathOf(name).c_str(), reads ? GENERIC_READ : GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                     &shared, OPEN_EXISTING, 0, nullptr);
+}
+
+}  // namespace
+
+int RunProgram(const std::string& program, const Streams& streams) {
+  STARTUPINFOW start = {};
+  start.cb = sizeof start;
+  start.dwFlags = STARTF_USESTDHANDLES;
+  start.hStdInput = Inherited(streams.in, STD_INPUT_HANDLE, true);
+  start.hStdOutput = Inherited(streams.out, STD_OUTPUT_HANDLE, false);
+  start.hStdError = Inherited(streams.errors, STD_ERROR_HANDLE, false);
+  std::wstring line = PathOf(program).wstring();
+  PROCESS_INFORMATION process = {};
+  DWORD status = 1;
+  const bool started =
+      CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process) != 0;
+  if (started) {
+    WaitForSingleObject(process.hProcess, INFINITE);
+    GetExitCodeProcess(process.hProcess, &status);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+  }
+  for (const auto& [name, handle] :
+       {std::pair(&streams.in, start.hStdInput), std::pair(&streams.out, start.hStdOutput),
+        std::pair(&streams.errors, start.hStdError)})
+    if (!name->empty()) CloseHandle(handle);
+  return started ? static_cast<int>(status) : kNoProgram;
+}
+
 std::shared_ptr<void> Utf8Console() {
   const UINT before = GetConsoleOutputCP();
   SetConsoleOutputCP(CP_UTF8);
@@ -71,6 +118,29 @@ std::shared_ptr<void> Utf8Console() {
 }
 
 #else
+
+int RunProgram(const std::string& program, const Streams& streams) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  const auto open = [&actions](int stream, const std::string& name, int how) {
+    if (!name.empty()) posix_spawn_file_actions_addopen(&actions, stream, name.c_str(), how, 0);
+  };
+  open(STDIN_FILENO, streams.in, O_RDONLY);
+  open(STDOUT_FILENO, streams.out, O_WRONLY | O_TRUNC);
+  open(STDERR_FILENO, streams.errors, O_WRONLY | O_TRUNC);
+  std::string name = program;
+  char* const words[] = {name.data(), nullptr};
+  pid_t child = 0;
+  const int failed = posix_spawnp(&child, name.c_str(), &actions, nullptr, words, environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (failed != 0) return kNoProgram;
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return WIFEXITED(status) && WEXITSTATUS(status) != 127 ? WEXITSTATUS(status)
+         : WIFEXITED(status)                             ? kNoProgram
+                                                         : 128;
+}
 
 std::shared_ptr<void> Utf8Console() { return {}; }
 

@@ -221,6 +221,10 @@ py::tuple Histogram(const Record& r, int parts) {
   return py::make_tuple(ReadOnly(std::span<const float>(h.counts)), h.low, h.high);
 }
 
+void Save(const Record& r, const std::filesystem::path& path, const std::optional<std::string>& format) {
+  format ? r.Write(path, "." + *format) : r.Write(path);
+}
+
 // ------------------------------------------------------------ groups of members
 
 using Class = py::class_<Record>;
@@ -307,7 +311,7 @@ void BindRecord(py::module_& m) {
   BindAnalysis(c);
   c.attr("__array_ufunc__") = py::none();  // numbers of NumPy leave the operators to the record
   Def(c, "to_dataset", &Record::ToDataset, Release());
-  Def(c, "save", &Record::Write, "path"_a, Release());
+  Def(c, "save", &Save, "path"_a, "format"_a = py::none(), Release());
   c.def(
       "__eq__", [](const Record& a, const Record& b) { return StateOf(a).equal(StateOf(b)); }, py::is_operator());
   c.def(

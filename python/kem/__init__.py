@@ -27,7 +27,42 @@ from ._kem import Axis, Dataset, Record, __version__, convert, units
 from ._parameters import Integer, Number, Parameters, Text
 from ._plot import compare
 
-__all__ = [name for name in dir() if not name.startswith("_")] + ["__version__"]
+__all__ = [
+    "Axis",
+    "Check",
+    "Damaged",
+    "Dataset",
+    "DoesNotFit",
+    "Error",
+    "Format",
+    "Identity",
+    "Integer",
+    "Item",
+    "NoSuchItem",
+    "NotFound",
+    "NotReadable",
+    "Note",
+    "Number",
+    "Parameters",
+    "PermissionDenied",
+    "ReadFailed",
+    "Record",
+    "Text",
+    "UnknownFormat",
+    "WriteFailed",
+    "__version__",
+    "check",
+    "compare",
+    "convert",
+    "find",
+    "formats",
+    "identify",
+    "items",
+    "load",
+    "open",
+    "open_all",
+    "units",
+]
 
 
 def _as_array(self: _Any, dtype: _Any = None) -> _Any:

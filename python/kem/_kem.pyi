@@ -1087,8 +1087,8 @@ class Record:
         >>> kem.load("examples/data/streak.p3d").to_dataset().axes[0].unit
         'ns'
         """
-    def save(self, path: _Path) -> None:
-        """Writes a file in the format of its extension: p3d, b3d, p2d, b2d, cvt, prn, dx or jdx.
+    def save(self, path: _Path, format: str | None = None) -> None:
+        """Writes a file in a format, or in that of its extension: p3d, b3d, p2d, b2d, cvt, prn, dx or jdx.
 
         Raises
         ------
@@ -1099,6 +1099,7 @@ class Record:
         Examples
         --------
         >>> curve.save(folder / "curve.dx")
+        >>> curve.save(folder / "curve.data", format="b2d")
         """
     def to_xarray(self) -> xr.Dataset: ...
     def to_pandas(self) -> pd.Series[Any] | pd.DataFrame: ...

@@ -163,8 +163,8 @@ def test_loaded_records_keep_all(data, tmp_path):
         again = pickle.loads(pickle.dumps(record))
         assert again == record and again.labels == record.labels and again.comments == record.comments != ""
         assert record != record + 1
-    record.save(os.fsencode(tmp_path / "again.b3d"))
-    assert bits(kem.load(tmp_path / "again.b3d")) == bits(record)
+    record.save(os.fsencode(tmp_path / "again"), format="b3d")
+    assert bits(kem.load(tmp_path / "again")) == bits(record)
 
 
 CALLS = {

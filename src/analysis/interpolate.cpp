@@ -65,7 +65,7 @@ float ValueBetween(const AxisSearch& search, const float* values, float target, 
 
 void ResampleCurve(const PrnType& src, PrnType& result) {
   const AxisValues axis = SampledX(src);
-  const AxisSearch search(axis);
+  const AxisSearch search(axis, static_cast<std::size_t>(result.nX));
   std::size_t nearest = 0;
   for (int k = 0; k < result.nX; ++k) {
     nearest = search.Nearest(result.xArray[k], nearest);

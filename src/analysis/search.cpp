@@ -10,9 +10,9 @@
 // Each condition below is put to the rounded numbers themselves, so that it changes where the scan changes.
 //
 // A descending axis is searched as its mirror image, whose differences -c[k] - -t have the same size to the bit.
-// Left to the scan are unordered axes, NaN among the coordinates, and a measure that is not finite. Equal
-// samples at the end of an axis, as those are that a file does not hold, are two to a scan: after the second none
-// changes an answer but that of Second(), which takes all when it takes two.
+// Left to the scan are unordered axes (for few targets, else see unordered.h), NaN among the coordinates, and a
+// measure that is not finite. Equal samples at the end of an axis, as those are that a file does not hold, are two
+// to a scan: after the second none changes an answer but that of Second(), which takes all when it takes two.
 #include "analysis/search.h"
 
 #include <algorithm>
@@ -101,7 +101,7 @@ std::size_t SecondByScan(std::span<const float> c, float t, std::size_t nearest,
 
 // ------------------------------------------------------------ ordered axes
 
-AxisSearch::AxisSearch(std::span<const float> axis) : axis_(axis) {
+AxisSearch::AxisSearch(std::span<const float> axis, std::size_t targets) : axis_(axis) {
   bool rising = true;
   bool falling = true;
   for (std::size_t k = 1; k < axis.size(); ++k) {
@@ -109,6 +109,8 @@ AxisSearch::AxisSearch(std::span<const float> axis) : axis_(axis) {
     falling &= axis[k - 1] >= axis[k];
   }
   ordered_ = rising || falling;
+  constexpr std::size_t kFew = 30;  // scans that take as long as putting a million samples into order
+  if (!ordered_ && targets > kFew) unordered_.emplace(axis);
   sign_ = rising ? 1.0f : -1.0f;
   const auto same = [last = axis.back()](float c) { return c == last || (std::isnan(c) && std::isnan(last)); };
   const auto differs = std::find_if_not(axis.rbegin(), axis.rend(), same);
@@ -125,6 +127,7 @@ std::size_t AxisSearch::LowestAsNear(std::size_t first, std::size_t k, float t) 
 }
 
 std::size_t AxisSearch::Nearest(float target, std::size_t hint) const {
+  if (unordered_) return unordered_->Nearest(target);
   if (!ordered_) return NearestByScan(scanned_, target);
   if (!std::isfinite(target)) return 0;  // no distance is smaller than the first
   const float t = sign_ * target;
@@ -142,6 +145,7 @@ std::optional<std::size_t> AxisSearch::Across(float target, std::size_t nearest)
   const float t = sign_ * target;
   const std::size_t count = axis_.size();
   const auto difference = [&](std::size_t k) { return Coordinate(k) - t; };
+  if (unordered_) return unordered_->Across(target, nearest);
   if (!ordered_) return AcrossByScan(scanned_, target, nearest);
   if (!std::isfinite(target)) return {};  // no product of infinite differences of one sign is 0 or less
   const float own = difference(nearest);
@@ -180,7 +184,10 @@ std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measur
   // Offers never rise below the nearest sample.
   const auto next = [&](std::size_t from) {
     if (from < nearest && offer(from) < best) return from;  // on fine axes almost always
-    return PartitionPoint(from, nearest, from, [&](std::size_t k) { return !(offer(k) < best); });
+    const std::size_t k =
+        PartitionPoint(from, nearest, from + near_.stride, [&](std::size_t j) { return !(offer(j) < best); });
+    near_.stride = k - from;
+    return k;
   };
   for (std::size_t k = next(1); k < nearest; k = next(taken + 1)) {
     taken = k;
@@ -189,7 +196,8 @@ std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measur
     // unless one before it keeps no more than the last offers.
     if (measure >= t || Coordinate(k) > measure) {
       const float last = offer(nearest - 1);
-      taken = std::min(nearest - 1, PartitionPoint(k, nearest, k, [&](std::size_t j) { return keep(j) > last; }));
+      const auto holds = [&](std::size_t j) { return keep(j) > last; };
+      if (holds(k)) taken = holds(nearest - 1) ? nearest - 1 : PartitionPoint(k, nearest, k, holds);
     }
     best = keep(taken);
   }
@@ -208,10 +216,15 @@ std::size_t AxisSearch::EndOfRun(std::size_t first, float t, float measure) {
   const auto goesOn = [&](std::size_t k) {
     return k + 1 < count && std::fabs(Coordinate(k + 1) - t) < std::fabs(Coordinate(k) - measure);
   };
+  if (run_.measure != measure) {
+    run_.measure = measure;
+    run_.last = 0;
+    near_.measure =
+        PartitionPoint(0, count, near_.measure, [&](std::size_t k) { return Coordinate(k) <= measure; });
+  }
   // Up to the measure what is kept never rises.
-  const std::size_t beyond =
-      PartitionPoint(first, count, first, [&](std::size_t k) { return Coordinate(k) <= measure; });
-  const std::size_t k = PartitionPoint(first, beyond, first, goesOn);
+  const std::size_t beyond = std::max(first, near_.measure);
+  const std::size_t k = near_.end = PartitionPoint(first, beyond, near_.end, goesOn);
   if (k < beyond) return k;
 
   // Beyond the measure it depends on each step of the axis. But what follows a sample for one target does so for

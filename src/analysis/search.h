@@ -6,6 +6,8 @@
 #include <optional>
 #include <span>
 
+#include "analysis/unordered.h"
+
 namespace kem::analysis {
 
 // Finds the samples of an axis that belong to a target. Each answer is the index that a scan over all samples
@@ -13,7 +15,8 @@ namespace kem::analysis {
 // at least one sample and outlives its search.
 class AxisSearch {
  public:
-  explicit AxisSearch(std::span<const float> axis);
+  // For more than a few targets, an axis in no order is put into one first.
+  explicit AxisSearch(std::span<const float> axis, std::size_t targets = 1);
 
   std::span<const float> Axis() const { return axis_; }
 
@@ -49,11 +52,20 @@ class AxisSearch {
   std::size_t SecondInOrder(float t, std::size_t nearest, float measure);
   std::size_t EndOfRun(std::size_t first, float t, float measure);
 
+  // Where answers were found before, which those that follow are close to.
+  struct Near {
+    std::size_t stride = 0;   // from a sample taken to the next
+    std::size_t measure = 0;  // the first sample above the measure
+    std::size_t end = 0;      // of a run
+  };
+
   std::span<const float> axis_;
   std::span<const float> scanned_;  // without the last of equal samples
+  std::optional<UnorderedSearch> unordered_;
   bool ordered_ = false;
   float sign_ = 1;  // -1: a descending axis, searched as its mirror image
   Run run_;
+  Near near_;
 };
 
 }  // namespace kem::analysis

@@ -1,4 +1,6 @@
 import pickle
+import subprocess
+import sys
 
 import numpy as np
 import pytest
@@ -58,6 +60,12 @@ def test_many_values_are_read_when_asked_for(tmp_path):
     assert np.array_equal(lazy[name], values)  # kept once read
     with pytest.raises(kem.NotFound):
         xr.open_dataset(file, engine="kem")
+
+
+@pytest.mark.parametrize("workers", [[], ["--threads"]])
+def test_many_files_on_a_cluster(workers):
+    done = subprocess.run([sys.executable, "examples/many_files.py", *workers, "60"], capture_output=True, text=True)
+    assert done.returncode == 0 and "areas of 60 files" in done.stdout, done.stderr
 
 
 def test_pandas():

@@ -228,6 +228,8 @@ struct KEM_API Dataset {
   /// The frequency of the microwave in Hz, where an EPR file tells it.
   std::optional<double> MicrowaveFrequency() const;
 
+  /// The dataset with real values: a part of complex ones, in double precision.
+  Dataset Only(Part part) const;
   /// The record of a dataset with one or two dimensions, in single precision: a curve over its axis, or a grid over
   /// X, the last axis, and Y. Of complex values \p part is taken. More dimensions, no points and values that single
   /// precision cannot hold do not fit.

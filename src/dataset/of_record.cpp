@@ -74,9 +74,12 @@ void AddParameters(Dataset& d, const PrnType& r, std::span<const TextRow> units)
   }
 }
 
+// Comment lines of these are free, and the first one is the title where kem writes them.
+bool HasPlainComments(const PrnType& r) { return r.fileType == FileP3D || r.fileType == FileP2D; }
+
 // Comment lines of the exchange formats, and of the instruments whose labels are no titles: "Setup  : text".
 void AddComments(Dataset& d, const PrnType& r) {
-  const bool plain = r.fileType == FileP3D || r.fileType == FileP2D;
+  const bool plain = HasPlainComments(r);
   if (!plain && r.fileType != FileAT1 && r.fileType != FileOMA) return;
   std::string block(sizeof r.headerArea, '\0');
   if (plain)
@@ -132,6 +135,7 @@ Dataset OfRecord(const PrnType& r, std::span<const TextRow> units) {
   d.values = grid ? GridValues(r) : Values::Of(std::span<const float>(r.yArray, static_cast<std::size_t>(r.nY)));
   AddParameters(d, r, units);
   AddComments(d, r);
+  if (HasPlainComments(r)) d.title = Trimmed(text::TextOf(r.commentLines[0]));
   return d;
 }
 

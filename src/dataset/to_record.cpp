@@ -111,6 +111,14 @@ void FillGrid(PrnType& r, const Dataset& d, Part part) {
 }  // namespace
 }  // namespace dataset
 
+Dataset Dataset::Only(Part part) const {
+  std::vector<double> numbers(values.Count());
+  for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = dataset::PartOf(values, part, k);
+  Dataset real = *this;
+  real.values = Values::Of(std::move(numbers));
+  return real;
+}
+
 Record Dataset::ToRecord(Part part) const {
   dataset::CheckFits(*this);
   const record::Aside aside;

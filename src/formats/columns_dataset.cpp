@@ -79,16 +79,23 @@ bool ScanRow(std::string_view line, std::vector<double>& numbers) {
 
 // ------------------------------------------------------------ header
 
-void AddHeaderLine(Dataset& d, std::string_view line) {
+// "# [SPL]" begins a section.
+void AddHeaderLine(Dataset& d, std::string_view line, std::string& section) {
+  const bool marked = line.starts_with('#');
   while (!line.empty() && (line.front() == '#' || line.front() == ' ')) line.remove_prefix(1);
-  if (Trimmed(line).empty()) return;
+  const std::string_view whole = Trimmed(line);
+  if (whole.empty()) return;
+  if (marked && whole.front() == '[' && whole.back() == ']') {
+    section = whole.substr(1, whole.size() - 2);
+    return;
+  }
   for (const char separator : {'\t', ':', '='}) {
     constexpr std::size_t kLongestKey = 60;
     const auto at = line.find(separator);
     if (at == line.npos || at == 0 || at > kLongestKey || line.front() == '"') continue;
-    return AddParameter(d, {}, Trimmed(line.substr(0, at)), Trimmed(line.substr(at + 1)));
+    return AddParameter(d, section, Trimmed(line.substr(0, at)), Trimmed(line.substr(at + 1)));
   }
-  AddParameter(d, {}, "Comment", Trimmed(line));
+  AddParameter(d, section, "Comment", whole);
 }
 
 // The titles of the columns, where the line before the first row has one for each.
@@ -223,8 +230,9 @@ Titles TitlesOf(Dataset& d, const Table& t) {
   Titles titles;
   if (!t.header.empty()) titles.columns = ColumnTitles(t.header.back(), t.columns);
   const std::size_t named = titles.columns.empty() ? 0 : 1;
-  for (std::size_t k = 0; k + named < t.header.size(); ++k) AddHeaderLine(d, t.header[k]);
-  for (const std::string_view line : t.trailer) AddHeaderLine(d, line);
+  std::string section;
+  for (std::size_t k = 0; k + named < t.header.size(); ++k) AddHeaderLine(d, t.header[k], section);
+  for (const std::string_view line : t.trailer) AddHeaderLine(d, line, section);
   titles.columns.resize(t.columns);
   const auto text = [&d](std::string_view key) { return d.Find(key) ? d.Find(key)->text : std::string(); };
   if (titles.columns[0].unit.empty()) titles.columns[0].unit = text("XUNITS");

@@ -292,7 +292,7 @@ TEST_CASE("kem: X in other units, in what is printed and written, and where that
       {"convert --to csv -o - nitroxide.DSC --axis g", 0, "g,Intensity\n2.0363047194146646,-66\n"},
       {"convert --to csv -o - nitroxide.DSC --axis g --frequency 9.5e9", 0, "g,Intensity\n2.051420449039164,-66\n"},
       {"convert --to csv -o - streak.p3d --x-unit eV", 0, "Energy (eV),Time (ns),Intensity (counts)\n2.883353"},
-      {"convert --to dx -o - nitroxide.DSC --x-unit mT", 0, "##XUNITS=Field (mT)"},
+      {"convert --to dx -o - nitroxide.DSC --x-unit mT", 0, "\n##XLABEL=Field\n##XUNITS=mT\n"},
       {"info nitroxide.DSC --x-unit T", 0, "axis      Field (T): 1024 points, 0.33087 to 0.34087 in steps"},
       {"stats nitroxide.DSC --x-unit mT", 0, "  X         330.87 to 340.87 mT\n"},
       {"info -j streak.p3d --x-unit um", 0, "\"unit\": \"um\""},
@@ -325,7 +325,7 @@ TEST_CASE("kem: folders, patterns and what is up to date, one file after the oth
   folder.Write("data/a/cut.DSC", "#DESC\n");
   fs::current_path(folder.Path("."));
   const auto run = [](const std::string& arguments, int status) {
-    const Result result = Kem("convert --to csv " + arguments);
+    const Result result = Kem("convert --quiet --to csv " + arguments);
     CHECK(result.status == status);
     return result.err;
   };
@@ -353,7 +353,7 @@ TEST_CASE("kem: folders, patterns and what is up to date, one file after the oth
   CHECK(Kem("check empty").err == "kem: empty: holds no files\n");
 #ifndef _WIN32
   for (int k = 0; k < 400; ++k) fs::create_symlink(Example("streak.p3d"), "empty/" + std::to_string(k) + ".p3d");
-  const Result ended = Kem("convert --to csv empty --dir ended -j 2",
+  const Result ended = Kem("convert --quiet --to csv empty --dir ended -j 2",
                            "trap : INT; (until [ -e ended/1.csv ]; do sleep .01; done; kill -INT $$)& exec ");
   CHECK(ended.status == 130);
   CHECK(ended.err.starts_with("kem: " + std::to_string(Names("ended").size()) + " written, "));
@@ -401,16 +401,16 @@ TEST_CASE("kem: the classic reading tells where it is not what the file says") {
 TEST_CASE("kem: complex values, matrices, metadata; check, identify and formats") {
   const TempFolder folder;
   const auto csv = [&](const std::string& options, const std::string& file) {
-    CHECK(Kem("convert -fo " + Quoted(folder.Path("out.csv")) + options + Quoted(file)).err.empty());
+    CHECK(Kem("convert --quiet -fo " + Quoted(folder.Path("out.csv")) + options + Quoted(file)).err.empty());
     return ReadBytes(folder.Path("out.csv"));
   };
   folder.Write("c.spc", Bytes(std::endian::big).Put(1).Put(2).Put(3).Put(4));
   const std::string pair = folder.Write("c.par", "JSS 16\nHCF 100\nHSW 20\n");
   CHECK(csv("", pair) == "Field (G),Intensity re,Intensity im\n90,1,2\n110,3,4\n");
   CHECK(csv("--part imaginary ", pair).ends_with("\n90,2\n110,4\n"));
-  CHECK(Kem("convert --to p2d " + Quoted(pair)).err ==
-        "kem: " + pair +
-            ": values are complex; --part tells which part to take, and the real one is the default\n");
+  CHECK(Kem("convert --to p2d " + Quoted(pair))
+            .err.starts_with("kem: " + pair +
+                             ": values are complex; --part tells which part to take, and the real "));
   const std::string lattice = folder.Write("l.txt", "x,y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
   CHECK(csv("", lattice) == "x,y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
   CHECK(csv("--matrix ", lattice) == "x,1,2\n7,1,2.5\n8,3,4\n");

@@ -1,6 +1,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "kem/dataset.h"
 #include "support/command.h"
 
 using namespace kem::test;
@@ -178,28 +179,59 @@ TEST_CASE("kem convert: csv keeps every digit, quotes titles, and lists grids wi
         "\"Field, \"\"B\"\" (G)\",Y,I (\u00b5V)\n0.1,5,1\n0.2,5,2.5\n0.3,5,1e-07\n0.1,6,10\n0.2,6,20\n0.3,6,30\n");
 }
 
-TEST_CASE("kem convert: what is written reads back, and the extension of the output chooses the format") {
+TEST_CASE("kem convert: what is written reads back as the same dataset, or it is told what does not") {
   const TempFolder folder;
-  const std::pair<const char*, const char*> cases[] = {
-      {"nitroxide.DSC", "prn"}, {"nitroxide.DSC", "cvt"}, {"nitroxide.DSC", "dx"}, {"nitroxide.DSC", "p2d"},
-      {"nitroxide.DSC", "b2d"}, {"streak.p3d", "p3d"},    {"streak.p3d", "b3d"},
+  const std::string single = folder.Write("single.csv", "Field (G),I (V)\n1.5,0.1\n2.5,1e-7\n0.5,12345678\n");
+  const std::string text =
+      folder.Write("text.csv", "# TITLE: a\n# [SPL]\n# MWFQ: 9.5e9 Hz\n# note: ##x $$y\nx,y\n1,2\n3,4.123456789\n");
+  const std::string esr = Example("nitroxide.DSC");
+  const std::string streak = Example("streak.p3d");
+  const std::tuple<std::string, const char*, const char*> cases[] = {
+      {esr, "prn", "X is rounded, the title is left out, 42 parameters are left out"},
+      {esr, "cvt", "X is rounded, the title is left out, 42 parameters are left out"},
+      {esr, "p2d", "X is rounded, 42 parameters are left out"},
+      {esr, "b2d", "X is rounded, 42 parameters are left out"},
+      {esr, "csv", "the title is left out, 42 parameters are left out; --header keeps that"},
+      {esr, "csv --header", ""},
+      {esr, "dx", ""},
+      {streak, "p3d", ""},
+      {streak, "b3d", ""},
+      {streak, "csv --header", ""},
+      {single, "prn", "values are rounded"},
+      {single, "dx", ""},
+      {single, "b2d", "values are rounded"},
+      {text, "dx", "1 parameter is left out"},
+      {text, "csv --header", ""},
+      {text, "csv", "the title is left out, 2 parameters are left out; --header keeps that"},
   };
-  for (const auto& [name, format] : cases) {
-    const std::string out = folder.Path(std::string("out.v2.") + format);
-    const Result result = Kem("convert " + Quoted(Example(name)) + "-o " + Quoted(out));
-    CAPTURE(out);
+  for (const auto& [source, format, lost] : cases) {
+    const std::string extension = std::string(format).substr(0, 3);
+    const std::string out = folder.Path("out.v2." + std::string(format).substr(0, std::string(format).find(' ')));
+    const Result result = Kem("convert -fo " + Quoted(out) + Quoted(source) + "--to " + format);
+    CAPTURE(source);
+    CAPTURE(format);
     CHECK(result.status == 0);
-    CHECK((result.out + result.err).empty());
-    const PrnType before(Example(name).c_str(), 0);
-    const PrnType after(out.c_str(), 0);
-    REQUIRE(after.Is3D() == before.Is3D());
-    REQUIRE(after.nX == before.nX);
-    REQUIRE(after.nY == before.nY);
-    for (int k = 0; k < before.nY; ++k)
-      CHECK_BITS(before.Is3D() ? after.zArray[5][k] : after.yArray[k],
-                 before.Is3D() ? before.zArray[5][k] : before.yArray[k]);
+    const auto told = result.err.find(": ", result.err.find("not keep"));
+    CHECK((result.err.empty() ? "" : result.err.substr(told + 2)) == (*lost ? lost + std::string("\n") : ""));
+    const kem::Dataset before = kem::Open(source);
+    const kem::Dataset after = kem::Open(out);
+    const bool titled = !before.title.empty() && std::string_view(lost).find("the title") == std::string_view::npos;
+    CHECK(after.title == (titled ? before.title : after.title));
+    REQUIRE(after.axes.size() == before.axes.size());
+    REQUIRE(after.values.Count() == before.values.Count());
+    CHECK(after.name + after.unit == before.name + before.unit);
+    const double precision = std::string_view(lost).find("rounded") == std::string_view::npos ? 1e-14 : 2e-6;
+    for (std::size_t a = 0; a < before.axes.size(); ++a) {
+      CHECK(after.axes[a].name + after.axes[a].unit == before.axes[a].name + before.axes[a].unit);
+      for (std::size_t k = 0; k < before.axes[a].Count(); ++k)
+        REQUIRE(after.axes[a][k] == doctest::Approx(before.axes[a][k]).epsilon(precision));
+    }
+    for (std::size_t k = 0; k < before.values.Count(); ++k)
+      REQUIRE(after.values.Real(k) == doctest::Approx(before.values.Real(k)).epsilon(precision));
   }
-  CHECK(Names(folder.Path(".")).size() == std::size(cases));
+  const std::string back = Kem("info " + Quoted(folder.Path("out.v2.dx"))).out;
+  CHECK(back.find("  $MWFQ = 9.5e9 Hz\n") != std::string::npos);
+  CHECK(back.find("  $note = # #x $ $y\n") != std::string::npos);
 }
 
 TEST_CASE("kem convert: a linear axis has its coordinates and its count in every format") {

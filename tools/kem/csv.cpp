@@ -25,6 +25,8 @@ class Table {
     text_ += last ? '\n' : ',';
   }
 
+  void Comment(const std::string& line) { text_ += "# " + line + '\n'; }
+
   void Row(std::initializer_list<float> values) {
     for (const float value : values) Add(value);
     EndRow();
@@ -126,6 +128,22 @@ void WriteTitles(Table& table, const Dataset& d) {
   }
 }
 
+// A line stays one.
+std::string InOneLine(std::string text) {
+  for (std::size_t at = 0; (at = text.find_first_of("\r\n", at)) != text.npos; at += 2) text.replace(at, 1, "\\n");
+  return text;
+}
+
+void WriteHeader(Table& table, const Dataset& d) {
+  if (!d.title.empty()) table.Comment("TITLE: " + InOneLine(d.title));
+  std::string section;
+  for (const Parameter& p : d.parameters) {
+    if (p.key == "TITLE" && p.section.empty()) continue;
+    if (p.section != section) table.Comment('[' + (section = p.section) + ']');
+    table.Comment(InOneLine(p.key + ": " + WithUnit(p)));
+  }
+}
+
 void WriteTable(Table& table, const Dataset& d) {
   WriteTitles(table, d);
   std::vector<std::size_t> at(d.axes.size());
@@ -155,8 +173,9 @@ void WriteMatrix(Table& table, const Dataset& d) {
 
 }  // namespace
 
-bool WriteCsv(const Dataset& dataset, const char* name, bool matrix) {
+bool WriteCsv(const Dataset& dataset, const char* name, bool matrix, bool header) {
   Table table(name);
+  if (header) WriteHeader(table, dataset);
   if (matrix)
     WriteMatrix(table, dataset);
   else

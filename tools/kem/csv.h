@@ -14,7 +14,9 @@ bool WriteCsv(const PrnType& record, const char* name);
 
 // Writes a dataset likewise, complex values as two columns; as a matrix a line for each Y, with the X coordinates
 // in the first.
-bool WriteCsv(const Dataset& dataset, const char* name, bool matrix);
+//
+// A header has the title and the parameters in front, "# key: value unit", each section behind "# [name]".
+bool WriteCsv(const Dataset& dataset, const char* name, bool matrix, bool header = false);
 
 // A column of a table.
 struct Column {

@@ -54,6 +54,11 @@ std::string NumberText(double value) {
   return text;
 }
 
+std::string WithUnit(const Parameter& p) {
+  const bool told = p.unit.empty() || p.text.ends_with(p.unit) || p.key.ends_with('(' + p.unit + ')');
+  return told ? p.text : p.text + ' ' + p.unit;
+}
+
 std::string Named(const std::string& name, const std::string& unit) {
   if (name.empty() || unit.empty()) return name + unit;
   return name + " (" + unit + ')';

@@ -23,6 +23,9 @@ std::string Named(const std::string& name, const std::string& unit);
 // A number for the eye: ten digits will do.
 std::string NumberText(double value);
 
+// The text of a parameter, with its unit unless the text or the key has it.
+std::string WithUnit(const Parameter& parameter);
+
 // The document of kem info.
 Json Describe(const Input& input);
 

@@ -99,10 +99,26 @@ void Take(Turn& turn, const Pass& pass, const Action& action) {
   thisTurn = nullptr;
 }
 
+// Of what files lose the first one is told.
+class LossOnce {
+ public:
+  void Tell(Turn& turn) {
+    if (turn.lost.empty()) return;
+    if (!told_) tool::Tell(turn.file.name, turn.lost);
+    turn.notes.push_back(turn.lost);
+    told_ = true;
+  }
+
+ private:
+  bool told_ = false;
+};
+
 void OneByOne(std::span<Turn> turns, const TakeTurn& take, const std::function<void(std::size_t)>& finished) {
+  LossOnce loss;
   for (std::size_t k = 0; k < turns.size() && !Interrupted(); ++k) {
     finished(k);
     take(turns[k]);
+    loss.Tell(turns[k]);
   }
 }
 
@@ -153,13 +169,14 @@ class Threads {
 
 void SeveralAtATime(std::span<Turn> turns, const TakeTurn& take, std::size_t count,
                     const std::function<void(std::size_t)>& finished) {
+  LossOnce loss;
   Threads threads(turns, take, count);
   for (std::size_t k = 0; k < turns.size(); ++k) {
     finished(k);
     threads.WaitFor(k);
-    if (turns[k].messages.empty()) continue;
-    ClearProgress();
+    if (!turns[k].messages.empty()) ClearProgress();
     std::cerr << turns[k].messages << std::flush;
+    loss.Tell(turns[k]);
   }
 }
 

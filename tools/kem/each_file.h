@@ -27,6 +27,7 @@ struct Turn {
   State state = State::Waiting;
   bool keepsMessages = false;  // for the thread that prints those of all files in their order
   std::string messages = {};
+  std::string lost = {};  // what the outputs do not hold of the file; said once for all files
   std::vector<std::string> notes = {};
   std::vector<std::string> errors = {};
   std::vector<Output> outputs = {};  // made now

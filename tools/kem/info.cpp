@@ -58,8 +58,7 @@ void PrintParameters(const Dataset& d) {
   std::string section;
   for (const Parameter& p : d.parameters) {
     if (p.section != section) std::cout << '[' << Printable{section = p.section} << "]\n";
-    const bool told = p.unit.empty() || p.text.ends_with(p.unit) || p.key.ends_with('(' + p.unit + ')');
-    std::cout << "  " << Printable{p.key} << " = " << Printable{p.text} << (told ? "" : ' ' + p.unit) << '\n';
+    std::cout << "  " << Printable{p.key} << " = " << Printable{WithUnit(p)} << '\n';
   }
 }
 

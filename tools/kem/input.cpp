@@ -159,13 +159,8 @@ NamedItem ItemNamed(const std::string& name) {
 std::vector<double> NumbersOf(const Input& input, bool imaginary) {
   const Values& values = input.dataset->values;
   if (values.IsComplex() && reading.part) {
-    const Record part = input.dataset->ToRecord(*reading.part);
-    std::vector<double> numbers;
-    numbers.reserve(values.Count());
-    for (int j = 0; j < (part.IsGrid() ? part->nY : 1); ++j)
-      for (int i = 0; i < (part.IsGrid() ? part->nX : part->nY); ++i)
-        numbers.push_back(part.IsGrid() ? part->zArray[i][j] : part->yArray[i]);
-    return numbers;
+    const Values part = input.dataset->Only(*reading.part).values;
+    return {part.As<double>().begin(), part.As<double>().end()};
   }
   std::vector<double> numbers(values.Count());
   for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = imaginary ? values.Imaginary(k) : values.Real(k);

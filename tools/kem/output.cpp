@@ -8,6 +8,8 @@
 
 #include "csv.h"
 #include "describe.h"
+#include "jcamp.h"
+#include "lost.h"
 #include "options.h"
 #include "pairs.h"
 #include "source.h"
@@ -16,6 +18,21 @@
 #include "text.h"
 
 namespace kem::tool {
+namespace {
+
+Problem WhyIncomplete() {
+  return "cannot be written completely: " + std::generic_category().message(errno != 0 ? errno : EIO);
+}
+
+}  // namespace
+
+Problem WriteText(const std::string& text, const std::string& name) {
+  std::ofstream out(PathOf(name), std::ios::binary);
+  out << text;
+  out.close();
+  return out ? "" : WhyIncomplete();
+}
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -60,15 +77,8 @@ Problem Print(const Writing& write) {
   return {};
 }
 
-Problem WhyIncomplete() {
-  return "cannot be written completely: " + std::generic_category().message(errno != 0 ? errno : EIO);
-}
-
 Problem WriteDocument(const Json& document, const std::string& name) {
-  std::ofstream out(PathOf(name), std::ios::binary);
-  out << document.dump(2) << '\n';
-  out.close();
-  return out ? "" : WhyIncomplete();
+  return WriteText(document.dump(2) + '\n', name);
 }
 
 // A place that a file of this run has taken, and gives back unless it is kept.
@@ -145,15 +155,43 @@ const Format* FormatOf(const CLI::App& app, const Output& output) {
   return format;
 }
 
+// Whether a dataset is written as it is, not by way of its record.
+bool IsWhole(const Input& input, const Format& format) {
+  const std::string_view name = format.name;
+  return input.dataset && (name == "csv" || (name == "dx" && input.dataset->axes.size() == 1));
+}
+
+Problem WriteWhole(const Dataset& d, const Format& format, const Output& output, const std::string& name) {
+  if (std::string_view(format.name) == "csv")
+    return WriteCsv(d, name.c_str(), output.matrix, output.header) ? "" : WhyIncomplete();
+  return WriteText(JcampOf(d.values.IsComplex() ? d.Only(Part::Real) : d), name);
+}
+
+const char* Hint(const std::string& lost, const Format& format, const Output& output) {
+  const bool helps = std::string_view(format.name) == "csv" && !output.header && lost.find("left out") != lost.npos;
+  return helps ? "; --header keeps that" : "";
+}
+
+// Notes what the file that is being written does not hold; a matrix is not meant to be read back.
+void NoteLoss(const Input& input, const Format& format, const Output& output, const std::string& name) {
+  Turn* turn = ThisTurn();
+  constexpr std::size_t kMostPoints = 1 << 20;
+  if (!turn || !input.dataset || output.matrix || input.dataset->values.Count() > kMostPoints) return;
+  const std::string lost = LostIn(name, *input.dataset);
+  if (!lost.empty() && turn->lost.empty())
+    turn->lost = std::string(format.name) + " does not keep all of it: " + lost + Hint(lost, format, output);
+}
+
 Problem Save(Input& input, const std::string& label, const Format& format, Output& output) {
-  const bool whole = input.dataset && std::string_view(format.name) == "csv";
   if (output.matrix && input.dataset && input.dataset->values.IsComplex())
     return "a matrix takes real values; --part picks them";
-  if (!whole)
+  if (std::string_view(format.name) != "csv" || !input.dataset)
     if (Problem problem = CannotHold(format, *input.record); !problem.empty()) return problem;
   const Writing write = [&](const std::string& name) -> Problem {
-    if (!whole) return WriteRecord(*input.record, format, name);
-    return WriteCsv(*input.dataset, name.c_str(), output.matrix) ? "" : WhyIncomplete();
+    Problem problem = IsWhole(input, format) ? WriteWhole(*input.dataset, format, output, name)
+                                             : WriteRecord(*input.record, format, name);
+    if (problem.empty()) NoteLoss(input, format, output, name);
+    return problem;
   };
   if (output.file == kStandard) return label.empty() ? Print(write) : "standard output takes one item only";
   Turn* turn = ThisTurn();

@@ -21,6 +21,7 @@ struct Output {
   std::string format;  // --to
   bool force = false;
   bool matrix = false;    // --matrix, of csv
+  bool header = false;    // --header, of csv
   bool metadata = false;  // --metadata
   bool keepTree = false;  // --keep-tree
   bool update = false;    // --update
@@ -59,6 +60,9 @@ Problem WriteReport(const Output& output, std::span<const Turn> turns);
 // `label` is put behind the name. As csv an input whose dataset is still there is written as that, else its record
 // is; its axes become what the format can tell.
 Problem Save(Input& input, const std::string& label, const Format& format, Output& output);
+
+// Fills a file with a text.
+Problem WriteText(const std::string& text, const std::string& name);
 
 // Writes what a function fills an empty file with, and it may tell why it cannot, to the file that was asked for.
 Problem SaveFile(const std::function<Problem(const std::string& name)>& write, Output& output);

@@ -112,13 +112,6 @@ class Pictured {
 
 // ------------------------------------------------------------ drawing
 
-Problem WriteText(const std::string& text, const std::string& name) {
-  std::ofstream out(PathOf(name), std::ios::binary);
-  out << text;
-  out.close();
-  return out ? "" : "cannot be written completely";
-}
-
 // The first line of what gnuplot says that tells what is wrong.
 std::string Sentence(const std::string& file) {
   std::ifstream in(PathOf(file), std::ios::binary);

@@ -84,7 +84,9 @@ Problem Misuse(const Task& task) {
 Problem Process(Input& input, Task& task, const Operation& operation, const Format& format, bool numbered) {
   if (operation)
     if (Problem problem = operation(input.record); !problem.empty()) return problem;
-  if (operation || HowToRead().part) input.dataset.reset();  // the record is no longer what it says
+  if (operation) input.dataset.reset();  // the record is no longer what it says
+  if (const auto part = HowToRead().part; part && input.dataset && input.dataset->values.IsComplex())
+    input.dataset = input.dataset->Only(*part);
   return Save(input, numbered && input.IsOneOfSeveral() ? LabelOf(input) : "", format, task.output);
 }
 

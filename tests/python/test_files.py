@@ -3,6 +3,8 @@ import gc
 import os
 import pickle
 import shutil
+import subprocess
+import sys
 import warnings
 
 import numpy as np
@@ -150,3 +152,23 @@ def test_a_cut_file_warns_once(tmp_path):
     file.with_suffix(".DTA").unlink()
     assert kem.check(file).state == "unreadable" and isinstance(kem.check(file).error, kem.Error)
 
+
+
+def test_memory_that_runs_out(tmp_path):
+    file = tmp_path / "large.DSC"
+    file.write_bytes(descriptor(2**23))
+    with open(file.with_suffix(".DTA"), "wb") as values:
+        values.truncate(2**26)
+    program = f"""
+import resource, kem
+curve = kem.Record(range(2 ** 20))
+used = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
+resource.setrlimit(resource.RLIMIT_AS, (used + 2 ** 24,) * 2)
+for call in [lambda: kem.open({str(file)!r}), lambda: curve.resample(slice(0, 2 ** 23, 1)), lambda: curve.exp().x * 9]:
+    try:
+        made = [call() for _ in range(9)]
+    except MemoryError:
+        print("memory ran out")
+"""
+    done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert (done.returncode, done.stdout) == (0, "memory ran out\n" * 3), done.stderr

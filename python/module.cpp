@@ -6,7 +6,7 @@ namespace {
 
 // By ErrorCode.
 constexpr const char* kErrors[] = {"NotFound", "PermissionDenied", "ReadFailed", "UnknownFormat", "NotReadable",
-                                   "Damaged",  "NoSuchItem",       "DoesNotFit", "WriteFailed"};
+                                   "Damaged",  "NoSuchItem",       "DoesNotFit", "WriteFailed",   "OutOfMemory"};
 
 void Translate(std::exception_ptr thrown) try {
   if (thrown) std::rethrow_exception(thrown);

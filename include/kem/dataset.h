@@ -15,7 +15,7 @@
 /// Values lie in C order as the file stores them: the last axis varies fastest. An image lists Y, then X.
 ///
 /// All texts are UTF-8. Nothing here is global: any number of threads may open files at once. What fails throws
-/// \ref kem::Error; when memory runs out, std::bad_alloc is thrown.
+/// \ref kem::Error, also when memory runs out for a file; elsewhere std::bad_alloc tells that.
 #ifndef KEM_DATASET_H
 #define KEM_DATASET_H
 
@@ -50,6 +50,7 @@ enum class ErrorCode {
   NoSuchItem,
   DoesNotFit,   ///< a record cannot hold it, or an operation does not take it
   WriteFailed,  ///< the system could not write a file
+  OutOfMemory,
 };
 
 /// Why something could not be done, as one sentence.

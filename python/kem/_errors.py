@@ -47,6 +47,10 @@ class WriteFailed(Error, OSError):
     """The system could not write a file."""
 
 
+class OutOfMemory(Error, MemoryError):
+    """There is not enough memory for a file."""
+
+
 class Note(UserWarning):
     """What one should know about a dataset.
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <system_error>
 
+#include "load/files.h"
 #include "text/words.h"
 
 namespace kem::dataset {
@@ -18,28 +19,10 @@ bool IsFile(const fs::path& path) {
   return fs::is_regular_file(path, error);
 }
 
-// The file of a folder whose name differs in case only, the first of several.
-fs::path InAnyCase(const fs::path& wanted) {
-  const std::string name = Lower(NameOf(wanted.filename()));
-  const fs::path folder = wanted.has_parent_path() ? wanted.parent_path() : fs::path(".");
-  std::error_code error;
-  fs::path found;
-  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
-    const fs::path candidate = at->path().filename();
-    if (Lower(NameOf(candidate)) == name && (found.empty() || candidate < found)) found = candidate;
-  }
-  return found.empty() ? found : fs::path(wanted).replace_filename(found);
-}
-
 fs::path CompanionPath(const fs::path& path, std::string_view extension) {
   const std::string own = NameOf(path.extension());
-  const bool lower = own == Lower(own);
-  const std::string as_given(extension);
-  for (const std::string& spelling : {lower ? Lower(as_given) : Upper(as_given), as_given}) {
-    fs::path candidate = fs::path(path).replace_extension(spelling);
-    if (IsFile(candidate)) return candidate;
-  }
-  return InAnyCase(fs::path(path).replace_extension(as_given));
+  const std::string alike = own == Lower(own) ? Lower(std::string(extension)) : Upper(std::string(extension));
+  return load::PathOf(load::PartnerOf(NameOf(path), alike));
 }
 
 template <class Bits>
@@ -129,8 +112,7 @@ void Source::Read(std::uint64_t at, std::span<std::byte> to) {
 
 std::optional<Source> Source::Companion(std::string_view extension) const {
   const fs::path path = CompanionPath(path_, extension);
-  if (path.empty()) return std::nullopt;
-  return Source(path);
+  return IsFile(path) ? std::optional<Source>(path) : std::nullopt;
 }
 
 bool Source::HasExtension(std::string_view extension) const {

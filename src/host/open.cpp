@@ -111,36 +111,50 @@ struct Opened {
   }
 };
 
+// Memory that runs out is told like whatever else goes wrong with a file.
+template <class Work>
+auto Told(const std::filesystem::path& file, Work work) try {
+  return work();
+} catch (const std::bad_alloc&) {
+  Fail(ErrorCode::OutOfMemory, file, "there is not enough memory for it");
+}
+
 }  // namespace
 }  // namespace dataset
 
 using namespace dataset;
 
 Dataset Open(const std::filesystem::path& file, int item) {
-  Opened opened(file);
-  const std::size_t items = opened.names.size();
-  if (item < 1 || static_cast<std::size_t>(item) > items) Fail(ErrorCode::NoSuchItem, file, HoldsNo(item, items));
-  return opened.Item(static_cast<std::size_t>(item));
+  return Told(file, [&] {
+    Opened opened(file);
+    const std::size_t items = opened.names.size();
+    if (item < 1 || static_cast<std::size_t>(item) > items) Fail(ErrorCode::NoSuchItem, file, HoldsNo(item, items));
+    return opened.Item(static_cast<std::size_t>(item));
+  });
 }
 
 void OpenEach(const std::filesystem::path& file, const std::function<bool(Dataset item)>& take) {
-  Opened opened(file);
-  for (std::size_t k = 1; k <= opened.names.size() && take(opened.Item(k)); ++k) {
-  }
+  Opened opened = Told(file, [&] { return Opened(file); });
+  for (std::size_t k = 1; k <= opened.names.size(); ++k)
+    if (!take(Told(file, [&] { return opened.Item(k); }))) return;
 }
 
 std::vector<ItemInfo> Items(const std::filesystem::path& file) {
-  std::vector<ItemInfo> items;
-  for (const std::string& name : Opened(file).names)
-    items.push_back({static_cast<int>(items.size()) + 1, Utf8(name)});
-  return items;
+  return Told(file, [&] {
+    std::vector<ItemInfo> items;
+    for (const std::string& name : Opened(file).names)
+      items.push_back({static_cast<int>(items.size()) + 1, Utf8(name)});
+    return items;
+  });
 }
 
 Identity Identify(const std::filesystem::path& file) {
-  Source source(file);
-  if (auto foreign = ForeignFormat(source)) return {std::move(foreign->format), std::move(foreign->evidence)};
-  Recognised found = Recognise(source);
-  return {found.reader->format, std::move(found.evidence)};
+  return Told(file, [&]() -> Identity {
+    Source source(file);
+    if (auto foreign = ForeignFormat(source)) return {std::move(foreign->format), std::move(foreign->evidence)};
+    Recognised found = Recognise(source);
+    return {found.reader->format, std::move(found.evidence)};
+  });
 }
 
 std::vector<FormatInfo> Formats() {

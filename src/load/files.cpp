@@ -1,12 +1,15 @@
 #include "load/files.h"
 
+#include <dirent.h>
 #ifdef _WIN32
 #include <windows.h>
 #endif
 
 #include <algorithm>
 #include <cerrno>
+#include <memory>
 #include <utility>
+#include <vector>
 
 #include "text/words.h"
 
@@ -16,8 +19,16 @@ namespace {
 
 #ifdef _WIN32
 constexpr bool kNamesTellCase = false;
+using Folder = _WDIR;
+constexpr auto kOpenFolder = _wopendir;
+constexpr auto kReadFolder = _wreaddir;
+constexpr auto kCloseFolder = _wclosedir;
 #else
 constexpr bool kNamesTellCase = true;
+using Folder = DIR;
+constexpr auto kOpenFolder = opendir;
+constexpr auto kReadFolder = readdir;
+constexpr auto kCloseFolder = closedir;
 #endif
 
 // An extension with each letter in the case of that of another.
@@ -32,23 +43,34 @@ bool IsReadable(const std::string& name) {
   return OpenForReading(in, name);
 }
 
+struct CloseFolder {
+  void operator()(Folder* folder) const { kCloseFolder(folder); }
+};
+
+// The names in a folder; none if it cannot be listed. The standard library's iterator would end the program when
+// memory runs out.
+std::vector<std::filesystem::path> NamesIn(const std::filesystem::path& path) {
+  std::vector<std::filesystem::path> names;
+  const std::unique_ptr<Folder, CloseFolder> folder(kOpenFolder(path.c_str()));
+  while (const auto* entry = folder ? kReadFolder(folder.get()) : nullptr) names.emplace_back(entry->d_name);
+  return names;
+}
+
 // A name in the folder of another that differs from it in case only, at best not in its base; the other itself
 // when there is none, or no folder that can be listed.
-std::string Listed(const std::string& name) try {
-  namespace fs = std::filesystem;
+std::string Listed(const std::string& name) {
   const auto slash = name.rfind('/');
   const std::string folder = slash == name.npos ? "" : name.substr(0, slash + 1);
   const std::string_view wanted = std::string_view(name).substr(folder.size());
   const std::string_view base = BaseOf(wanted);
   const auto rank = [base](const std::string& file) { return std::pair(!file.starts_with(base), file); };
   std::string found;
-  for (const fs::directory_entry& entry : fs::directory_iterator(PathOf(folder.empty() ? "." : folder))) {
-    const std::string file = entry.path().filename().string();
+  for (const std::filesystem::path& listed : NamesIn(PathOf(folder.empty() ? "." : folder))) {
+    const auto utf8 = listed.u8string();
+    const std::string file(utf8.begin(), utf8.end());
     if (EqualButCase(file, wanted) && (found.empty() || rank(file) < rank(found))) found = file;
   }
   return found.empty() ? name : folder + found;
-} catch (const std::filesystem::filesystem_error&) {
-  return name;
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ def test_find_lists_pairs_once(data, tmp_path):
 # ------------------------------------------------------------ what goes wrong
 
 ERRORS = [kem.NotFound, kem.PermissionDenied, kem.ReadFailed, kem.UnknownFormat, kem.NotReadable, kem.Damaged,
-          kem.NoSuchItem, kem.DoesNotFit, kem.WriteFailed]
+          kem.NoSuchItem, kem.DoesNotFit, kem.WriteFailed, kem.OutOfMemory]
 
 
 def descriptor(points):

@@ -3,8 +3,10 @@
 
 #include <cstring>
 #include <iostream>
+#include <optional>
 #include <utility>
 
+#include "kem/dataset.h"
 #include "support/files.h"
 #include "support/operations.h"
 #ifdef KEM_FAILING_MEMORY
@@ -90,6 +92,29 @@ TEST_CASE("memory: constructors that it runs out for leave nothing") {
       Throws(n, [type] { const PrnType record(static_cast<AllocType>(type), 3, 4); });
       return true;
     });
+}
+
+// What a file holds as a dataset; nothing where that is refused.
+std::optional<std::string> BytesOf(const std::string& path) try {
+  const kem::Dataset dataset = kem::Open(path);
+  const auto bytes = dataset.values.Bytes();
+  return std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+} catch (const kem::Error&) {
+  return {};
+}
+
+TEST_CASE("memory: a dataset that it runs out for is refused") {
+  const TempFolder folder;
+  for (const SmallFile& file : SmallFiles()) {
+    CAPTURE(file.name);
+    const std::string path = folder.Write(file.name, file.bytes);
+    if (!file.partner.empty()) folder.Write(file.partner, file.partnerBytes);
+    const auto whole = BytesOf(path);
+    FailEach([&](long n) {
+      std::optional<std::string> opened;
+      return Throws(n, [&] { opened = BytesOf(path); }) || !opened || opened == whole;
+    });
+  }
 }
 
 TEST_CASE("memory: a load that it runs out for leaves an empty record") {

@@ -160,7 +160,8 @@ Run DefineInfo(CLI::App& app) {
 Run DefineItems(CLI::App& app) {
   auto options = std::make_shared<ItemsOptions>();
   AddFiles(app, options->files);
-  app.add_flag("-j,--json", options->json, "Print one JSON document, a list with one entry per file");
+  app.add_flag("-j,--json", options->json, "Print one JSON document, a list with one entry per file")
+      ->excludes(app.get_option("--classic"));
   return [options] { return PrintItems(*options); };
 }
 

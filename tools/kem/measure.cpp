@@ -49,16 +49,70 @@ Problem CannotMeasure(const PrnType& r, const Area& area) {
   return problem;
 }
 
-// Prints a number of every record selected, where there are several behind its name.
-int PrintEach(const Selection& selection, const std::function<Problem(const PrnType&)>& cannot,
-              const std::function<float(PrnType&)>& number) {
+// Prints the documents of records as one list, or lets them print themselves.
+class Documents {
+ public:
+  explicit Documents(bool wanted) : wanted_(wanted) {}
+  bool Wanted() const { return wanted_; }
+  // What begins every document of a record.
+  Json& Add(const Input& input) {
+    return list_.emplace_back(Json{{"file", Utf8(input.file)}, {"item", input.item}});
+  }
+  int Print(int status) const {
+    if (wanted_) std::cout << list_.dump(2) << '\n';
+    return status;
+  }
+
+ private:
+  bool wanted_;
+  Json list_ = Json::array();
+};
+
+CLI::Option* AddJsonList(CLI::App& app, bool& json) {
+  return app.add_flag("-j,--json", json, "Print one JSON document, a list with one object per record");
+}
+
+// A number that is printed of every record selected.
+struct Measure {
+  const char* name;
+  std::function<Problem(const PrnType&)> cannot;
+  std::function<float(PrnType&)> number;
+  std::function<void(const Input&, Json&)> describe;  // what it was taken of
+};
+
+// Where there are several records each number stands behind its name.
+int PrintEach(const Selection& selection, const Measure& measure, bool json) {
   const bool named = selection.allItems || !selection.files.IsOne();
-  return EachSelected(selection, {}, [&](const Input& input) {
-    if (!NoProblem(input, cannot(*input.record))) return false;
+  Documents documents(json);
+  return documents.Print(EachSelected(selection, {}, [&](const Input& input) {
+    if (!NoProblem(input, measure.cannot(*input.record))) return false;
+    const float number = measure.number(*input.record);
+    if (json) {
+      Json& document = documents.Add(input);
+      measure.describe(input, document);
+      document[measure.name] = Number(number);
+      return true;
+    }
     if (named) std::cout << NameOf(input) << '\t';
-    std::cout << Shortest(number(*input.record)) << '\n';
+    std::cout << Shortest(number) << '\n';
     return true;
-  });
+  }));
+}
+
+// The unit of an axis of a record, or of its values; empty where the file names none or is read as hosts do.
+std::string UnitOf(const Input& input, char of) {
+  if (!input.dataset) return {};
+  const Dataset& d = *input.dataset;
+  return of == 'x' ? d.axes.back().unit : of == 'y' ? d.axes.front().unit : d.unit;
+}
+
+Json RangeJson(const Bounds& range, const std::string& unit) {
+  return {{"start", Number(range.from)}, {"end", Number(range.to)}, {"unit", unit}};
+}
+
+void DescribeArea(const Input& input, const Area& area, Json& document) {
+  document["x"] = RangeJson(area.XOf(*input.record), UnitOf(input, 'x'));
+  if (input.record->Is3D()) document["y"] = RangeJson(area.YOf(*input.record), UnitOf(input, 'y'));
 }
 
 // ------------------------------------------------------------ integrate
@@ -159,37 +213,23 @@ Problem HasNoStatistics(const PrnType& r, const Area& area) {
   return any || !area.Given() ? "" : "has no samples within the bounds";
 }
 
-// The unit of an axis of a record, or of its values; empty where the file names none or is read as hosts do.
-std::string UnitOf(const Input& input, char of) {
-  if (!input.dataset) return {};
-  const Dataset& d = *input.dataset;
-  return of == 'x' ? d.axes.back().unit : of == 'y' ? d.axes.front().unit : d.unit;
-}
-
-Json RangeJson(const Bounds& range, const std::string& unit) {
-  return {{"start", Number(range.from)}, {"end", Number(range.to)}, {"unit", unit}};
-}
-
 Json ExtremeJson(const Extreme& extreme, bool grid) {
   Json json = {{"value", Number(extreme.value)}, {"x", Number(extreme.x)}};
   if (grid) json["y"] = Number(extreme.y);
   return json;
 }
 
-Json StatisticsJson(const Input& input, const Statistics& statistics) {
+void DescribeStatistics(const Input& input, const Statistics& statistics, const Area& area, Json& json) {
   const PrnType& r = *input.record;
   const bool grid = r.Is3D() != 0;
-  Json json = {{"file", Utf8(input.file)},
-               {"item", input.item},
-               {"shape", grid ? "grid" : "curve"},
-               {"points", grid ? Json{r.nX, r.nY} : Json{r.nY}},
-               {"x", RangeJson(statistics.x, UnitOf(input, 'x'))}};
-  if (grid) json["y"] = RangeJson(statistics.y, UnitOf(input, 'y'));
+  json["shape"] = grid ? "grid" : "curve";
+  json["points"] = grid ? Json{r.nX, r.nY} : Json{r.nY};
+  DescribeArea(input, area, json);
+  json["unit"] = UnitOf(input, 'z');
   json["min"] = ExtremeJson(statistics.least, grid);
   json["max"] = ExtremeJson(statistics.greatest, grid);
   json[NameOfDifference(r)] = Number(statistics.difference);
   json["integral"] = Number(statistics.integral);
-  return json;
 }
 
 std::string Behind(const std::string& unit) { return unit.empty() ? "" : ' ' + unit; }
@@ -214,19 +254,17 @@ void PrintStatistics(const Input& input, const Statistics& statistics) {
     if (!name.empty()) std::cout << "  " << name << std::string(10 - name.size(), ' ') << Printable{text} << '\n';
 }
 
-int PrintAllStatistics(const Selection& selection, const Area& area, bool asJson) {
-  Json document = Json::array();
-  const int status = EachSelected(selection, {}, [&](const Input& input) {
+int PrintAllStatistics(const Selection& selection, const Area& area, bool json) {
+  Documents documents(json);
+  return documents.Print(EachSelected(selection, {}, [&](const Input& input) {
     if (!NoProblem(input, HasNoStatistics(*input.record, area))) return false;
     const Statistics statistics(*input.record, area);
-    if (asJson)
-      document.push_back(StatisticsJson(input, statistics));
+    if (json)
+      DescribeStatistics(input, statistics, area, documents.Add(input));
     else
       PrintStatistics(input, statistics);
     return true;
-  });
-  if (asJson) std::cout << document.dump(2) << '\n';
-  return status;
+  }));
 }
 
 // ------------------------------------------------------------ histogram
@@ -237,10 +275,16 @@ struct HistogramOptions {
   bool csv = false;
 };
 
-void PrintHistogram(const Input& input, const HistogramOptions& options) {
+void PrintHistogram(const Input& input, const HistogramOptions& options, Documents& documents) {
   std::vector<float> counts(static_cast<std::size_t>(options.bins));
   Bounds range;
   input.record->Histogram(options.bins, counts.data(), range.from, range.to);
+  if (documents.Wanted()) {
+    Json& document = documents.Add(input);
+    document["values"] = RangeJson(range, UnitOf(input, 'z'));
+    document["counts"] = std::vector<long long>(counts.begin(), counts.end());
+    return;
+  }
   const auto edge = [&](std::size_t k) {
     const float part = static_cast<float>(k) / static_cast<float>(counts.size());
     return k == counts.size() ? range.to : range.from + part * (range.to - range.from);
@@ -257,60 +301,76 @@ void PrintHistogram(const Input& input, const HistogramOptions& options) {
 
 Run DefineIntegrate(CLI::App& app) {
   auto options = std::make_shared<IntegrateOptions>();
+  auto json = std::make_shared<bool>(false);
   AddArea(app, options->area, "Integrate over");
   CLI::Option* absolute = app.add_flag("--absolute", options->absolute, "Add areas below 0 too");
   auto task = AddTask(app);
-  for (const char* output : {"--output", "--dir", "--to"}) absolute->excludes(app.get_option(output));
-  return [&app, task, options] {
-    if (!task->output.IsAsked())
-      return PrintEach(
-          task->selection, [&](const PrnType& r) { return CannotMeasure(r, options->area); },
-          [&](const PrnType& r) { return IntegralOf(r, *options); });
-    return Transform(app, *task, [&](Record& record) { return Integrate(record, *options); });
+  CLI::Option* list = AddJsonList(app, *json);
+  for (const char* output : {"--output", "--dir", "--to"}) {
+    absolute->excludes(app.get_option(output));
+    list->excludes(app.get_option(output));
+  }
+  return [&app, task, options, json] {
+    if (task->output.IsAsked())
+      return Transform(app, *task, [&](Record& record) { return Integrate(record, *options); });
+    const Area& area = options->area;
+    const Measure measure{"integral", [&](const PrnType& r) { return CannotMeasure(r, area); },
+                          [&](const PrnType& r) { return IntegralOf(r, *options); },
+                          [&](const Input& input, Json& document) { DescribeArea(input, area, document); }};
+    return PrintEach(task->selection, measure, *json);
   };
 }
 
 Run DefineValue(CLI::App& app) {
   auto selection = std::make_shared<Selection>();
   auto place = std::make_shared<Place>();
+  auto json = std::make_shared<bool>(false);
   app.add_option("-x,--x", place->x, "X coordinate")->type_name("X")->check(FiniteNumber())->required();
   place->givesY = app.add_option("-y,--y", place->y, "Y coordinate, for grids (required there)")
                       ->type_name("Y")
                       ->check(FiniteNumber());
   app.add_flag("-n,--nearest", place->nearest, "The value of the nearest sample, not one between samples");
   AddSelection(app, *selection);
-  return [selection, place] {
-    return PrintEach(
-        *selection, [&](const PrnType& r) { return HasNone(r, *place); },
-        [&](const PrnType& r) {
-          return place->nearest ? r.Nearest(place->x, place->y) : r.At(place->x, place->y);
-        });
+  AddJsonList(app, *json);
+  return [selection, place, json] {
+    const Measure measure{
+        "value", [&](const PrnType& r) { return HasNone(r, *place); },
+        [&](const PrnType& r) { return place->nearest ? r.Nearest(place->x, place->y) : r.At(place->x, place->y); },
+        [&](const Input& input, Json& document) {
+          document["x"] = Number(place->x);
+          if (input.record->Is3D()) document["y"] = Number(place->y);
+          document["unit"] = UnitOf(input, 'z');
+        }};
+    return PrintEach(*selection, measure, *json);
   };
 }
 
 Run DefineStats(CLI::App& app) {
   auto selection = std::make_shared<Selection>();
   auto area = std::make_shared<Area>();
-  auto asJson = std::make_shared<bool>(false);
+  auto json = std::make_shared<bool>(false);
   AddArea(app, *area, "Look at");
   AddSelection(app, *selection);
-  app.add_flag("-j,--json", *asJson, "Print one JSON document, a list with one object per record");
-  return [selection, area, asJson] { return PrintAllStatistics(*selection, *area, *asJson); };
+  AddJsonList(app, *json);
+  return [selection, area, json] { return PrintAllStatistics(*selection, *area, *json); };
 }
 
 Run DefineHistogram(CLI::App& app) {
   auto options = std::make_shared<HistogramOptions>();
+  auto json = std::make_shared<bool>(false);
   app.add_option("-b,--bins", options->bins, "Number of equal parts of the range of the values (default 20)")
       ->type_name("N")
       ->check(WholeNumber(2, 1000000));
-  app.add_flag("-c,--csv", options->csv, "Print comma-separated values");
+  CLI::Option* csv = app.add_flag("-c,--csv", options->csv, "Print comma-separated values");
   AddSelection(app, options->selection);
-  return [options] {
+  AddJsonList(app, *json)->excludes(csv);
+  return [options, json] {
     if (options->csv) std::cout << "File,From,To,Count\n";
-    return EachSelected(options->selection, {}, [&](const Input& input) {
-      PrintHistogram(input, *options);
+    Documents documents(*json);
+    return documents.Print(EachSelected(options->selection, {}, [&](const Input& input) {
+      PrintHistogram(input, *options, documents);
       return true;
-    });
+    }));
   };
 }
 

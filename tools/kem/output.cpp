@@ -142,7 +142,7 @@ void AddOutput(CLI::App& app, Output& output) {
       ->needs(app.get_option("--dir"));
   app.add_flag("--update", output.update, "Write only what is missing or older than its source");
   app.add_option("--report", output.report, "Write what became of each file, as JSON")->type_name("FILE");
-  app.add_option("-j,--jobs", output.jobs, "Files to work on at a time (default one for each processor)")
+  app.add_option("--jobs", output.jobs, "Files to work on at a time (default one for each processor)")
       ->type_name("N")
       ->check(WholeNumber(1, 64));
 }

@@ -13,6 +13,8 @@ void Translate(std::exception_ptr thrown) try {
 } catch (const Error& error) {
   const py::object type = py::module_::import("kem._errors").attr(kErrors[static_cast<int>(error.Code())]);
   PyErr_SetObject(type.ptr(), Sentence(error.what()).ptr());
+} catch (const std::length_error&) {
+  PyErr_NoMemory();
 }
 
 struct Documentation {

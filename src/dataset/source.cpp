@@ -54,7 +54,8 @@ void ToNative(std::endian order, NumberType type, std::byte* bytes, std::size_t 
 }  // namespace
 
 void Fail(ErrorCode code, const fs::path& file, std::string_view problem) {
-  throw Error(code, NameOf(file).append(": ").append(problem));
+  const std::string subject = file.empty() ? "the dataset" : NameOf(file);
+  throw Error(code, subject + ": " + std::string(problem));
 }
 
 std::string NameOf(const fs::path& file) {

@@ -24,7 +24,8 @@ using record::Aside;
 constexpr std::string_view kNoGrid = "is a curve; only grids have a Y axis";
 
 [[noreturn]] void Refuse(const PrnType& r, std::string_view problem) {
-  throw Error(ErrorCode::DoesNotFit, std::string(text::TextOf(r.fileName)).append(": ").append(problem));
+  const std::string subject(*r.fileName ? text::TextOf(r.fileName) : "the record");
+  throw Error(ErrorCode::DoesNotFit, subject + ": " + std::string(problem));
 }
 
 void NeedGrid(const PrnType& r) {

@@ -110,6 +110,8 @@ def test_errors_are_those_of_python(data, tmp_path):
         (lambda: kem.open("a\0b"), (TypeError, ValueError), Exception),
         (lambda: scan.resample(x=slice(0, 1)), ValueError, ValueError),
         (lambda: scan.resample(x=slice(0, 1e30, 1e-30)), MemoryError, MemoryError),
+        (lambda: kem.Axis(count=2**62).values, MemoryError, MemoryError),
+        (lambda: kem.Record([]), kem.DoesNotFit, ValueError),
         (lambda: kem.Record(np.zeros((2, 2, 2))), ValueError, ValueError),
         (lambda: kem.Record(np.zeros(3), x=[1, 2]), ValueError, ValueError),
         (lambda: kem.Record(np.zeros(3, complex)), TypeError, TypeError),
@@ -117,7 +119,7 @@ def test_errors_are_those_of_python(data, tmp_path):
     for call, one, other in cases:
         with pytest.raises(one) as caught:
             call()
-        assert isinstance(caught.value, other) and str(caught.value).strip()
+        assert isinstance(caught.value, other) and not str(caught.value).startswith(":")
 
 
 def test_errors_carry_a_sentence_through_pickle():

@@ -54,6 +54,9 @@ Run DefineHelp(CLI::App& app);
 // All commands, in the order in which the help lists them.
 std::span<const Command> Commands();
 
+// The help of all commands or of one, in the width of the terminal.
+std::string HelpText(const CLI::App& app);
+
 // A sentence about a command that there is not, with one that may have been meant.
 std::string NoCommand(std::string_view name);
 

@@ -14,18 +14,31 @@ constexpr Command kCommands[] = {
      R"(The item, if a file holds several, counts from 1. Notes on what is doubtful go to
 standard error. A number in the JSON document is null where a file holds none that
 is finite; docs/schema describes it. Texts that are no UTF-8 are taken for Latin-1.
-With --classic it is the report of the record that hosts of the library receive.)",
+With --classic it is the report of the record that hosts of the library receive.
+
+Example:
+  kem info --json scan.DSC)",
      DefineInfo},
     {"items", "List the items of files that hold several",
      R"(Prints for each item its number and its name, with a tab in between. An item is one
-variable of a file, a block or page of JCAMP-DX, a spectrum of a series.)",
+variable of a file, a block or page of JCAMP-DX, a spectrum of a series.
+
+Example:
+  kem items columns.nxy)",
      DefineItems},
     {"check", "Tell whether files are whole",
      R"(Opens every item and prints what is damaged or doubtful. The status is 0 when all
-are whole, 4 when one is damaged, and 1 when one cannot be read.)",
+are whole, 4 when one is damaged, and 1 when one cannot be read.
+
+Example:
+  kem check *.DSC)",
      DefineCheck},
-    {"identify", "Tell which format files have, and what tells so", "", DefineIdentify},
-    {"formats", "List the formats that are read and written", "", DefineFormats},
+    {"identify", "Tell which format files have, and what tells so", R"(Example:
+  kem identify cw.par)",
+     DefineIdentify},
+    {"formats", "List the formats that are read and written", R"(Example:
+  kem formats --json)",
+     DefineFormats},
     {"convert", "Write files in another format",
      R"(Files may be patterns, "data/**/*.DSC" in quotes, and folders, with -r those in them,
 too; what no format recognises is left out there, and so is what has the format
@@ -37,8 +50,8 @@ holds for the other commands that write files, too.
 
 A csv table begins with the axis titles. A curve has a line X,Y for each point, a
 grid a line X,Y,Z for each point with X varying fastest, as plotting programs,
-spreadsheets and data frames load it. Its numbers read back without loss, those
-of the other text formats have six digits and are finite. A linear axis of which
+spreadsheets and data frames load it. Its numbers read back without loss, and so do
+those of dx; in the other text formats they have six digits and are finite. A linear axis of which
 six digits of start, end and step would make another one is written point by point.
 
 Examples:
@@ -54,18 +67,32 @@ of the file. --script writes the commands for gnuplot and their data.
 Examples:
   kem plot scan.DSC
   kem plot --stack *.DSC -o overlay.svg
-  kem plot streak.img --log z --x 430 500 -o streak.png)",
+  kem plot streak.p3d --log z --x 430 500 -o streak.png)",
      DefinePlot},
     {"slice", "Cut curves out of grids, along X or along Y",
      R"(A band of one axis is summed, or averaged, and the result is a curve over the
-other axis.)",
+other axis.
+
+Example:
+  kem slice streak.p3d --x 440 450 --mean -o decay.prn)",
      DefineSlice},
-    {"cut", "Keep the part of curves or grids inside bounds", "The axes of the result ascend.", DefineCut},
+    {"cut", "Keep the part of curves or grids inside bounds", R"(The axes of the result ascend.
+
+Example:
+  kem cut scan.DSC --x 3340 3380 -o line.dx)",
+     DefineCut},
     {"reduce", "Make one sample of several neighbours, by their mean",
-     "What remains at the end of an axis is dropped.", DefineReduce},
+     R"(What remains at the end of an axis is dropped.
+
+Example:
+  kem reduce streak.p3d -x 4 -y 2 -o small.b3d)",
+     DefineReduce},
     {"resample", "Interpolate onto other coordinates",
      R"(Values lie on the line through two neighbours. A curve is 0 where it had no
-samples; a grid goes on along its last lines.)",
+samples; a grid goes on along its last lines.
+
+Example:
+  kem resample raman.prn --like reference.prn -o same.b2d)",
      DefineResample},
     {"axis", "Calculate with the coordinates of an axis",
      R"(An operation is one of + - * / ^ with a number behind it, or one of inv, exp, log
@@ -75,10 +102,16 @@ for become 0. Titles and values stay as they are.
 
 Examples:
   kem axis scan.DSC --x -3480 -o around_zero.prn
-  kem axis --x '*8065.54' --to prn --dir wavenumbers *.dx)",
+  kem axis --x '*8065.54' --to prn --dir wavenumbers *.prn)",
      DefineAxis},
-    {"swap", "Exchange X and Y: transpose grids, invert curves", "Titles go with their axes.", DefineSwap},
-    {"sort", "Put axes into ascending order", "", DefineSort},
+    {"swap", "Exchange X and Y: transpose grids, invert curves", R"(Titles go with their axes.
+
+Example:
+  kem swap streak.p3d -o turned.b3d)",
+     DefineSwap},
+    {"sort", "Put axes into ascending order", R"(Example:
+  kem sort raman.prn -o ascending.b2d)",
+     DefineSort},
     {"calc", "Calculate with files and numbers",
      R"--(An expression has the operators + - * / ^ and &, parentheses, and the functions
 Exp, Log (to base 10), Ln, Sin, Cos, Tan, ASin, ACos, ATan, SinH, CosH, TanH,
@@ -105,35 +138,63 @@ it stands for Set(FILE, NUMBER): 2 - a is Set(a, 2) - a.
 
 Examples:
   kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn
-  kem calc "(-Log('run 1/sample.prn' / 'run 1/reference.prn'))" -o absorbance.csv)--",
+  kem calc "(-Log('sample.prn' / 'reference.prn'))" -o absorbance.csv)--",
      DefineCalc},
     {"median", "Take out spikes by the median of neighbouring values",
-     "A span of grids reaches as far along X as along Y.", DefineMedian},
+     R"(A span of grids reaches as far along X as along Y.
+
+Example:
+  kem median -w 3 streak.p3d -o clean.b3d)",
+     DefineMedian},
     {"smooth", "Smooth by the quadratic filter of Savitzky and Golay",
-     "Half the width, rounded down, is lost at either end.", DefineSmooth},
+     R"(Half the width, rounded down, is lost at either end.
+
+Example:
+  kem smooth -w 9 --to prn --dir smooth *.prn)",
+     DefineSmooth},
     {"diff", "Differentiate",
      R"(Gives the slope per sample, not divided by the spacing of the axis. Seven of at
-least 16 samples are lost at either end.)",
+least 16 samples are lost at either end.
+
+Example:
+  kem diff scan.DSC -o slope.prn)",
      DefineDiff},
-    {"baseline", "Subtract the straight line through two points of the data", "", DefineBaseline},
-    {"slant", "Multiply curves by a linear factor that gives two values", "", DefineSlant},
+    {"baseline", "Subtract the straight line through two points of the data", R"(Example:
+  kem baseline raman.prn --x 450 3000 -o flat.prn)",
+     DefineBaseline},
+    {"slant", "Multiply curves by a linear factor that gives two values", R"(Example:
+  kem slant raman.prn -p 450 1 3000 2 -o even.prn)",
+     DefineSlant},
     {"value", "Show the value at a coordinate",
      R"(It lies on the line through the two samples nearest to the coordinate, of a grid
-along X and then along Y. Of several records each stands behind its name and a tab.)",
+along X and then along Y. Of several records each stands behind its name and a tab.
+
+Example:
+  kem value -x 450 -y 2.5 streak.p3d)",
      DefineValue},
     {"integrate", "Integrate: as a number, or with an output as a curve",
      R"(Prints the integral between bounds; of several records each behind its name and a
 tab. With --output, --dir or --to it writes a curve instead: the running integral
 of a curve, or the integral of a grid along the axis whose bounds are given,
-divided by the number of samples inside them.)",
+divided by the number of samples inside them.
+
+Example:
+  kem integrate raman.prn --x 990 1010)",
      DefineIntegrate},
     {"stats", "Show ranges, extremes and their places, noise and integral",
      R"(The noise of a grid is the sum of the absolute differences of neighbours along Y,
 divided by the number of samples. Of curves the same is shown of the abscissae, as
-their spacing.)",
+their spacing.
+
+Example:
+  kem stats --x 990 1010 --json *.prn)",
      DefineStats},
     {"histogram", "Count the values in equal parts of their range",
-     "Prints lower bound, upper bound and count of each part.", DefineHistogram},
+     R"(Prints lower bound, upper bound and count of each part.
+
+Example:
+  kem histogram --bins 50 --csv streak.p3d)",
+     DefineHistogram},
     {"help", "Explain a command", "", DefineHelp},
 };
 

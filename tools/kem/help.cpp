@@ -2,12 +2,14 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
-#include <set>
 #include <sstream>
 
 #include "command.h"
+#include "completion.h"
 #include "kem.h"
+#include "options.h"
 #include "output.h"
+#include "system.h"
 
 namespace kem::tool {
 namespace {
@@ -87,79 +89,64 @@ void PrintManual(const CLI::App& root) {
             << kMisused << " if the command line cannot be understood.\n";
 }
 
-// ------------------------------------------------------------ completion
-
-// The names of an option, "-o,--output", with another separator.
-std::string NamesOf(const CLI::Option& option, char separator) {
-  std::string names = option.get_name(false, true);
-  std::replace(names.begin(), names.end(), ',', separator);
-  return names;
-}
-
-std::string OptionWords(const CLI::App& command) {
-  std::string words;
-  for (const CLI::Option* option : OptionsOf(command, false)) words += NamesOf(*option, ' ') + ' ';
-  return words;
-}
-
-std::string CommandWords(const CLI::App& root) {
-  std::string words;
-  for (const CLI::App* command : CommandsOf(root)) words += command->get_name() + ' ';
-  return words;
-}
-
-std::string FormatWords() {
-  std::string words;
-  for (const Format& format : Formats()) words += std::string(format.name) + ' ';
-  return words;
-}
-
-// What follows an option whose value is a folder or a format.
-void PrintValueCompletions(const CLI::App& root) {
-  std::set<std::string> cases;
-  for (const CLI::App* command : CommandsOf(root))
-    for (const CLI::Option* option : OptionsOf(*command, false)) {
-      const std::string type = option->get_type_name();
-      const std::string what = type == "DIR" ? "-d" : type == "FORMAT" ? "-W '" + FormatWords() + '\'' : "";
-      if (!what.empty()) cases.insert(NamesOf(*option, '|') + ") mapfile -t COMPREPLY < <(compgen " + what);
-    }
-  for (const std::string& one : cases) std::cout << "    " << one << " -- \"$cur\"); return ;;\n";
-}
-
-void PrintCompletion(const CLI::App& root) {
-  std::cout << "# bash completion for kem\n_kem() {\n"
-            << "  local cur=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]} words=''\n"
-            << "  case ${COMP_WORDS[COMP_CWORD - 1]} in\n";
-  PrintValueCompletions(root);
-  std::cout << "  esac\n  case $command in\n";
-  for (const CLI::App* command : CommandsOf(root))
-    std::cout << "    " << command->get_name() << ") words='" << OptionWords(*command) << "' ;;\n";
-  std::cout << "  esac\n"
-            << "  [[ $command != help ]] || words+='" << CommandWords(root) << "'\n"
-            << "  ((COMP_CWORD > 1)) || words='" << CommandWords(root) << OptionWords(root) << "'\n"
-            << "  if [[ $cur == -* || $command == help ]] || ((COMP_CWORD == 1)); then\n"
-            << "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$cur\")\n"
-            << "  else\n    mapfile -t COMPREPLY < <(compgen -f -- \"$cur\")\n  fi\n}\n"
-            << "complete -o filenames -F _kem kem\n";
-}
-
 // ------------------------------------------------------------ help
+
+// Where a line of help may go on: below the description of an option, else below its first character.
+std::size_t IndentOf(const std::string& line) {
+  constexpr std::size_t kColumn = 28;  // of the descriptions
+  const std::size_t first = std::min(line.find_first_not_of(' '), line.size());
+  const bool described = first == 2 && line.size() > kColumn && line[kColumn - 1] == ' ' && line[kColumn] != ' ';
+  return described || first == kColumn ? kColumn : first;
+}
+
+// Breaks a line between its words.
+void AddBroken(std::string& text, std::string line, std::size_t width) {
+  const std::size_t indent = IndentOf(line);
+  while (line.size() > width) {
+    const std::size_t end = line.rfind(' ', width);
+    if (end == line.npos || end <= indent) break;
+    text += line.substr(0, end) + '\n';
+    line = std::string(indent, ' ') + line.substr(end + 1);
+  }
+  text += line + '\n';
+}
+
+// Joins the lines of each paragraph that begin at the margin; examples and options stay as they are.
+std::string Filled(const std::string& text) {
+  std::string filled;
+  std::istringstream lines(text);
+  bool open = false;
+  for (std::string line; std::getline(lines, line);) {
+    const bool plain = !line.empty() && line.front() != ' ';
+    filled += !filled.empty() && plain && open ? " " : filled.empty() ? "" : "\n";
+    filled += line;
+    open = plain && !line.ends_with(':');
+  }
+  return filled;
+}
+
+std::string InWidth(const std::string& help, std::size_t width) {
+  std::string text;
+  std::istringstream lines(help);
+  for (std::string line; std::getline(lines, line);) AddBroken(text, std::move(line), width);
+  return text;
+}
 
 struct HelpOptions {
   std::string command;
   bool manual = false;
-  bool completion = false;
+  std::string completion;  // the shell
 };
 
-int PrintHelp(const CLI::App& root, const HelpOptions& options) {
+int PrintHelp(CLI::App& root, const HelpOptions& options) {
   if (options.manual) {
     PrintManual(root);
-  } else if (options.completion) {
-    PrintCompletion(root);
+  } else if (!options.completion.empty()) {
+    std::cout << CompletionFor(options.completion, root);
   } else if (options.command.empty()) {
-    std::cout << root.get_formatter()->make_help(&root, "kem", CLI::AppFormatMode::Normal);
+    std::cout << HelpText(root);
   } else if (const CLI::App* command = CommandNamed(root, options.command)) {
-    std::cout << command->help("kem");
+    std::cout << HelpText(*command);
   } else {
     Complain("help: " + NoCommand(options.command));
     return kMisused;
@@ -169,12 +156,25 @@ int PrintHelp(const CLI::App& root, const HelpOptions& options) {
 
 }  // namespace
 
+std::string HelpText(const CLI::App& app) {
+  const int width = std::clamp(SizeOfTerminal(stdout).columns, 40, 120);
+  const bool command = app.get_parent() != nullptr;
+  const std::string help =
+      command ? app.help("kem") : app.get_formatter()->make_help(&app, "kem", CLI::AppFormatMode::Normal);
+  const std::string& footer = app.get_footer();
+  const auto at = footer.empty() ? help.npos : help.rfind(footer);
+  return InWidth(at == help.npos ? help : help.substr(0, at) + Filled(footer), static_cast<std::size_t>(width));
+}
+
 Run DefineHelp(CLI::App& app) {
   auto options = std::make_shared<HelpOptions>();
   app.add_option("COMMAND", options->command, "Command to explain")->type_name("");
   app.add_flag("--man", options->manual)->group("");
-  app.add_flag("--completion", options->completion)->group("");
-  const CLI::App& root = *app.get_parent();
+  app.add_option("--completion", options->completion,
+                 "Print the completion of command lines for a shell: bash, zsh or fish")
+      ->type_name("SHELL")
+      ->check(OneOf(Shells()));
+  CLI::App& root = *app.get_parent();
   return [options, &root] { return PrintHelp(root, *options); };
 }
 

@@ -117,7 +117,8 @@ void AddUnits(CLI::App& app) {
   CLI::Option* unit =
       app.add_option("--x-unit", reading.xUnit, "Convert X into this unit, where that has a meaning: " + units)
           ->type_name("UNIT")
-          ->check(Needed("one of " + units, [](const std::string& text) { return !UnitNamed(text).empty(); }))
+          ->check(Needed("one of " + units, [](const std::string& text) { return !UnitNamed(text).empty(); })
+                      .name(CLI::detail::join(Units(), " ")))
           ->excludes(classic);
   CLI::Option* axis = app.add_option_function<std::string>(
                              "--axis", [](const std::string&) { reading.gValues = true; },

@@ -29,12 +29,9 @@ nevertheless. "kem help COMMAND" explains a command; "kem FILE" is "kem info FIL
 
 Examples:
   kem info scan.DSC
-  kem info --json *.DSC | jq '.[].parameters.bes3tMwFrequency'
-  kem convert scan.DSC -o scan.prn
-  kem convert --to csv --all-items --dir tables *.par
-  kem smooth -w 9 --to b2d --dir smooth *.prn
-  kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn
-  kem stats --json *.DSC)";
+  kem info --json *.DSC | jq '.[].title'
+  kem convert --to csv -r measurements --dir tables --update
+  kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn)";
 
 constexpr const char* kNoCommand = "a command is expected; kem --help lists the commands";
 
@@ -94,7 +91,10 @@ int Parse(CLI::App& app, std::vector<std::string> words) {
   try {
     std::reverse(words.begin(), words.end());  // the order in which the parser takes them
     app.parse(words);
-  } catch (const CLI::Success& request) {  // help or version
+  } catch (const CLI::CallForHelp&) {
+    const auto commands = app.get_subcommands();
+    std::cout << HelpText(commands.empty() ? app : *commands.front());
+  } catch (const CLI::Success& request) {  // the version
     app.exit(request);
   } catch (const CLI::ParseError& misuse) {
     Complain(Sentence(app, misuse));

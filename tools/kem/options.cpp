@@ -66,9 +66,11 @@ CLI::Validator BoundNumber() {
 }
 
 CLI::Validator OneOf(const std::vector<std::string>& words) {
-  return Needed("one of " + CLI::detail::join(words, ", "), [words](const std::string& text) {
-    return std::find(words.begin(), words.end(), text) != words.end();
-  });
+  return Needed("one of " + CLI::detail::join(words, ", "),
+                [words](const std::string& text) {
+                  return std::find(words.begin(), words.end(), text) != words.end();
+                })
+      .name(CLI::detail::join(words, " "));
 }
 
 std::string TakesMore(const CLI::Option& option) {

@@ -22,6 +22,7 @@ CLI::Validator Needed(const std::string& what, const std::function<bool(const st
 CLI::Validator WholeNumber(int least, int most);
 CLI::Validator FiniteNumber();
 CLI::Validator BoundNumber();  // infinite where an axis is to have no bound
+// Its name has the words, for completion.
 CLI::Validator OneOf(const std::vector<std::string>& words);
 
 // What to say about an option that has too few values.

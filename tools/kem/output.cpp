@@ -121,14 +121,27 @@ Problem Place(const Writing& write, const std::string& source, const fs::path& t
 
 }  // namespace
 
+namespace {
+
+std::string FormatWords() {
+  std::string words;
+  for (const Format& format : Formats()) words += (words.empty() ? "" : " ") + std::string(format.name);
+  return words;
+}
+
+}  // namespace
+
 CLI::Option* AddOutputFile(CLI::App& app, Output& output) {
   CLI::Option* file = app.add_option("-o,--output", output.file, "Write to this file, or to standard output as -")
                           ->type_name("FILE");
   app.add_option("-t,--to", output.format, "Format, if the extension of the output does not tell: " + FormatNames())
       ->type_name("FORMAT")
-      ->check([](const std::string& name) {
-        return FormatNamed(name) ? "" : "no format " + name + ", but there are " + FormatNames();
-      });
+      ->check(CLI::Validator(
+                  [](std::string& name) {
+                    return FormatNamed(name) ? "" : "no format " + name + ", but there are " + FormatNames();
+                  },
+                  "")
+                  .name(FormatWords()));
   app.add_flag("-f,--force", output.force, "Overwrite existing files");
   return file;
 }

@@ -31,15 +31,7 @@
 #include <iosfwd>
 #include <span>
 
-#if defined(KEM_STATIC)
-#define KEM_API
-#elif defined(_WIN32) && defined(kem_EXPORTS)
-#define KEM_API __declspec(dllexport)
-#elif defined(_WIN32)
-#define KEM_API __declspec(dllimport)
-#else
-#define KEM_API __attribute__((visibility("default")))
-#endif
+#include "kem/export.h"
 
 // ---------------------------------------------------------------- 1. storage shapes and file types
 

@@ -4,7 +4,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # The library needs the first three alone; README.md tells which switch needs which of the others.
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
-test_packages=("${build_packages[@]}" doctest-dev libbenchmark-dev python3-jsonschema gnuplot-nox tmux zsh fish
+test_packages=("${build_packages[@]}" doctest-dev luajit libbenchmark-dev python3-jsonschema gnuplot-nox tmux zsh fish
   python3-pil clang libclang-rt-14-dev)
 wheel_packages=(pybind11-dev python3-dev python3-pip python3-wheel)
 python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytest python3-hypothesis python3-xarray

@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """How fast the command is to use: command.py KEM EXAMPLES [PYTHON-RUNS]. Exits with 1 where it is slower than said.
 
 - kem info of a small file, as a process: under 10 ms

@@ -352,7 +352,7 @@ TEST_CASE("kem: folders, patterns and what is up to date, one file after the oth
   fs::create_directory("empty");
   CHECK(Kem("check empty").err == "kem: empty: holds no files\n");
 #ifndef _WIN32
-  for (int k = 0; k < 400; ++k) fs::create_symlink(Example("streak.p3d"), "empty/" + std::to_string(k) + ".p3d");
+  for (int k = 0; k < 3000; ++k) fs::create_symlink(Example("streak.p3d"), "empty/" + std::to_string(k) + ".p3d");
   const Result ended = Kem("convert --quiet --to csv empty --dir ended --jobs 2",
                            "trap : INT; (until [ -e ended/1.csv ]; do sleep .01; done; kill -INT $$)& exec ");
   CHECK(ended.status == 130);

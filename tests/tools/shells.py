@@ -85,7 +85,8 @@ say 'compadd() {{ local -a kept; builtin compadd -O kept "$@"; print -rl -- ${{$
 say 'print ready >{os.getcwd()}/ready'
 until [[ -s ready ]]; do sleep .02; done
 zpty -w -n shell {line!r}$'\\t'
-sleep 0.7
+repeat 200; do [[ -s found ]] && break; sleep .05; done
+sleep .3
 zpty -d shell
 """
     for name in "found", "ready":

@@ -8,6 +8,8 @@ namespace {
 constexpr const char* kErrors[] = {"NotFound", "PermissionDenied", "ReadFailed", "UnknownFormat", "NotReadable",
                                    "Damaged",  "NoSuchItem",       "DoesNotFit", "WriteFailed",   "OutOfMemory"};
 
+static_assert(std::size(kErrors) == 1 + static_cast<std::size_t>(ErrorCode::OutOfMemory));
+
 void Translate(std::exception_ptr thrown) try {
   if (thrown) std::rethrow_exception(thrown);
 } catch (const Error& error) {

@@ -221,6 +221,18 @@ py::tuple Histogram(const Record& r, int parts) {
   return py::make_tuple(ReadOnly(std::span<const float>(h.counts)), h.low, h.high);
 }
 
+void PrintLog(const Record& r, int level) {
+  const py::scoped_ostream_redirect redirect;  // to sys.stdout
+  r->PrintLog(level);
+}
+
+using EqualTo = int (PrnType::*)(float* values, int n) const;
+
+bool HasCoordinates(const Record& r, EqualTo equal, const Numbers<float>& values) {
+  std::vector<float> copy(values.data(), values.data() + values.size());
+  return ((*r).*equal)(copy.data(), static_cast<int>(copy.size())) != 0;
+}
+
 void Save(const Record& r, const std::filesystem::path& path, const std::optional<std::string>& format) {
   format ? r.Write(path, "." + *format) : r.Write(path);
 }
@@ -280,6 +292,13 @@ void BindAnalysis(Class& c) {
   Def(c, "at", &Record::At, "x"_a, "y"_a = 0.0f);
   Def(c, "nearest", &Record::Nearest, "x"_a, "y"_a = 0.0f);
   Def(c, "same_axes", &Record::SameAxes, "other"_a);
+  for (const auto& [name, equal] :
+       {std::pair("x_axis_equals", &PrnType::XAxisEqArray), std::pair("y_axis_equals", &PrnType::YAxisEqArray)})
+    Def(
+        c, name,
+        [equal = equal](const Record& r, const Numbers<float>& values) { return HasCoordinates(r, equal, values); },
+        "values"_a);
+  Def(c, "print_log", &PrintLog, "level"_a = 3);
   Def(c, "resample", &Resample, "x"_a, "y"_a = py::none());
   Def(c, "slice", &Record::Slice, "axis"_a, "start"_a, "stop"_a, "mean"_a = false, Release());
   BindBounds(c, "cut", &Record::Cut, &Record::Cut);

@@ -840,6 +840,31 @@ class Record:
         >>> curve.same_axes(curve + 1)
         True
         """
+    def x_axis_equals(self, values: npt.ArrayLike) -> bool:
+        """Whether the X axis has these coordinates, within 1e-5.
+
+        Examples
+        --------
+        >>> curve.x_axis_equals(np.arange(21))
+        True
+        """
+    def y_axis_equals(self, values: npt.ArrayLike) -> bool:
+        """Whether the Y axis has these coordinates, within 1e-5.
+
+        Examples
+        --------
+        >>> grid.y_axis_equals([0, 1, 5])
+        False
+        """
+    def print_log(self, level: int = 3) -> None:
+        """Prints a report: 1 shape, 2 also ranges, 3 also titles and parameters, 5 also all values.
+
+        Examples
+        --------
+        >>> kem.load("examples/data/streak.p3d").print_log(level=1)
+        examples/data/streak.p3d
+        ...
+        """
     def resample(self, x: _Points, y: _Points | None = None) -> Record:
         """The values at other coordinates, on the line through two neighbours.
 

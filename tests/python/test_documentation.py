@@ -109,7 +109,8 @@ def test_the_stub_names_the_arguments():
 
 
 def test_types_of_the_examples():
-    files = [str(path) for path in Path("examples").glob("*.py")]
+    files = [str(path) for path in Path("examples").glob("*.py") if "import kem\n" in path.read_text()]
+    assert files
     site = Path(kem.__file__).parents[1]
     done = subprocess.run(
         [sys.executable, "-m", "mypy", "--cache-dir", site / "mypy", *files, *site.glob("kem/*.py")],

@@ -13,8 +13,8 @@ import pytest
 
 import kem
 
-matplotlib = pytest.importorskip("matplotlib")
-matplotlib.use("Agg")
+plt = pytest.importorskip("matplotlib.pyplot")
+plt.switch_backend("Agg")
 
 STUB = ast.parse((Path(kem.__file__).parent / "_kem.pyi").read_text())
 CLASSES = {"Axis": kem.Axis, "Dataset": kem.Dataset, "Record": kem.Record}
@@ -45,7 +45,7 @@ def test_examples_tell_the_truth(tmp_path):
         text = inspect.getdoc(member) or ""
         assert text and (">>>" in text or isinstance(member, type)), f"{name} has no example"
         runner.run(doctest.DocTestParser().get_doctest(text, dict(names), name, None, 0))
-        matplotlib.pyplot.close("all")
+        plt.close("all")
     assert runner.tries > 100 and runner.failures == 0
 
 

@@ -5,6 +5,8 @@ import pickle
 import shutil
 import subprocess
 import sys
+import threading
+import time
 import warnings
 
 import numpy as np
@@ -174,3 +176,26 @@ for call in [lambda: kem.open({str(file)!r}), lambda: curve.resample(slice(0, 2 
 """
     done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
     assert (done.returncode, done.stdout) == (0, "memory ran out\n" * 3), done.stderr
+
+
+def test_opening_lets_other_threads_run(tmp_path):
+    (tmp_path / "long.txt").write_bytes(b"1.5 2.5\n" * 200_000)
+    ticks, done = [], threading.Event()
+
+    def tick():
+        while not done.wait(0.001):
+            ticks.append(time.perf_counter())
+
+    def ticked_within():
+        started = time.perf_counter()
+        kem.open(tmp_path / "long.txt")
+        quarter = (time.perf_counter() - started) / 4
+        return any(started + quarter < at < started + 3 * quarter for at in ticks)
+
+    thread = threading.Thread(target=tick)
+    thread.start()
+    try:
+        assert any(ticked_within() for _ in range(9))
+    finally:
+        done.set()
+        thread.join()

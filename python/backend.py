@@ -64,3 +64,7 @@ def build_wheel(wheel_directory, config_settings=None, metadata_directory=None):
         with WheelFile(Path(wheel_directory) / name, "w") as wheel:
             wheel.write_files(package)
     return name
+
+
+if __name__ == "__main__":  # for packages that are no wheels: beside the package in a folder, what pip would write
+    _describe(Path(sys.argv[1]))

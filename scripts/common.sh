@@ -9,6 +9,8 @@ test_packages=("${build_packages[@]}" doctest-dev luajit libbenchmark-dev python
 wheel_packages=(pybind11-dev python3-dev python3-pip python3-wheel)
 python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytest python3-hypothesis python3-xarray
   python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)
+debian_packages=(dpkg-dev debhelper dh-python lintian debootstrap fakeroot doxygen "${build_packages[@]}" pybind11-dev python3-dev
+  python3-wheel)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine
   wine64 xvfb xdotool zenity clang-format clang-tidy pkg-config doxygen man-db git)

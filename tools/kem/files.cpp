@@ -26,15 +26,15 @@ bool IsFolder(const fs::path& path) {
   return fs::is_directory(path, error);
 }
 
-// What lies in a folder, in alphabetical order.
-std::vector<fs::path> EntriesOf(const fs::path& folder) {
+// What lies in a folder, in alphabetical order; nothing where it cannot be listed.
+std::vector<fs::path> EntriesOf(const fs::path& folder) try {
   std::vector<fs::path> entries;
-  std::error_code error;
-  for (fs::directory_iterator at(folder.empty() ? "." : folder, error), end; !error && at != end;
-       at.increment(error))
-    entries.push_back(folder / at->path().filename());
+  for (const auto& entry : fs::directory_iterator(folder.empty() ? "." : folder))
+    entries.push_back(folder / entry.path().filename());
   std::sort(entries.begin(), entries.end());
   return entries;
+} catch (const fs::filesystem_error&) {
+  return {};
 }
 
 // Where the character of UTF-8 that begins a text ends.

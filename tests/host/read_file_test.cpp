@@ -37,9 +37,9 @@ TEST_CASE("detection: the first text that occurs decides") {
       {std::string(129, '.') + "XY", "XY, NXY or JCAMP-DX"},  // ends at byte 131
       {std::string(130, '.') + "XY", ""},
       {std::string("a\0XY", 4), ""}};  // a NUL ends the text
-  for (const auto& [text, format] : cases) {
-    CAPTURE(text);
-    CHECK(FormatByContent(text) == format);
+  for (const auto& c : cases) {
+    CAPTURE(c.first);
+    CHECK(FormatByContent(c.first) == c.second);
   }
   CHECK(FirstHit(NameTests(), "a.P3D") == nullptr);
   CHECK(std::string(FirstHit(NameTests(), "a.spc.cvt")->format->name) == "CVT curve");

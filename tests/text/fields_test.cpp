@@ -18,7 +18,9 @@ TEST_CASE("text: scanning a line gives what the C library gives") {
                                                   {"%d:%d", 'd'},  {"%*c%d", 'd'},    {"%2u-%2u-%4u", 'u'},
                                                   {"%*s %s", 's'}};
   for (const char* line : lines)
-    for (const auto& [format, kind] : formats) {
+    for (const auto& one : formats) {
+      const char* const format = one.first;
+      const char kind = one.second;
       CAPTURE(line);
       CAPTURE(format);
       float g[2][3] = {{7, 7, 7}, {7, 7, 7}};

@@ -9,7 +9,6 @@
 // After a line that ends in a difference the next line repeats the last ordinate as a check.
 #include "formats/asdf.h"
 #include "portable.h"
-#include "record/findings.h"
 
 #include <algorithm>
 #include <array>

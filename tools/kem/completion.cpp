@@ -174,8 +174,8 @@ std::string Zsh(CLI::App& root) {
     for (const Word& word : line.options) {
       const std::string names = word.names.size() > 1 ? '{' + Joined(word.names, ",") + '}' : word.names.front();
       const std::string others = word.names.size() > 1 ? "'(" + Joined(word.names, " ") + ")'" : "";
-      cases +=
-          "        " + others + names + Quoted('[' + ZshText(word.help) + ']' + ZshValue(word), "'\\''") + " \\\n";
+      const std::string text = Quoted('[' + ZshText(word.help) + ']' + ZshValue(word), "'\\''");
+      cases.append("        ").append(others).append(names).append(text) += " \\\n";
     }
     cases += "        '*:" + (line.values.empty() ? "file:_kem_files" : "word:(" + Joined(line.values, " ") + ')') +
              "' ;;\n";

@@ -51,8 +51,10 @@ class Joined {
     const double tolerance = 1e-6 * std::fabs(x_.End() - x_.Start());
     for (std::size_t k = 0; k < x.Count(); ++k)
       if (!(std::fabs(x[k] - x_[k]) <= tolerance))
-        return "its X coordinate " + std::to_string(k + 1) + " is " + NumberText(x[k]) + of + NumberText(x_[k]) +
-               hint;
+        return std::string("its X coordinate ")
+            .append(std::to_string(k + 1) + " is ")
+            .append(NumberText(x[k]) + of)
+            .append(NumberText(x_[k]) + hint);
     return {};
   }
 

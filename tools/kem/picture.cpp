@@ -144,9 +144,12 @@ void AddCurves(std::string& script, const Picture& picture) {
   for (std::size_t c = 0; c < picture.curves.size(); ++c) {
     const std::string number = std::to_string(c + 1);
     const std::string y = picture.stack ? Stacked(script, picture, c) : "2";
-    script += (c == 0 ? "plot $curve" : "     $curve") + number + " using 1:" + y + " with lines linetype " +
-              number + " title " + InQuotes(picture.curves[c].name) +
-              (c + 1 < picture.curves.size() ? ", \\\n" : "\n");
+    script.append(c == 0 ? "plot $curve" : "     $curve").append(number).append(" using 1:").append(y);
+    script.append(" with lines linetype ")
+        .append(number)
+        .append(" title ")
+        .append(InQuotes(picture.curves[c].name));
+    script += c + 1 < picture.curves.size() ? ", \\\n" : "\n";
   }
 }
 

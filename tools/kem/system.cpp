@@ -8,9 +8,10 @@
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
+#endif
+#ifdef __APPLE__
 extern "C" {
-extern char** environ;
+extern char** environ;  // elsewhere unistd.h has it
 }
 #endif
 

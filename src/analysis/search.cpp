@@ -109,7 +109,7 @@ AxisSearch::AxisSearch(std::span<const float> axis, std::size_t targets) : axis_
     falling &= axis[k - 1] >= axis[k];
   }
   ordered_ = rising || falling;
-  constexpr std::size_t kFew = 30;  // scans that take as long as putting a million samples into order
+  constexpr std::size_t kFew = 30;  // as many scans take about as long as putting the samples into order
   if (!ordered_ && targets > kFew) unordered_.emplace(axis);
   sign_ = rising ? 1.0f : -1.0f;
   const auto same = [last = axis.back()](float c) { return c == last || (std::isnan(c) && std::isnan(last)); };

@@ -331,7 +331,8 @@ kem_severity kem_note_severity(const kem_dataset* dataset, size_t k) {
 
 kem_record* kem_to_record(const kem_dataset* dataset, kem_part part, kem_error* error) {
   return NewHandle<kem_record>(error, [&] {
-    if (!dataset) throw WrongArgument{"there is no dataset"};
+    if (!dataset || part < KEM_REAL || part > KEM_PHASE)
+      throw WrongArgument{"there is no dataset, or no such part"};
     return dataset->data.ToRecord(static_cast<kem::Part>(part));
   });
 }
@@ -347,6 +348,7 @@ kem_record* kem_curve(const float* y, const float* x, size_t count, kem_error* e
 kem_record* kem_grid(const float* z, const float* x, size_t nx, const float* y, size_t ny, kem_error* error) {
   return NewHandle<kem_record>(error, [&] {
     if (!z || !x || !y) throw WrongArgument{"there are no values, or no coordinates"};
+    if (ny > 0 && nx > std::numeric_limits<std::size_t>::max() / ny) throw std::bad_alloc();
     return Record::Grid({z, nx * ny}, {x, nx}, {y, ny});
   });
 }

@@ -17,8 +17,12 @@
 #include <string>
 
 #include "record/findings.h"
+#include "text/words.h"
 
 namespace kem::formats {
+
+using text::IsDigit;
+
 namespace {
 
 enum class Form : unsigned char {
@@ -63,8 +67,6 @@ constexpr std::array<Symbol, 256> MakeSymbols() {
 constexpr auto kSymbols = MakeSymbols();
 
 Symbol SymbolOf(char c) { return kSymbols[static_cast<unsigned char>(c)]; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 class Decoder {
  public:
   Decoder(std::string_view text, bool decimalComma)

@@ -22,8 +22,6 @@ namespace {
 
 // ------------------------------------------------------------ rows
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // What keeps the numbers of a line apart.
 struct Separators {
   std::string_view strong;  // one of them stands between two fields, which may be empty

@@ -28,7 +28,7 @@ using namespace kem::record;
 
 namespace {
 
-enum : std::size_t { kCountLine, kXTitleLine, kYTitleLine, kStartLine, kStepLine, kHeaderLines = 6 };
+enum : std::size_t { kCount, kXTitle, kYTitle, kStart, kStep, kCvtLines = 6 };
 
 constexpr std::string_view kXYTag = "XY:";
 
@@ -84,13 +84,13 @@ int PrnType::WriteCvt(char* const name) const {
 
 int PrnType::ReadCvt(std::ifstream& in) {
   Reset(*this);
-  Text header[kHeaderLines] = {};
+  Text header[kCvtLines] = {};
   for (Text& line : header) ReadTrimmedLine(in, line);
   if (in.fail()) return 0;
-  CopyText(xLabel, TextOf(header[kXTitleLine]));
-  CopyText(yLabel, TextOf(header[kYTitleLine]));
-  if (Contains(header[kCountLine], kXYTag)) return ReadStored(*this, in, header[kCountLine]);
-  return ReadDefined(*this, in, header[kStartLine], header[kStepLine]);
+  CopyText(xLabel, TextOf(header[kXTitle]));
+  CopyText(yLabel, TextOf(header[kYTitle]));
+  if (Contains(header[kCount], kXYTag)) return ReadStored(*this, in, header[kCount]);
+  return ReadDefined(*this, in, header[kStart], header[kStep]);
 }
 
 // ------------------------------------------------------------ as a dataset
@@ -100,8 +100,8 @@ const Reader kCvtReader{"CVT curve", ".cvt",
                         [](Source& source) -> std::string {
                           Lines lines(source.Head());
                           std::string_view line;
-                          for (std::size_t k = 0; k < kHeaderLines && lines.Next(line); ++k)
-                            if (k == kStartLine && Contains(line, "start")) return "line 4 begins with \"start\"";
+                          for (std::size_t k = 0; k < kCvtLines && lines.Next(line); ++k)
+                            if (k == kStart && Contains(line, "start")) return "line 4 begins with \"start\"";
                           return {};
                         },
                         OneItem, OpenOne<&PrnType::ReadCvt, kNoUnits>};

@@ -155,8 +155,6 @@ std::string NameOf(const Item& item) { return item.page ? Clean(item.page->value
 
 // ------------------------------------------------------------ numbers
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-
 // A comma between digits of a single number can only be a decimal one.
 bool HasDecimalComma(std::string_view number) {
   for (std::size_t k = 1; k + 1 < number.size(); ++k)
@@ -235,7 +233,7 @@ Meaning MeaningOfPage(const Item& item, std::string_view form) {
 
 // ------------------------------------------------------------ tables
 
-struct Table {
+struct Points {
   std::vector<double> x;  // empty where the abscissae are evenly spaced
   std::vector<double> y;
 };
@@ -272,21 +270,21 @@ void NoteUnknown(Dataset& d, std::size_t count) {
     d.notes.push_back({Severity::Doubtful, "characters in the data that are no numbers: " + std::to_string(count)});
 }
 
-Table ReadPairs(Dataset& d, std::string_view text, const Meaning& meaning, bool decimalComma) {
+Points ReadPairs(Dataset& d, std::string_view text, const Meaning& meaning, bool decimalComma) {
   std::size_t unknown = 0;
   const std::vector<double> numbers = ScanPairs(text, decimalComma, unknown);
   NoteUnknown(d, unknown);
   if (numbers.size() % 2 != 0) d.notes.push_back({Severity::Damaged, "the last pair has no second number"});
-  Table table;
+  Points points;
   for (std::size_t k = 0; k + 1 < numbers.size(); k += 2) {
-    table.x.push_back(numbers[k] * meaning.xFactor);
-    table.y.push_back(numbers[k + 1] * meaning.yFactor);
+    points.x.push_back(numbers[k] * meaning.xFactor);
+    points.y.push_back(numbers[k + 1] * meaning.yFactor);
   }
-  return table;
+  return points;
 }
 
-Table ReadOrdinates(const std::filesystem::path& file, Dataset& d, std::string_view text, const Meaning& meaning,
-                    bool decimalComma) {
+Points ReadOrdinates(const std::filesystem::path& file, Dataset& d, std::string_view text, const Meaning& meaning,
+                     bool decimalComma) {
   formats::Ordinates ordinates = formats::DecodeOrdinates(text, decimalComma, meaning.points.value_or(0));
   if (ordinates.absurd)
     Fail(ErrorCode::Damaged, file,
@@ -378,13 +376,13 @@ Dataset OpenJcamp(Source& source, int number) {
     Fail(ErrorCode::NotReadable, source.Path(), "its table has the form " + form + ", which kem does not read");
   const Meaning meaning = item.page ? MeaningOfPage(item, form) : MeaningOfBlock(item);
   const bool comma = UsesDecimalComma(item);
-  Table table = even ? ReadOrdinates(source.Path(), d, text, meaning, comma) : ReadPairs(d, text, meaning, comma);
-  CheckTable(d, meaning, table.y);
+  Points points = even ? ReadOrdinates(source.Path(), d, text, meaning, comma) : ReadPairs(d, text, meaning, comma);
+  CheckTable(d, meaning, points.y);
   d.name = meaning.yName;
   d.unit = meaning.yUnit;
-  d.axes = {even ? EvenAxis(d, meaning, table.y.size())
-                 : Axis::Stored(meaning.xName, meaning.xUnit, std::move(table.x))};
-  d.values = Values::Of(std::move(table.y));
+  d.axes = {even ? EvenAxis(d, meaning, points.y.size())
+                 : Axis::Stored(meaning.xName, meaning.xUnit, std::move(points.x))};
+  d.values = Values::Of(std::move(points.y));
   return d;
 }
 

@@ -7,13 +7,12 @@
 
 #include "portable.h"
 #include "text/number_text.h"
+#include "text/words.h"
 
 namespace kem::text {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 16;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // The longest run of characters that the number extraction of a stream consumes: sign, digits with one point,
 // then an exponent sign letter with an optional sign once a digit has been seen, and digits.

@@ -8,6 +8,7 @@
 
 #include "kem.h"
 #include "portable.h"
+#include "text/words.h"
 
 namespace kem::text {
 namespace {
@@ -22,8 +23,6 @@ Sign SignOf(std::string_view text) {
   if (text.empty() || (text[0] != '-' && text[0] != '+')) return {};
   return {text[0] == '-', 1};
 }
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Power of ten of the first significant digit; decides whether a number out of range is huge or tiny.
 long long MagnitudeOf(std::string_view digits) {

@@ -9,7 +9,8 @@
 
 namespace kem::text {
 
-// Letters without accents in one case, whatever the host's locale.
+// Digits, and letters without accents in one case, whatever the host's locale.
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool IsLower(char c) { return c >= 'a' && c <= 'z'; }
 constexpr bool IsUpper(char c) { return c >= 'A' && c <= 'Z'; }
 constexpr char Lower(char c) { return IsUpper(c) ? static_cast<char>(c - 'A' + 'a') : c; }

@@ -17,7 +17,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
+#include <cstdint>
+
+#include "portable.h"
 
 namespace kem::analysis {
 namespace {
@@ -97,6 +99,12 @@ std::size_t SecondByScan(std::span<const float> c, float t, std::size_t nearest,
   return second;
 }
 
+// Ascends in the total order of IEEE 754, where -0 stands before 0 and NaN at either end.
+std::int32_t Rank(float number) {
+  const auto bits = portable::bit_cast<std::int32_t>(number);
+  return bits < 0 ? bits ^ 0x7FFFFFFF : bits;
+}
+
 }  // namespace
 
 // ------------------------------------------------------------ ordered axes
@@ -118,7 +126,7 @@ AxisSearch::AxisSearch(std::span<const float> axis, std::size_t targets) : axis_
   scanned_ = axis.first(axis.size() - equal + std::min<std::size_t>(equal, 2));
 }
 
-bool AxisSearch::Before(float a, float b) const { return std::strong_order(sign_ * a, sign_ * b) < 0; }
+bool AxisSearch::Before(float a, float b) const { return Rank(sign_ * a) < Rank(sign_ * b); }
 
 // The lowest sample that is as near as sample k, where distances never rise from `first` to k.
 std::size_t AxisSearch::LowestAsNear(std::size_t first, std::size_t k, float t) const {

@@ -1,11 +1,10 @@
-// What a dataset is, as a JSON document and in words.
+// What a dataset is, in words.
 #pragma once
 
 #include <limits>
 #include <string>
 
-#include "input.h"
-#include "json.h"
+#include "kem/dataset.h"
 
 namespace kem::tool {
 
@@ -25,8 +24,5 @@ std::string NumberText(double value);
 
 // The text of a parameter, with its unit unless the text or the key has it.
 std::string WithUnit(const Parameter& parameter);
-
-// The document of kem info.
-Json Describe(const Input& input);
 
 }  // namespace kem::tool

@@ -8,11 +8,9 @@
 #include <vector>
 
 #include "files.h"
+#include "problem.h"
 
 namespace kem::tool {
-
-// What is wrong, as the end of a sentence that begins with a file's name; empty when nothing is.
-using Problem = std::string;
 
 // A file whose turn it is, and what is told about it.
 struct Turn {

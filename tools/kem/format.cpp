@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "csv.h"
-#include "input.h"
+#include "kem/dataset.h"
 #include "shape.h"
 #include "system.h"
 #include "text.h"

@@ -4,8 +4,8 @@
 #include <span>
 #include <string>
 
-#include "each_file.h"
 #include "kem.h"
+#include "problem.h"
 
 namespace kem::tool {
 

@@ -6,6 +6,7 @@
 #include "classic_info.h"
 #include "command.h"
 #include "describe.h"
+#include "document.h"
 #include "input.h"
 #include "json.h"
 #include "options.h"

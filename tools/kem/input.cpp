@@ -23,16 +23,6 @@ bool takesComplex = false;
 constexpr std::pair<const char*, Part> kParts[] = {
     {"real", Part::Real}, {"imaginary", Part::Imaginary}, {"magnitude", Part::Magnitude}, {"phase", Part::Phase}};
 
-// The sentence of an error without the path in front of it.
-Problem SentenceOf(const Error& error, const fs::path& path) {
-  const std::string sentence = error.what();
-  const auto name = path.u8string();
-  const std::size_t front = name.size() + 2;
-  return sentence.size() > front && sentence.compare(0, name.size(), {name.begin(), name.end()}) == 0
-             ? sentence.substr(front)
-             : sentence;
-}
-
 void MakeRecord(Input& input) {
   const Dataset& d = *input.dataset;
   if (d.values.IsComplex() && !reading.part && !takesComplex)
@@ -132,13 +122,6 @@ void AddUnits(CLI::App& app) {
       ->check(Needed("a number above 0",
                      [](const std::string& text) { return NumberIn(text) > 0 && std::isfinite(NumberIn(text)); }))
       ->needs(axis);
-}
-
-Problem Attempted(const fs::path& path, const std::function<void()>& function) try {
-  function();
-  return {};
-} catch (const Error& error) {
-  return SentenceOf(error, path);
 }
 
 void Tell(std::string_view file, const std::string& note) {

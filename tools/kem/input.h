@@ -61,9 +61,6 @@ void OpenItems(const std::string& file, const std::function<void(Input&)>& take)
 // Loads one item of a file, and prints the notes on it that cast doubt on its values.
 Input LoadItem(const std::string& file, int item);
 
-// Runs a function; returns the sentence of an error that it throws, without the path in front of it.
-Problem Attempted(const std::filesystem::path& path, const std::function<void()>& function);
-
 // Prints a note about a file on standard error, unless notes are not wanted.
 void Tell(std::string_view file, const std::string& note);
 

@@ -8,6 +8,7 @@
 
 #include "csv.h"
 #include "describe.h"
+#include "document.h"
 #include "jcamp.h"
 #include "lost.h"
 #include "options.h"

@@ -4,12 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <numeric>
+#include <span>
+#include <utility>
 #include <vector>
 
+#include "analysis/float_key.h"
 #include "analysis/result.h"
-#include "portable.h"
+#include "analysis/selection.h"
 #include "record/storage.h"
 
 using namespace kem::analysis;
@@ -52,54 +54,21 @@ struct Field {
   Index Place(Index collected) const { return std::min((collected - 1) / 2 + above, collected - 1); }
 };
 
-// Floats as integers of the same order. -0 comes before 0; NaN comes after all others and loses its sign.
-constexpr std::int32_t kMagnitude = 0x7fffffff;
-constexpr auto kInfinity = kem::portable::bit_cast<std::int32_t>(std::numeric_limits<float>::infinity());
-
-std::int32_t KeyOf(float value) {
-  const auto bits = kem::portable::bit_cast<std::int32_t>(value);
-  const std::int32_t magnitude = bits & kMagnitude;
-  const std::int32_t ordered = bits < 0 ? bits ^ kMagnitude : bits;
-  return magnitude > kInfinity ? magnitude : ordered;
-}
-
-float ValueOf(std::int32_t key) { return kem::portable::bit_cast<float>(key < 0 ? key ^ kMagnitude : key); }
-
 // ------------------------------------------------------------ narrow spans
 
-// From about here on ranks are faster.
-constexpr int kMostSorted = 14;
+using Selection = void (*)(const float* const* rows, Index count, Index length, float* const* result);
 
-// The same value of the spans of neighbouring samples.
-using Lanes = std::array<std::int32_t, 64>;
-
-void Order(Lanes& low, Lanes& high) {
-  for (std::size_t k = 0; k < low.size(); ++k) {
-    const std::int32_t a = low[k];
-    const std::int32_t b = high[k];
-    low[k] = a < b ? a : b;
-    high[k] = a < b ? b : a;
-  }
+// By the reach of a span, beginning with 1: those that are faster than ranks are.
+template <std::size_t... reach>
+constexpr std::array<Selection, sizeof...(reach)> SelectionsAlong(std::index_sequence<reach...>) {
+  return {SelectAll<1, 2 * reach + 3, reach + 1>...};
 }
+constexpr auto kOfCurves = SelectionsAlong(std::make_index_sequence<7>());
+constexpr std::array<Selection, 2> kOfGrids = {SelectAll<3, 3, 5>, SelectAll<5, 5, 13>};
 
-// For whole spans of two to kMostSorted values and a last one. Largest values are moved to the top until the place
-// of the median is reached: steps that do not depend on the values and so are taken for all lanes at once.
-void SelectSideBySide(const Field& field, const Area& area, float* const* result) {
-  const Index height = 2 * field.halfX + 1;
-  const Index sorted = height * (2 * field.halfY + 1) - 1;
-  const Index place = field.Place(sorted + 1);
-  std::array<Lanes, kMostSorted> span = {};
-  for (Index i = area.x.from; i < area.x.to; ++i)
-    for (Index j = area.y.from; j < area.y.to; j += std::ssize(span[0])) {
-      const Index lanes = std::min(std::ssize(span[0]), area.y.to - j);
-      for (Index k = 0; k < sorted; ++k) {
-        const float* values = field.rows[i - field.halfX + k % height] + j - field.halfY + k / height;
-        std::transform(values, values + lanes, span[k].begin(), KeyOf);
-      }
-      for (Index top = sorted - 1; top >= place; --top)
-        for (Index k = 0; k < top; ++k) Order(span[k], span[top]);
-      std::transform(span[place].begin(), span[place].begin() + lanes, result[i] + j, ValueOf);
-    }
+Selection NarrowSelection(const Field& field) {
+  const std::span<const Selection> all = field.halfX == 0 ? std::span<const Selection>(kOfCurves) : kOfGrids;
+  return field.halfY <= std::ssize(all) ? all[static_cast<std::size_t>(field.halfY) - 1] : nullptr;
 }
 
 // ------------------------------------------------------------ wide spans
@@ -259,9 +228,9 @@ void Medians(const Field& field, float* const* result) {
     for (Index i = 0; i < field.nX; ++i) std::copy_n(field.rows[i], field.nY, result[i]);
     return;
   }
-  const bool narrow = (2 * field.halfX + 1) * (2 * field.halfY + 1) <= kMostSorted + 1;
-  if (!narrow || whole.Count() == 0) return SelectByRank(field, all, result);
-  SelectSideBySide(field, whole, result);
+  const Selection select = NarrowSelection(field);
+  if (!select || whole.Count() == 0) return SelectByRank(field, all, result);
+  select(field.rows, field.nX, field.nY, result);
   SelectByRank(field, {{0, whole.x.from}, all.y}, result);
   SelectByRank(field, {{whole.x.to, field.nX}, all.y}, result);
   SelectByRank(field, {whole.x, {0, whole.y.from}}, result);

@@ -1,0 +1,37 @@
+#include "record/vectors.h"
+#include "support/records.h"
+
+using namespace kem::test;
+
+namespace {
+
+using Result = std::unique_ptr<PrnType>;
+
+constexpr Result (*kOperations[])(const PrnType&) = {
+    [](const PrnType& r) { return Take(r.Median2D(5)); },
+    [](const PrnType& r) { return Take(r.Median2D(15)); },
+    [](const PrnType& r) { return Take(r.Median3D(3)); },
+    [](const PrnType& r) { return Take(r.Median3D(5)); },
+};
+
+}  // namespace
+
+TEST_CASE("vectors: wide ones give the bits of those that every processor has") {
+  if (!kem::record::wideVectors) {
+    MESSAGE("skipped: there are none");
+    return;
+  }
+  ForRandomRecords(AllocY, [](PrnType& r, Rng& rng) {
+    const float hard[] = {0.0f, -0.0f, INFINITY, -INFINITY, std::nanf(""), 1e-45f, 3e38f};
+    if (rng() % 2)
+      for (float* row : Rows(r)) row[rng() % r.nY] = hard[rng() % std::size(hard)];
+    for (const auto operation : kOperations) {
+      CAPTURE(&operation - kOperations);
+      const Result wide = operation(r);
+      kem::record::wideVectors = false;
+      const Result plain = operation(r);
+      kem::record::wideVectors = true;
+      CHECK(SameData(*wide, *plain));
+    }
+  });
+}

@@ -1,12 +1,16 @@
 // Slices, windows, block means and the exchange of the axes.
 #include <algorithm>
+#include <array>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "analysis/axis.h"
 #include "analysis/result.h"
+#include "analysis/sorted.h"
 #include "analysis/window.h"
 #include "record/storage.h"
+#include "record/vectors.h"
 
 using namespace kem::analysis;
 using namespace kem::record;
@@ -25,6 +29,20 @@ std::vector<int> Band(const AxisValues& axis, float from, float to) {
     if ((from <= v && v <= to) || (to <= v && v <= from)) band.push_back(static_cast<int>(k));
   }
   return band;
+}
+
+// The sum over a band of each row, in the order of the band. Some rows take turns, because an addition waits for
+// the one before.
+void SumRows(const float* const* rows, int count, const std::vector<int>& band, float* sums) {
+  constexpr int kTogether = 16;
+  for (int i = 0; i < count; i += kTogether) {
+    std::array<const float*, kTogether> row;
+    std::array<float, kTogether> sum = {};
+    for (int k = 0; k < kTogether; ++k) row[k] = rows[std::min(i + k, count - 1)];
+    for (const int j : band)
+      for (int k = 0; k < kTogether; ++k) sum[k] += row[k][j];
+    std::copy_n(sum.begin(), std::min(kTogether, count - i), sums + i);
+  }
 }
 
 // Turns the sums over a band into means where that is asked for, and completes the slice.
@@ -62,27 +80,17 @@ Grid PartOf(float* const* rows, const Window& x, const Window& y) {
   return part;
 }
 
-void CutAxis(PrnType& r, const AxisFields& axis, const Window& window, std::unique_ptr<float[]> stored) {
-  const float origin = r.*axis.start;
-  const float step = r.*axis.step;
-  if (stored)
-    Replace(r.*axis.values, std::move(stored));
-  else
-    axis.Define(r, static_cast<float>(window.first) * step + origin,
-                static_cast<float>(window.first + window.count - 1) * step + origin, step);
-  r.*axis.count = window.count;
+Arrays PartOf(const PrnType& r, const Window& x, const Window& y) {
+  return {x.count, y.count, r.HasX() ? PartOf(r.xArray, x) : nullptr, r.HasY() ? PartOf(r.yArray, y) : nullptr,
+          r.Is3D() ? PartOf(r.zArray, x, y) : nullptr};
 }
 
-void CutTo(PrnType& r, const Window& x, const Window& y) {
-  auto xs = r.HasX() ? PartOf(r.xArray, x) : nullptr;
-  auto ys = r.HasY() ? PartOf(r.yArray, y) : nullptr;
-  if (r.Is3D()) {
-    Grid z = PartOf(r.zArray, x, y);
-    GridDeleter{r.nX}(r.zArray);
-    Own(r.zArray, std::move(z));
-  }
-  CutAxis(r, kX, x, std::move(xs));
-  CutAxis(r, kY, y, std::move(ys));
+void CutAxis(PrnType& r, const AxisFields& axis, const Window& window) {
+  if (axis.IsStoredIn(r)) return;
+  const float origin = r.*axis.start;
+  const float step = r.*axis.step;
+  axis.Define(r, static_cast<float>(window.first) * step + origin,
+              static_cast<float>(window.first + window.count - 1) * step + origin, step);
 }
 
 // ------------------------------------------------------------ block means
@@ -95,14 +103,28 @@ void BlockMeans(const float* values, int width, float* means, int count) {
   }
 }
 
-// Row by row; each block still sums its values in the order of rows, then columns.
+// Row by row; each block still sums its values in the order of rows, then columns. A width that is known when this
+// is compiled takes the place of `fy`.
+template <class Width>
+void AddRow(const float* row, Width fy, float* sums, int count) {
+  for (int b = 0; b < count; ++b) {
+    float sum = sums[b];
+    for (int j = 0; j < fy; ++j) sum += row[b * fy + j];
+    sums[b] = sum;
+  }
+}
+
 void BlockMeans(float* const* rows, int fx, int fy, float* means, int count) {
-  std::fill_n(means, count, 0.0f);
-  for (int i = 0; i < fx; ++i)
-    for (int b = 0; b < count; ++b)
-      for (int j = 0; j < fy; ++j) means[b] += rows[i][b * fy + j];
   const auto area = static_cast<float>(static_cast<long long>(fx) * fy);
-  for (int b = 0; b < count; ++b) means[b] /= area;
+  const auto add = [=](auto width) {
+    std::fill_n(means, count, 0.0f);
+    for (int i = 0; i < fx; ++i) AddRow(rows[i], width, means, count);
+    for (int b = 0; b < count; ++b) means[b] /= area;
+  };
+  if (fy == 2)
+    WithVectors([=] { add(std::integral_constant<int, 2>()); });
+  else
+    add(fy);
 }
 
 // ------------------------------------------------------------ transposing
@@ -124,11 +146,7 @@ PrnType& PrnType::XSlice(float y1, float y2, int average) const {
   if (!OwnsArrays(allocType) || !Is3D()) return *new PrnType;
   auto slice = NewProfile(*this, Kept(*this, kX));
   const auto band = Band(YValues(*this), y1, y2);
-  for (int i = 0; i < nX; ++i) {
-    float sum = 0;
-    for (const int j : band) sum += zArray[i][j];
-    slice->yArray[i] = sum;
-  }
+  SumRows(zArray, nX, band, slice->yArray);
   return Finish(std::move(slice), band.size(), average);
 }
 
@@ -146,17 +164,19 @@ PrnType& PrnType::Cut(float x1, float x2, float y1, float y2) const {
   if (!OwnsArrays(allocType) || x1 == x2 || (Is3D() && y1 == y2)) return *new PrnType;
   if (x1 > x2) std::swap(x1, x2);
   if (y1 > y2) std::swap(y1, y2);
-  auto result = std::make_unique<PrnType>(*this);
-  result->SortAxes();
-  const Window x = Inside(SampledX(*result), x1, x2);
-  const Window y = Is3D() ? Inside(YValues(*result), y1, y2) : x;
+  const Sorted source(*this);
+  const Window x = Inside(SampledX(*source), x1, x2);
+  const Window y = Is3D() ? Inside(YValues(*source), y1, y2) : x;
   if (x.beyond || y.beyond) {
-    result->DeAllocate();
-  } else {
-    CutTo(*result, x, y);
-    result->MinMax();
-    result->active = 1;
+    auto header = std::make_unique<PrnType>(CopyWithoutValues(*source));
+    header->DeAllocate();
+    return *header.release();
   }
+  auto result = std::make_unique<PrnType>(CopyWith(*source, PartOf(*source, x, y)));
+  CutAxis(*result, kX, x);
+  CutAxis(*result, kY, y);
+  result->MinMax();
+  result->active = 1;
   return *result.release();
 }
 

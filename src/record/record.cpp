@@ -79,17 +79,22 @@ void CopyShape(PrnType& to, const PrnType& src) {
 // What becomes of the values, a curve's Y array or a grid, when a record is copied.
 enum class Values { Copied, Open };
 
-void CopyArrays(PrnType& to, const PrnType& src, Values values) {
-  to.DeAllocate();
+Arrays CopyOfArrays(const PrnType& src, Values values) {
   const bool owns = OwnsArrays(src.allocType);
   const bool open = values == Values::Open;
   auto x = owns && src.HasX() ? CopyOfX(src) : nullptr;
   auto y = !owns || !src.HasY() ? nullptr : open && !src.Is3D() ? NewArray(src.nY) : CopyOf(src.yArray, src.nY);
   Grid z = !owns || !src.Is3D() ? nullptr : open ? NewGrid(src.nX, src.nY) : CopyOf(src.zArray, src.nX, src.nY);
+  return {src.nX, src.nY, std::move(x), std::move(y), std::move(z)};
+}
+
+void CopyWith(PrnType& to, const PrnType& src, Arrays arrays) {
   CopyShape(to, src);
-  Own(to.xArray, std::move(x));
-  Own(to.yArray, std::move(y));
-  Own(to.zArray, std::move(z));
+  to.nX = arrays.nX;
+  to.nY = arrays.nY;
+  Own(to.xArray, std::move(arrays.x));
+  Own(to.yArray, std::move(arrays.y));
+  Own(to.zArray, std::move(arrays.z));
 }
 
 // The arrays change hands; the source is left empty, its extension as it is.
@@ -154,15 +159,17 @@ void Reset(PrnType& record) {
   CreateExtension(record);
 }
 
-PrnType CopyWithoutValues(const PrnType& src) {
+PrnType CopyWith(const PrnType& src, Arrays arrays) {
   PrnType copy;
   copy.active = src.active;
   CopyText(copy.fileName, TextOf(src.fileName));
-  CopyArrays(copy, src, Values::Open);
+  CopyWith(copy, src, std::move(arrays));
   copy.CopyHeader(src);
   if (ExtensionCopyHook && Found().forHost) ExtensionCopyHook(copy.extension, src.extension);
   return copy;
 }
+
+PrnType CopyWithoutValues(const PrnType& src) { return CopyWith(src, CopyOfArrays(src, Values::Open)); }
 
 }  // namespace kem::record
 
@@ -267,7 +274,9 @@ void PrnType::DeAllocate() {
 }
 
 void PrnType::CopyData(const PrnType& src) {
-  if (this != &src) CopyArrays(*this, src, Values::Copied);
+  if (this == &src) return;
+  DeAllocate();
+  CopyWith(*this, src, CopyOfArrays(src, Values::Copied));
 }
 
 void PrnType::CopyHeader(const PrnType& src) {

@@ -67,6 +67,18 @@ int Finish(PrnType& record, const Streams&... sources) {
   return 1;
 }
 
+// What a record keeps its data in, as its shape asks for it.
+struct Arrays {
+  int nX;
+  int nY;
+  std::unique_ptr<float[]> x;
+  std::unique_ptr<float[]> y;
+  Grid z;
+};
+
+// A copy of a record with other arrays.
+PrnType CopyWith(const PrnType& src, Arrays arrays);
+
 // A copy of a record whose values, a curve's Y array or a grid, are not initialised.
 PrnType CopyWithoutValues(const PrnType& src);
 

@@ -79,7 +79,10 @@ float IntegralOfCurve(const PrnType& source, float x1, float x2, Counted counted
   Sum sum{counted};
   const auto add = [&sum](float width, float a, float b) { sum.Add(Trapezoid(width, a, b)); };
   if (!kem::analysis::NearlyEqual(x[k], x1)) add(x[k] - x1, source.At(x1, 0), y[k]);
-  for (; k + 1 < x.size() && x[k + 1] <= x2; ++k) add(x[k + 1] - x[k], y[k], y[k + 1]);
+  const auto beyond =
+      std::partition_point(x.data() + k + 1, x.data() + x.size(), [x2](float v) { return v <= x2; });
+  const auto last = static_cast<std::size_t>(beyond - x.data()) - 1;
+  for (; k < last; ++k) add(x[k + 1] - x[k], y[k], y[k + 1]);
   if (k > 0 && !Reaches(x[k], x2, counted)) add(x2 - x[k], source.At(x2, 0), y[k]);
   return static_cast<float>(sum.value);
 }

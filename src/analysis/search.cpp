@@ -19,6 +19,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "analysis/neighbours.h"
 #include "portable.h"
 
 namespace kem::analysis {
@@ -110,13 +111,8 @@ std::int32_t Rank(float number) {
 // ------------------------------------------------------------ ordered axes
 
 AxisSearch::AxisSearch(std::span<const float> axis, std::size_t targets) : axis_(axis) {
-  bool rising = true;
-  bool falling = true;
-  for (std::size_t k = 1; k < axis.size(); ++k) {
-    rising &= axis[k - 1] <= axis[k];
-    falling &= axis[k - 1] >= axis[k];
-  }
-  ordered_ = rising || falling;
+  const bool rising = AllNeighbours(axis, [](float a, float b) { return a <= b; });
+  ordered_ = rising || AllNeighbours(axis, [](float a, float b) { return a >= b; });
   constexpr std::size_t kFew = 30;  // as many scans take about as long as putting the samples into order
   if (!ordered_ && targets > kFew) unordered_.emplace(axis);
   sign_ = rising ? 1.0f : -1.0f;

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/axis.h"
+#include "analysis/neighbours.h"
 #include "analysis/result.h"
 #include "analysis/sorted.h"
 #include "record/storage.h"
@@ -18,8 +20,7 @@ namespace {
 // Whether each coordinate is strictly greater than the one before.
 bool Ascends(const KeptAxis& axis) {
   if (!axis.stored) return !(axis.step < 0);
-  const float* end = axis.stored + std::max(axis.count, 0);
-  return std::adjacent_find(axis.stored, end, [](float a, float b) { return !(b > a); }) == end;
+  return AllNeighbours(FirstOf(axis.stored, axis.count), [](float a, float b) { return b > a; });
 }
 
 // The indices that put an axis into ascending order. Equal coordinates keep their order, and NaN goes

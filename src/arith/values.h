@@ -2,11 +2,14 @@
 #pragma once
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "kem.h"
+#include "record/ranges.h"
 #include "record/storage.h"
+#include "record/vectors.h"
 #include "text/fields.h"
 
 namespace kem::arith {
@@ -40,7 +43,9 @@ inline float* Row(const PrnType& record, int i) { return IsGrid(record) ? record
 
 template <class Kernel, class... Values>
 void Apply(Kernel kernel, int count, float* to, const Values*... from) {
-  for (int k = 0; k < count; ++k) to[k] = kernel(from[k]...);
+  record::WithVectors([=] {
+    for (int k = 0; k < count; ++k) to[k] = kernel(from[k]...);
+  });
 }
 
 // A copy of a record under another name. Within an extent its values are the kernel's of the record's own and
@@ -50,15 +55,22 @@ PrnType Computed(std::string_view name, Extent extent, Kernel kernel, const PrnT
                  const Records&... others) {
   PrnType result = record::CopyWithoutValues(record);
   const Extent stored = StoredExtent(record);
+  std::optional<record::RunningRange> range;
   for (int i = 0; i < stored.rows; ++i) {
     float* to = Row(result, i);
     const float* from = Row(record, i);
     const int count = i < extent.rows ? extent.columns : 0;
     if (count > 0) Apply(kernel, count, to, from, Row(others, i)...);
     std::copy(from + count, from + stored.columns, to + count);
+    if (!IsGrid(record) || stored.columns <= 0) continue;
+    if (!range) range.emplace(to[0]);
+    range->Extend(to, stored.columns);
   }
   text::CopyText(result.fileName, name);
-  result.MinMax();
+  if (range)
+    record::SetRanges(result, *range);
+  else
+    result.MinMax();
   return result;
 }
 

@@ -1,51 +1,14 @@
 // Smallest and largest values of axes, curves and grids.
+#include "record/ranges.h"
+
 #include <algorithm>
-#include <array>
 #include <cstddef>
 
 #include "kem.h"
 
+using namespace kem::record;
+
 namespace {
-
-struct Range {
-  float low = 0;
-  float high = 0;
-};
-
-// Takes the values that are strictly smaller or larger; NaN never replaces anything. The lanes are
-// independent, and enough of them that compilers make vectors of them, so that memory sets the pace.
-class Lanes {
- public:
-  explicit Lanes(float first) {
-    low_.fill(first);
-    high_.fill(first);
-  }
-
-  void Extend(const float* values, int count) {
-    int k = 0;
-    for (; count - k >= kLanes; k += kLanes)
-      for (int lane = 0; lane < kLanes; ++lane) Take(lane, values[k + lane]);
-    for (int lane = 0; k < count; ++k, ++lane) Take(lane, values[k]);
-  }
-
-  Range Reduced() const {
-    Range range{low_[0], high_[0]};
-    for (const float v : low_) range.low = v < range.low ? v : range.low;
-    for (const float v : high_) range.high = v > range.high ? v : range.high;
-    return range;
-  }
-
- private:
-  static constexpr int kLanes = 32;
-
-  void Take(int lane, float v) {
-    low_[lane] = v < low_[lane] ? v : low_[lane];
-    high_[lane] = v > high_[lane] ? v : high_[lane];
-  }
-
-  std::array<float, kLanes> low_;
-  std::array<float, kLanes> high_;
-};
 
 // Zeros of both signs are equal, so which of them a range holds depends on the order of the visit: it is the
 // first.
@@ -69,20 +32,17 @@ bool EndsAtZero(const Range& range) { return range.low == 0 || range.high == 0; 
 
 Range RangeOf(const float* values, int count) {
   if (!values || count <= 0) return {};
-  Lanes lanes(values[0]);
-  lanes.Extend(values, count);
-  Range range = lanes.Reduced();
+  RunningRange running(values[0]);
+  running.Extend(values, count);
+  Range range = running.Reduced();
   if (EndsAtZero(range)) SettleZeros(range, *FindZero(values, values + count));
   return range;
 }
 
 // A grid counts as visited column by column, so its first zero is that of the first column that has one. A row
 // need not be searched behind the best column so far.
-Range RangeOf(float* const* rows, int nX, int nY) {
-  if (!rows || nX <= 0 || nY <= 0) return {};
-  Lanes lanes(rows[0][0]);
-  for (int i = 0; i < nX; ++i) lanes.Extend(rows[i], nY);
-  Range range = lanes.Reduced();
+Range RangeOf(float* const* rows, int nX, int nY, const RunningRange& running) {
+  Range range = running.Reduced();
   if (!EndsAtZero(range)) return range;
   const float* zero = rows[0];
   std::ptrdiff_t columns = nY;
@@ -96,20 +56,32 @@ Range RangeOf(float* const* rows, int nX, int nY) {
   return range;
 }
 
+Range RangeOf(float* const* rows, int nX, int nY) {
+  if (!rows || nX <= 0 || nY <= 0) return {};
+  RunningRange running(rows[0][0]);
+  for (int i = 0; i < nX; ++i) running.Extend(rows[i], nY);
+  return RangeOf(rows, nX, nY, running);
+}
+
+void SetRanges(PrnType& r, const Range& z) {
+  if (r.HasX()) {
+    const Range x = RangeOf(r.xArray, r.nX);
+    r.xStart = x.low;
+    r.xEnd = x.high;
+  }
+  if (r.HasY()) {
+    const Range y = RangeOf(r.yArray, r.nY);
+    r.yStart = y.low;
+    r.yEnd = y.high;
+  }
+  r.zMin = z.low;
+  r.zMax = z.high;
+}
+
 }  // namespace
 
-void PrnType::MinMax() {
-  if (HasX()) {
-    const Range x = RangeOf(xArray, nX);
-    xStart = x.low;
-    xEnd = x.high;
-  }
-  if (HasY()) {
-    const Range y = RangeOf(yArray, nY);
-    yStart = y.low;
-    yEnd = y.high;
-  }
-  const Range z = Is3D() ? RangeOf(zArray, nX, nY) : Range{};
-  zMin = z.low;
-  zMax = z.high;
+void kem::record::SetRanges(PrnType& grid, const RunningRange& values) {
+  ::SetRanges(grid, RangeOf(grid.zArray, grid.nX, grid.nY, values));
 }
+
+void PrnType::MinMax() { ::SetRanges(*this, Is3D() ? RangeOf(zArray, nX, nY) : Range{}); }

@@ -11,6 +11,8 @@ python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytes
   python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)
 debian_packages=(dpkg-dev debhelper dh-python lintian debootstrap fakeroot doxygen "${build_packages[@]}" pybind11-dev python3-dev
   python3-wheel)
+viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emscripten node-acorn nodejs)
+viewer_test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium python3-pytest)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine
   wine64 xvfb xdotool zenity clang-format clang-tidy pkg-config doxygen man-db git)

@@ -67,6 +67,7 @@ constexpr std::array<Symbol, 256> MakeSymbols() {
 constexpr auto kSymbols = MakeSymbols();
 
 Symbol SymbolOf(char c) { return kSymbols[static_cast<unsigned char>(c)]; }
+
 class Decoder {
  public:
   Decoder(std::string_view text, bool decimalComma)
@@ -91,7 +92,36 @@ class Decoder {
     if (at_ == end_) return;
     if (SymbolOf(*at_).form == Form::Plain) (void)Number(0);
     const bool check = form_ == Form::Difference;
-    for (bool first = true; InLine();) first = Item(first && check) && first;
+    for (bool first = true; InLine();) {
+      first = Item(first && check) && first;
+      if (!first && form_ == Form::Difference) Differences();
+    }
+  }
+
+  // Takes differences of up to four digits, of which most tables are made. Their lengths follow no rule that a
+  // processor could guess, so every character is weighed and none decides where to go on.
+  void Differences() {
+    constexpr int kDigits = 4;
+    const char* at = at_;
+    double last = last_;
+    for (; end_ - at > kDigits && SymbolOf(*at).form == Form::Difference; last = result_.values.back()) {
+      int value = SymbolOf(*at).digit;
+      const int sign = value < 0 ? -1 : 1;
+      int length = 1;
+      bool going = true;
+      for (int k = 1; k < kDigits; ++k) {
+        const int digit = at[k] - '0';
+        going &= IsDigit(at[k]);
+        value = going ? 10 * value + sign * digit : value;
+        length += going ? 1 : 0;
+      }
+      if (!EndsDifference(at[length])) break;
+      difference_ = value;
+      result_.values.push_back(last + difference_);
+      at += length;
+    }
+    at_ = at;
+    last_ = last;
   }
 
   // Takes what stands here; whether the first ordinate of the line is still to come.
@@ -168,10 +198,11 @@ class Decoder {
   }
 
   // Whether a character that stands for a digit is a whole number: what follows begins another one.
-  bool IsAlone() const {
-    if (end_ - at_ < 2) return true;
-    const Form next = SymbolOf(at_[1]).form;
-    return next == Form::Difference || next == Form::Duplicate || next == Form::LineEnd;
+  bool IsAlone() const { return end_ - at_ < 2 || EndsDifference(at_[1]); }
+
+  static bool EndsDifference(char next) {
+    const Form form = SymbolOf(next).form;
+    return form == Form::Difference || form == Form::Duplicate || form == Form::LineEnd;
   }
 
   bool IsPoint() const {

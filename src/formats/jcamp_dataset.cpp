@@ -293,7 +293,8 @@ Points ReadOrdinates(const std::filesystem::path& file, Dataset& d, std::string_
   if (ordinates.failedChecks > 0)
     d.notes.push_back({Severity::Doubtful, "lines that do not begin with the ordinate before: " +
                                                std::to_string(ordinates.failedChecks)});
-  for (double& y : ordinates.values) y *= meaning.yFactor;
+  if (meaning.yFactor != 1)
+    for (double& y : ordinates.values) y *= meaning.yFactor;
   return {{}, std::move(ordinates.values)};
 }
 

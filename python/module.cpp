@@ -55,6 +55,13 @@ py::list FormatsRead() {
   return formats;
 }
 
+// An object that __new__ alone has made holds nothing; the binding would hand on memory that nobody has filled.
+void RefuseUnfilled(const py::object& type) {
+  py::detail::get_type_info(reinterpret_cast<PyTypeObject*>(type.ptr()))->operator_new = [](std::size_t) -> void* {
+    throw py::type_error("the object was never filled: call its class, not __new__ alone");
+  };
+}
+
 }  // namespace
 
 const char* DocumentationOf(const std::string& name) {
@@ -80,6 +87,7 @@ PYBIND11_MODULE(_kem, m) {
   py::register_exception_translator(Translate);
   BindDataset(m);
   BindRecord(m);
+  for (const char* name : {"Axis", "Dataset", "Record"}) RefuseUnfilled(m.attr(name));
   m.def("open", &Open, "path"_a, "item"_a = 1, Release());
   m.def("open_each", &OpenEach, "path"_a, "take"_a, Release());
   m.def("items", &ItemsOf, "path"_a, Release());

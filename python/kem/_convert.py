@@ -69,5 +69,5 @@ def to_pandas(self: Dataset | Record) -> Union[pd.Series, pd.DataFrame]:
     indices = [pd.Index(axis.values, name=name) for axis, name in zip(dataset.axes, names)]
     if len(indices) == 2:
         return pd.DataFrame(dataset.values, *indices)
-    index = indices[0] if len(indices) == 1 else pd.MultiIndex.from_product(indices)
+    index = indices[0] if len(indices) == 1 else pd.MultiIndex.from_product(indices) if indices else None
     return pd.Series(dataset.values.reshape(-1), index, name=dataset.name)

@@ -118,6 +118,9 @@ def test_errors_are_those_of_python(data, tmp_path):
         (lambda: kem.Record(np.zeros(3), x=[1, 2]), ValueError, ValueError),
         (lambda: kem.Record(np.zeros(3, complex)), TypeError, TypeError),
     ]
+    for kind in (kem.Axis, kem.Dataset, kem.Record):
+        cases.append((lambda kind=kind: repr(kind.__new__(kind)), TypeError, TypeError))
+    cases.append((lambda: kem.Record.__new__(kem.Record).x, TypeError, TypeError))
     for call, one, other in cases:
         with pytest.raises(one) as caught:
             call()

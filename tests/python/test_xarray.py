@@ -73,5 +73,6 @@ def test_pandas():
     assert isinstance(curve, pd.Series) and curve[1.0] == 1j and (curve.index.name, curve.name) == ("time", "I")
     table = kem.Record(np.arange(6).reshape(2, 3), x=[5, 6, 7]).to_pandas()
     assert isinstance(table, pd.DataFrame) and table.loc[1.0, 7.0] == 5
+    assert kem.Dataset(np.array(3.0), []).to_pandas().tolist() == [3]
     many = volume().to_pandas()
     assert many.index.names == ["field_b0", "dim", "field_b0_2"] and many.index[17] == (1, 2, 1) and many.iloc[17] == 17

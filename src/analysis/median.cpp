@@ -4,12 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <numeric>
 #include <span>
 #include <utility>
 #include <vector>
 
 #include "analysis/float_key.h"
+#include "analysis/radix.h"
 #include "analysis/result.h"
 #include "analysis/selection.h"
 #include "record/storage.h"
@@ -123,7 +123,7 @@ class RankedTile {
     reach_ = {{field_.AroundX(tile.x.from).from, field_.AroundX(tile.x.to - 1).to},
               {field_.AroundY(tile.y.from).from, field_.AroundY(tile.y.to - 1).to}};
     Rank();
-    set_.Clear(keys_.size());
+    set_.Clear(ranked_.size());
     span_ = {{reach_.x.from, reach_.x.from}, {reach_.y.from, reach_.y.from}};
     for (Index i = tile.x.from; i < tile.x.to; ++i) {
       MoveX(field_.AroundX(i));
@@ -137,31 +137,27 @@ class RankedTile {
   }
 
  private:
+  static constexpr std::uint32_t kNegative = 0x80000000;  // turns signed keys into unsigned ones of the same order
+
   // By columns, so that what enters and leaves along a row lies side by side.
   Index At(Index i, Index j) const { return (j - reach_.y.from) * reach_.x.Count() + i - reach_.x.from; }
 
   void Rank() {
     const auto size = static_cast<std::size_t>(reach_.Count());
-    keys_.resize(size);
-    order_.resize(size);
+    ranked_.resize(size);
+    scratch_.resize(size);
     ranks_.resize(size);
     for (Index i = reach_.x.from; i < reach_.x.to; ++i)
-      for (Index j = reach_.y.from; j < reach_.y.to; ++j) keys_[At(i, j)] = KeyOf(field_.rows[i][j]);
-    std::iota(order_.begin(), order_.end(), 0u);
-    for (const int byte : {0, 1, 2, 3}) SortByByte(byte);
-    for (std::uint32_t rank = 0; rank < size; ++rank) ranks_[order_[rank]] = rank;
+      for (Index j = reach_.y.from; j < reach_.y.to; ++j) {
+        const auto at = static_cast<std::uint32_t>(At(i, j));
+        ranked_[at] = {static_cast<std::uint32_t>(KeyOf(field_.rows[i][j])) ^ kNegative, at};
+      }
+    SortByKey<8>(ranked_, scratch_);
+    for (std::uint32_t rank = 0; rank < size; ++rank) ranks_[ranked_[rank].index] = rank;
   }
 
-  // One pass of a radix sort of the order; equal digits keep theirs.
-  void SortByByte(int byte) {
-    const auto digit = [byte](std::int32_t key) {
-      return (static_cast<std::uint32_t>(key) ^ 0x80000000) >> 8 * byte & 0xff;
-    };
-    std::array<std::uint32_t, 257> start = {};
-    for (const std::int32_t key : keys_) ++start[digit(key) + 1];
-    std::partial_sum(start.begin(), start.end(), start.begin());
-    for (const std::uint32_t index : order_) ranks_[start[digit(keys_[index])]++] = index;
-    order_.swap(ranks_);
+  float ValueAt(std::size_t rank) const {
+    return ValueOf(static_cast<std::int32_t>(ranked_[rank].key ^ kNegative));
   }
 
   void MoveX(const Span& x) {
@@ -191,19 +187,19 @@ class RankedTile {
     const Index collected = span_.Count();
     const Index place = field_.Place(collected);
     const std::uint32_t last = ranks_[At(span_.x.to - 1, span_.y.to - 1)];
-    if (place == collected - 1) return ValueOf(keys_[order_[last]]);
+    if (place == collected - 1) return ValueAt(last);
     set_.Remove(last);
     const std::size_t rank = set_.At(static_cast<std::size_t>(place));
     set_.Add(last);
-    return ValueOf(keys_[order_[rank]]);
+    return ValueAt(rank);
   }
 
   Field field_;
   Area reach_ = {};
   Area span_ = {};
-  std::vector<std::int32_t> keys_;
-  std::vector<std::uint32_t> order_;  // index of the value of each rank
-  std::vector<std::uint32_t> ranks_;  // rank of each value
+  std::vector<Keyed> ranked_;
+  std::vector<Keyed> scratch_;
+  std::vector<std::uint32_t> ranks_;  // of each value
   RankSet set_;
 };
 

@@ -1,13 +1,15 @@
 // Puts the axes of a record into ascending order; the values move along.
 #include <algorithm>
 #include <cmath>
-#include <numeric>
+#include <cstdint>
 #include <span>
 #include <utility>
 #include <vector>
 
 #include "analysis/axis.h"
+#include "analysis/float_key.h"
 #include "analysis/neighbours.h"
+#include "analysis/radix.h"
 #include "analysis/result.h"
 #include "analysis/sorted.h"
 #include "record/storage.h"
@@ -23,25 +25,27 @@ bool Ascends(const KeptAxis& axis) {
   return AllNeighbours(FirstOf(axis.stored, axis.count), [](float a, float b) { return b > a; });
 }
 
-// The indices that put an axis into ascending order. Equal coordinates keep their order, and NaN goes
-// last.
-std::vector<int> AscendingOrder(std::span<const float> axis) {
-  std::vector<int> order(axis.size());
-  std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(), [axis](int a, int b) {
-    const float x = axis[static_cast<std::size_t>(a)];
-    const float y = axis[static_cast<std::size_t>(b)];
-    return x < y || (!std::isnan(x) && std::isnan(y));
-  });
+// The indices that put an axis into ascending order. Equal coordinates keep their order, zeros of both signs among
+// them, and NaN goes last.
+std::vector<std::uint32_t> AscendingOrder(std::span<const float> axis) {
+  constexpr std::uint32_t kNegative = 0x80000000;
+  std::vector<Keyed> items(axis.size());
+  for (std::uint32_t k = 0; k < axis.size(); ++k) {
+    const auto key = std::isnan(axis[k]) ? kMagnitude : KeyOf(axis[k] + 0.0f);  // -0 + 0 is 0
+    items[k] = {static_cast<std::uint32_t>(key) ^ kNegative, k};
+  }
+  std::vector<Keyed> scratch(items.size());
+  SortByKey<11>(items, scratch);
+  std::vector<std::uint32_t> order(items.size());
+  std::transform(items.begin(), items.end(), order.begin(), [](const Keyed& item) { return item.index; });
   return order;
 }
 
 // Moves the element at order[k] to k.
 template <class T>
-void Reorder(T* elements, const std::vector<int>& order, std::vector<T>& scratch) {
+void Reorder(T* elements, const std::vector<std::uint32_t>& order, std::vector<T>& scratch) {
   scratch.assign(elements, elements + order.size());
-  std::transform(order.begin(), order.end(), elements,
-                 [&scratch](int from) { return scratch[static_cast<std::size_t>(from)]; });
+  std::transform(order.begin(), order.end(), elements, [&scratch](std::uint32_t from) { return scratch[from]; });
 }
 
 void Turn(PrnType& r, const AxisFields& axis) { axis.Define(r, r.*axis.end, r.*axis.start, -(r.*axis.step)); }
@@ -66,7 +70,7 @@ void SortRows(PrnType& grid) {
 
 // What sorting the columns of a grid takes: nothing where they need no order.
 struct ColumnOrder {
-  std::vector<int> order;
+  std::vector<std::uint32_t> order;
   std::vector<float> scratch;
 
   explicit ColumnOrder(const PrnType& grid) {

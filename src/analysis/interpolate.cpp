@@ -3,17 +3,19 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <new>
-#include <numeric>
 #include <utility>
 #include <vector>
 
 #include "analysis/axis.h"
 #include "analysis/line.h"
 #include "analysis/result.h"
+#include "analysis/second.h"
 #include "record/storage.h"
+#include "record/vectors.h"
 
 using namespace kem::analysis;
 using namespace kem::record;
@@ -66,33 +68,70 @@ float ValueBetween(const AxisSearch& search, const float* values, float target, 
 void ResampleCurve(const PrnType& src, PrnType& result) {
   const AxisValues axis = SampledX(src);
   const AxisSearch search(axis, static_cast<std::size_t>(result.nX));
-  std::size_t nearest = 0;
+  std::size_t above = 1;
   for (int k = 0; k < result.nX; ++k) {
-    nearest = search.Nearest(result.xArray[k], nearest);
-    result.yArray[k] = ValueBetween(search, src.yArray, result.xArray[k], nearest);
+    const float target = result.xArray[k];
+    if (const auto pair = search.Between(target, above)) {
+      const Line line(axis, target, pair->nearest, pair->across);
+      result.yArray[k] = line.Value(src.yArray[pair->nearest], src.yArray[pair->across]);
+    } else {
+      const std::size_t nearest = search.Nearest(target, above - 1);
+      result.yArray[k] = ValueBetween(search, src.yArray, target, nearest);
+      above = nearest + 1 < axis.size() ? nearest + 1 : std::max<std::size_t>(nearest, 1);
+    }
   }
 }
+
+// The value at a coordinate x of each column of a grid, and from those the values of a row of the result.
+class RowAt {
+ public:
+  RowAt(std::span<const float> ys, std::span<const float> targets, const std::vector<std::int32_t>& nearest)
+      : ys_(ys), nearest_(nearest), offsets_(targets.size()), columns_(ys.size()) {
+    for (std::size_t j = 0; j < targets.size(); ++j) offsets_[j] = targets[j] - ys[nearest[j]];
+  }
+
+  void Fill(float* const* rows, const Line& x, const std::vector<std::int32_t>& second, float* result) {
+    WithVectors([x, a = rows[x.first], b = rows[x.second], to = columns_.data(), count = columns_.size()] {
+      for (std::size_t q = 0; q < count; ++q) to[q] = x.Value(a[q], b[q]);
+    });
+    WithVectors([v = columns_.data(), ys = ys_.data(), offset = offsets_.data(), near = nearest_.data(),
+                 next = second.data(), result, count = offsets_.size()] {
+      for (std::size_t j = 0; j < count; ++j) {
+        const std::int32_t n = near[j];
+        const std::int32_t s = next[j];
+        const float drawn = v[n] + (v[s] - v[n]) / (ys[s] - ys[n]) * offset[j];
+        result[j] = n == s ? v[n] : drawn;
+      }
+    });
+  }
+
+ private:
+  std::span<const float> ys_;
+  const std::vector<std::int32_t>& nearest_;
+  std::vector<float> offsets_;
+  std::vector<float> columns_;
+};
 
 void ResampleGrid(const PrnType& src, PrnType& result) {
   const AxisValues xs = SampledX(src);
   const AxisValues ys = YValues(src);
+  const std::span<const float> targets = FirstOf(result.yArray, result.nY);
   AxisSearch alongX(xs);
-  AxisSearch alongY(ys);
-
-  std::vector<std::size_t> columns(static_cast<std::size_t>(result.nY));
-  std::iota(columns.begin(), columns.end(), 0);
-  std::sort(columns.begin(), columns.end(),
-            [&](std::size_t a, std::size_t b) { return alongY.Before(result.yArray[a], result.yArray[b]); });
-  std::vector<std::size_t> nearest(columns.size());
-  for (std::size_t j = 0; j < nearest.size(); ++j) nearest[j] = alongY.Nearest(result.yArray[j]);
-
+  SecondNeighbours alongY(ys, targets);
+  const std::vector<std::int32_t>& nearest = alongY.Nearest();
+  RowAt row(ys, targets, nearest);
+  const bool few = targets.size() < ys.size() / 4;  // of the columns are looked at
   for (int i = 0; i < result.nX; ++i) {
     const float x = result.xArray[i];
     const Line xLine = NearestLine(alongX, x, x);
-    for (const std::size_t j : columns) {
-      const float y = result.yArray[j];
-      // The second neighbour along y is measured from x once a candidate has been taken: mixed, and meant so.
-      const Line yLine(ys, y, nearest[j], alongY.Second(y, nearest[j], x));
+    // The second neighbour along y is measured from x once a candidate has been taken: mixed, and meant so.
+    const std::vector<std::int32_t>& second = alongY.Second(x);
+    if (!few) {
+      row.Fill(src.zArray, xLine, second, result.zArray[i]);
+      continue;
+    }
+    for (std::size_t j = 0; j < targets.size(); ++j) {
+      const Line yLine(ys, targets[j], static_cast<std::size_t>(nearest[j]), static_cast<std::size_t>(second[j]));
       result.zArray[i][j] = Bilinear(src.zArray, xLine, yLine);
     }
   }

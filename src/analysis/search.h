@@ -27,6 +27,28 @@ class AxisSearch {
   // The nearest sample on the other side of the target, or at it; none when the target lies outside.
   std::optional<std::size_t> Across(float target, std::size_t nearest) const;
 
+  // Both where that is plain to see: the target lies between two neighbours, in single precision the sample below
+  // them is farther away, and no product of differences vanishes. `above` is where the answer for the target before
+  // was found, at least 1, and moves a few samples at most.
+  struct Pair {
+    std::size_t nearest;
+    std::size_t across;
+  };
+  std::optional<Pair> Between(float target, std::size_t& above) const {
+    constexpr int kMost = 4;
+    const float t = sign_ * target;
+    if (!ordered_ || axis_.size() < 2) return {};
+    for (int step = 0; step < kMost && above + 1 < axis_.size() && Coordinate(above) <= t; ++step) ++above;
+    for (int step = 0; step < kMost && above > 1 && Coordinate(above - 1) > t; ++step) --above;
+    const float toBelow = t - Coordinate(above - 1);
+    const float toAbove = Coordinate(above) - t;
+    const bool nearer = toAbove < toBelow;
+    const float least = nearer ? toAbove : toBelow;
+    if (!(toBelow > 0 && toAbove > 0 && least * least > 0)) return {};
+    if (above > 1 && !(t - Coordinate(above - 2) > toBelow)) return {};
+    return Pair{above - (nearer ? 0 : 1), above - (nearer ? 1 : 0)};
+  }
+
   // The second neighbour, which may lie on the same side. The scan goes upwards from the first sample and takes
   // each that is nearer to the target than the best so far; what is then kept as the best is its distance to
   // `measure`. Where that is the target itself, the second nearest sample results. The neighbour of the first
@@ -34,6 +56,9 @@ class AxisSearch {
   //
   // For one measure, targets that come in the order of Before() share work.
   std::size_t Second(float target, std::size_t nearest, float measure);
+
+  // 1 for an axis that ascends, -1 for one that descends, which is searched as its mirror image; else 0.
+  float Direction() const { return ordered_ ? sign_ : 0; }
 
   // An order of all targets, NaN included, along the axis.
   bool Before(float a, float b) const;
@@ -63,7 +88,7 @@ class AxisSearch {
   std::span<const float> scanned_;  // without the last of equal samples
   std::optional<UnorderedSearch> unordered_;
   bool ordered_ = false;
-  float sign_ = 1;  // -1: a descending axis, searched as its mirror image
+  float sign_ = 1;
   Run run_;
   Near near_;
 };

@@ -1,4 +1,5 @@
 #include "analysis/search.h"
+#include "analysis/second.h"
 
 #include "support/records.h"
 
@@ -81,10 +82,17 @@ TEST_CASE("search: every answer is the literal scan's, to the last tie") {
     for (float& t : targets) t = Target(rng, axis);
     if (round % 2) std::sort(targets.begin(), targets.end(), [&](float a, float b) { return search.Before(a, b); });
     const float x = Target(rng, axis);
-    std::size_t nearest = 0;
-    for (const float t : targets) {
+    kem::analysis::SecondNeighbours seconds(axis, targets);
+    const std::vector<std::int32_t>& second = seconds.Second(x);
+    std::size_t nearest = 0, above = 1;
+    for (const float& t : targets) {
       CAPTURE(t);
       nearest = search.Nearest(t, nearest);
+      REQUIRE(second[&t - targets.data()] == static_cast<int>(LiteralSecond(axis, t, nearest, x)));
+      if (const auto pair = search.Between(t, above)) {
+        REQUIRE(pair->nearest == nearest);
+        REQUIRE(pair->across == LiteralAcross(axis, t, nearest, axis.size()));
+      }
       REQUIRE(nearest == LiteralNearest(axis, t));
       REQUIRE(search.Across(t, nearest).value_or(axis.size()) == LiteralAcross(axis, t, nearest, axis.size()));
       const float measure = round % 3 ? x : t;

@@ -2,73 +2,95 @@
 // surroundings, Analytical Chemistry 36 (1964) 1627.
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "analysis/result.h"
 #include "analysis/sorted.h"
 #include "record/storage.h"
+#include "record/vectors.h"
 
 using namespace kem::analysis;
 using namespace kem::record;
 
 namespace {
 
-struct Filter {
+struct Weights {
   int width;
   double sum;                      // of the weights of all samples
   std::array<double, 11> weights;  // from the centre outwards
-
-  int Margin() const { return width / 2; }
 };
 
-constexpr Filter kFilters[] = {
+constexpr std::array<Weights, 6> kWeights = {{
     {5, 35, {17, 12, -3}},
     {7, 21, {7, 6, 3, -2}},
     {9, 231, {59, 54, 39, 14, -21}},
     {13, 143, {25, 24, 21, 16, 9, 0, -11}},
     {17, 323, {43, 42, 39, 34, 27, 18, 7, -6, -21}},
     {21, 3059, {329, 324, 309, 284, 249, 204, 149, 84, 9, -76, -171}},
+}};
+
+// Values smoothed side by side, each from the samples at its place in runs one sample apart. Weights and pairs of
+// samples are known when this is compiled, so that sums stay where they are made.
+template <std::size_t kFilter, std::size_t... pair>
+void SmoothPairs(const float* const* runs, float* result, int lanes, std::index_sequence<pair...>) {
+  constexpr std::size_t kCentre = sizeof...(pair);
+  constexpr int kBlock = 1024;
+  for (int from = 0; from < lanes; from += kBlock)
+    WithVectors([runs, to = result + from, from, some = std::min(kBlock, lanes - from)] {
+      const auto& weights = kWeights[kFilter].weights;
+      const float* const run[] = {runs[pair] + from..., runs[kCentre] + from, runs[kCentre + 1 + pair] + from...};
+      std::array<float, kBlock> smoothed;  // by itself in memory, as more runs may overlap than compilers check
+      for (int k = 0; k < some; ++k) {
+        double sum = weights[0] * static_cast<double>(run[kCentre][k]);
+        ((sum += weights[pair + 1] * static_cast<double>(run[kCentre - 1 - pair][k] + run[kCentre + 1 + pair][k])),
+         ...);
+        smoothed[k] = static_cast<float>(sum / kWeights[kFilter].sum);
+      }
+      std::copy_n(smoothed.begin(), some, to);
+    });
+}
+
+template <std::size_t kFilter>
+void Smooth(const float* const* runs, float* result, int lanes) {
+  SmoothPairs<kFilter>(runs, result, lanes, std::make_index_sequence<kWeights[kFilter].width / 2>());
+}
+
+struct Filter {
+  int width;
+  void (*smooth)(const float* const* runs, float* result, int lanes);
+
+  int Margin() const { return width / 2; }
 };
+
+template <std::size_t... filter>
+constexpr std::array<Filter, sizeof...(filter)> FiltersOf(std::index_sequence<filter...>) {
+  return {Filter{kWeights[filter].width, Smooth<filter>}...};
+}
+constexpr auto kFilters = FiltersOf(std::make_index_sequence<kWeights.size()>());
 
 const Filter* FilterOf(int width) {
   const auto* filter =
-      std::find_if(std::begin(kFilters), std::end(kFilters), [width](const Filter& f) { return f.width == width; });
-  return filter == std::end(kFilters) ? nullptr : filter;
+      std::find_if(kFilters.begin(), kFilters.end(), [width](const Filter& f) { return f.width == width; });
+  return filter == kFilters.end() ? nullptr : filter;
 }
 
-// Values smoothed side by side, few enough that sums and samples stay in the fastest memory.
-constexpr int kLanes = 1024;
-
-// A run of up to kLanes smoothed values. `samples(k)` is the run k samples away from the centre.
-template <class Samples>
-void Smooth(const Filter& filter, Samples samples, float* result, int lanes) {
-  std::array<double, kLanes> sum;
-  const float* centre = samples(0);
-  for (int k = 0; k < lanes; ++k) sum[k] = filter.weights[0] * static_cast<double>(centre[k]);
-  for (int i = 1; i <= filter.Margin(); ++i) {
-    const float* before = samples(-i);
-    const float* after = samples(i);
-    const double weight = filter.weights[i];
-    for (int k = 0; k < lanes; ++k) sum[k] += weight * static_cast<double>(before[k] + after[k]);
-  }
-  for (int k = 0; k < lanes; ++k) result[k] = static_cast<float>(sum[k] / filter.sum);
-}
+using Runs = std::array<const float*, 21>;
 
 // Smooths a sequence.
 void SmoothAlong(const Filter& filter, const float* values, float* result, int count) {
-  for (int at = 0; at < count; at += kLanes) {
-    const float* centre = values + filter.Margin() + at;
-    Smooth(
-        filter, [centre](int k) { return centre + k; }, result + at, std::min(kLanes, count - at));
-  }
+  Runs runs;
+  for (int k = 0; k < filter.width; ++k) runs[k] = values + k;
+  filter.smooth(runs.data(), result, count);
 }
 
 // Smooths each column, strip by strip: the rows of a strip are read again for the next values while they are near.
 void SmoothAcross(const Filter& filter, const float* const* rows, float* const* result, int count, int columns) {
-  for (int j = 0; j < columns; j += kLanes)
+  constexpr int kStrip = 4096;
+  Runs runs;
+  for (int j = 0; j < columns; j += kStrip)
     for (int i = 0; i < count; ++i) {
-      const float* const* centre = rows + filter.Margin() + i;
-      Smooth(
-          filter, [centre, j](int k) { return centre[k] + j; }, result[i] + j, std::min(kLanes, columns - j));
+      for (int k = 0; k < filter.width; ++k) runs[k] = rows[i + k] + j;
+      filter.smooth(runs.data(), result[i] + j, std::min(kStrip, columns - j));
     }
 }
 

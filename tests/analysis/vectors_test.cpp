@@ -13,6 +13,7 @@ constexpr Result (*kOperations[])(const PrnType&) = {
     [](const PrnType& r) { return Take(r.Median2D(5)); },  [](const PrnType& r) { return Take(r.Median2D(15)); },
     [](const PrnType& r) { return Take(r.Median3D(3)); },  [](const PrnType& r) { return Take(r.Median3D(5)); },
     [](const PrnType& r) { return Take(r.Reduce(2, 2)); }, [](const PrnType& r) { return Moved(r / r.Exp()); },
+    [](const PrnType& r) { return Take(r.XSmooth(5)); },   [](const PrnType& r) { return Take(r.YSmooth(21)); },
     [](const PrnType& r) { return Moved(Sorted(r)); },     [](const PrnType& r) { return Moved(Swapped(r)); },
 };
 

@@ -1,5 +1,5 @@
 // A grid combined with another of equal axes: the library against the literal rule, which copies both operands
-// and walks columns. bench/compare_numpy.py sets the same figures beside those of numpy.
+// and walks columns. bench/compare sets kem beside numpy.
 #include <benchmark/benchmark.h>
 
 #include <string>

@@ -1,6 +1,6 @@
 // Medians and smoothing at the size of a camera image and of a long trace: the library against the literal rule,
 // which sorts a span for every median and smooths an image column by column. A literal median is timed for one
-// row, or for as many samples of the trace. bench/compare_scipy.py sets the same figures beside those of SciPy.
+// row, or for as many samples of the trace. bench/compare sets kem beside SciPy and OpenCV.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

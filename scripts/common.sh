@@ -13,6 +13,7 @@ debian_packages=(dpkg-dev debhelper dh-python lintian debootstrap fakeroot doxyg
   python3-wheel)
 viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emscripten node-acorn nodejs)
 viewer_test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium python3-pytest)
+bench_packages=(libbenchmark-dev python3-numpy python3-scipy python3-pandas python3-opencv python3-bottleneck)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine
   wine64 xvfb xdotool zenity clang-format clang-tidy pkg-config doxygen man-db git)

@@ -6,6 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
 test_packages=("${build_packages[@]}" doctest-dev luajit libbenchmark-dev python3-jsonschema gnuplot-nox tmux zsh fish
   python3-pil clang libclang-rt-14-dev)
+docs_packages=(doxygen python3-sphinx python3-myst-parser python3-breathe furo)
 wheel_packages=(pybind11-dev python3-dev python3-pip python3-wheel)
 python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytest python3-hypothesis python3-xarray
   python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)

@@ -1,0 +1,53 @@
+"""Runs what the pages show, and compares what it prints: pages.py FOLDER PAGE... in that folder.
+
+Lines of a ```console block that begin with "$ " are commands, those behind them their output; ```python blocks are doctests.
+"..." stands for anything. KEM_COMMAND is the command to be run; a page's blocks share their folder and Python's names.
+"""
+
+import doctest
+import os
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+BLOCK = re.compile(r"^```(console|python)\n(.*?)^```", re.M | re.S)
+COMMAND = re.compile(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", re.M)
+
+
+def output(command, folder):
+    place = Path(os.environ["KEM_COMMAND"]).parent
+    environment = {**os.environ, "PATH": f"{place}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8"}
+    done = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, stdout=-1, stderr=-2, text=True)
+    return done.stdout
+
+
+def run(page, folder):
+    """Runs a page and returns how many commands and lines of Python it has; a difference is an AssertionError."""
+    names, tries = {}, 0
+    runner = doctest.DocTestRunner(optionflags=doctest.ELLIPSIS | doctest.NORMALIZE_WHITESPACE)
+    before = os.getcwd()
+    os.chdir(folder)
+    try:
+        for kind, text in BLOCK.findall(page.read_text()):
+            if kind == "console":
+                for command, expected in COMMAND.findall(text):
+                    tries += 1
+                    got = output(command, folder)
+                    same = doctest.OutputChecker().check_output(expected, got, doctest.ELLIPSIS)
+                    assert same, f"{page.name}: {command}\nprints\n{got}not\n{expected}"
+            elif ">>>" in text:
+                test = doctest.DocTestParser().get_doctest(text, names, page.name, None, 0)
+                runner.run(test, clear_globs=False)
+                names = test.globs
+    finally:
+        os.chdir(before)
+    assert runner.failures == 0, f"{page.name}: {runner.failures} lines of Python differ"
+    return tries + runner.tries
+
+
+if __name__ == "__main__":
+    folder = Path(sys.argv[1])
+    for page in map(Path, sys.argv[2:]):
+        if count := run(page.resolve(), folder):
+            print(f"{page}: {count} commands and lines")

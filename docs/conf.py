@@ -18,5 +18,4 @@ breathe_default_project = "kem"
 breathe_domain_by_extension = {"h": "cpp"}
 autodoc_member_order = "bysource"
 autodoc_typehints = "none"
-# Colours of text are those of the terminal's, and GitHub knows no "console".
-suppress_warnings = ["misc.highlighting_failure"]
+exclude_patterns = ["README.md", "examples"]  # the first is the index for readers of the sources

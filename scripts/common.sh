@@ -2,7 +2,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# The library needs the first three alone; README.md tells which switch needs which of the others.
+# The library needs the first three alone; docs/build.md tells which switch needs which of the others.
 build_packages=(cmake ninja-build g++ libcli11-dev nlohmann-json3-dev)
 test_packages=("${build_packages[@]}" doctest-dev luajit libbenchmark-dev python3-jsonschema gnuplot-nox tmux zsh fish
   python3-pil clang libclang-rt-14-dev)
@@ -18,6 +18,8 @@ bench_packages=(libbenchmark-dev python3-numpy python3-scipy python3-pandas pyth
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine
   wine64 xvfb xdotool zenity clang-format clang-tidy pkg-config doxygen man-db git)
+
+version() { sed -n 's/^project(kem VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt; }
 
 say() { printf '\n== %(%T)T %s\n' -1 "$*"; }
 

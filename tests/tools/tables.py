@@ -1,10 +1,10 @@
-"""The tables of formats in README.md are those of kem formats; KEM_APPROVE=1 writes them: tables.py KEM README."""
+"""The tables of formats in docs/loading.md are those of kem formats; KEM_APPROVE=1 writes them: tables.py KEM PAGE."""
 import json
 import os
 import subprocess
 import sys
 
-kem, readme = sys.argv[1:]
+kem, page = sys.argv[1:]
 formats = json.loads(subprocess.run([kem, "formats", "--json"], stdout=subprocess.PIPE, check=True).stdout)
 rows = ["| read | files |", "|---|---|"]
 for row in formats["read"]:
@@ -14,12 +14,12 @@ rows += [f"| `{row['name']}` | {row['what']} |" for row in formats["written"]]
 table = "\n".join(rows) + "\n"
 
 first, last = "<!-- formats: made by tests/tools/tables.py -->\n", "<!-- formats end -->"
-with open(readme, encoding="utf-8") as file:
+with open(page, encoding="utf-8") as file:
     text = file.read()
 before, rest = text.split(first)
 found, after = rest.split(last)
 if os.environ.get("KEM_APPROVE"):
-    with open(readme, "w", encoding="utf-8") as file:
+    with open(page, "w", encoding="utf-8") as file:
         file.write(before + first + table + last + after)
 elif found != table:
-    sys.exit("README.md has other tables of formats; KEM_APPROVE=1 writes them")
+    sys.exit("docs/loading.md has other tables of formats; KEM_APPROVE=1 writes them")

@@ -1,7 +1,8 @@
 """Runs what the pages show, and compares what it prints: pages.py FOLDER PAGE... in that folder.
 
-Lines of a ```console block that begin with "$ " are commands, those behind them their output; ```python blocks are doctests.
-"..." stands for anything. KEM_COMMAND is the command to be run; a page's blocks share their folder and Python's names.
+Lines of a ```console block that begin with "$ " are commands, those behind them their output; ```python blocks are
+doctests. "..." stands for anything. KEM_COMMAND is the command to be run; a page's blocks share their folder and
+Python's names.
 """
 
 import doctest
@@ -17,7 +18,8 @@ COMMAND = re.compile(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", re.M)
 
 def output(command, folder):
     place = Path(os.environ["KEM_COMMAND"]).parent
-    environment = {**os.environ, "PATH": f"{place}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8"}
+    # What is preloaded is for this process, not for the programs of a page.
+    environment = {**os.environ, "PATH": f"{place}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8", "LD_PRELOAD": ""}
     done = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, stdout=-1, stderr=-2, text=True)
     return done.stdout
 

@@ -18,4 +18,4 @@ breathe_default_project = "kem"
 breathe_domain_by_extension = {"h": "cpp"}
 autodoc_member_order = "bysource"
 autodoc_typehints = "none"
-exclude_patterns = ["README.md", "examples"]  # the first is the index for readers of the sources
+exclude_patterns = ["README.md", "**/examples", "examples"]  # the first is the index for readers of the sources

@@ -1,4 +1,4 @@
-"""Runs what the pages show, and compares what it prints: pages.py FOLDER PAGE... in that folder.
+"""Runs what the pages show, and compares what it prints: pages.py FOLDER PAGE..., each where its name is there.
 
 Lines of a ```console block that begin with "$ " are commands, those behind them their output; ```python blocks are
 doctests. "..." stands for anything. KEM_COMMAND is the command to be run; a page's blocks share their folder and
@@ -51,5 +51,5 @@ def run(page, folder):
 if __name__ == "__main__":
     folder = Path(sys.argv[1])
     for page in map(Path, sys.argv[2:]):
-        if count := run(page.resolve(), folder):
+        if count := run(page.resolve(), folder / page.parent):
             print(f"{page}: {count} commands and lines")

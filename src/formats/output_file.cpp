@@ -6,6 +6,12 @@
 
 namespace kem::formats {
 using namespace text;
+namespace {
+
+// From this size on bytes are written as they are, smaller ones together.
+constexpr std::size_t kBlock = 1 << 16;
+
+}  // namespace
 
 OutputFile::OutputFile(const char* name, std::ios::openmode mode)
     : file_(load::PathOf(name), mode | std::ios::out) {}
@@ -23,13 +29,17 @@ void OutputFile::Flush() {
 }
 
 void OutputFile::FlushIfFull() {
-  constexpr std::size_t kBlock = 1 << 16;
   if (buffer_.size() >= kBlock) Flush();
 }
 
 void OutputFile::Write(const void* bytes, std::size_t count) {
+  const auto* from = static_cast<const char*>(bytes);
+  if (count < kBlock) {
+    buffer_.append(from, count);
+    return FlushIfFull();
+  }
   Flush();
-  file_.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
+  file_.write(from, static_cast<std::streamsize>(count));
 }
 
 OutputFile& OutputFile::operator<<(std::string_view text) {

@@ -154,8 +154,7 @@ Dataset OpenRecord(Source& source, const ReadRecord& read, std::span<const TextR
   source.place = aside.place;
   Dataset d = OfRecord(r, units);
   if (aside.missing > 0)
-    d.notes.push_back(
-        {Severity::Damaged, "ends too early: " + Whole(aside.missing) + " numbers are missing and are 0"});
+    d.notes.push_back({Severity::Damaged, "numbers that are missing and are 0: " + Whole(aside.missing)});
   return d;
 }
 

@@ -20,6 +20,7 @@
 #include "text/fields.h"
 #include "text/number_scanner.h"
 #include "text/number_text.h"
+#include "text/words.h"
 
 using namespace kem::formats;
 using namespace kem::load;
@@ -96,6 +97,24 @@ int PrnType::ReadCvt(std::ifstream& in) {
 // ------------------------------------------------------------ as a dataset
 
 namespace kem::dataset {
+namespace {
+
+constexpr std::string_view kCountTag = "ca ";
+
+Dataset OpenCvt(Source& source, int item) {
+  Dataset d = OpenOne<&PrnType::ReadCvt, kNoUnits>(source, item);
+  const std::string_view head = source.Head();
+  const std::string_view first = head.substr(0, head.find_first_of("\r\n"));
+  const auto announced = first.starts_with(kCountTag) ? NumberIn(first.substr(kCountTag.size())) : std::nullopt;
+  if (const auto count = static_cast<double>(d.values.Count()); announced && *announced != count)
+    d.notes.push_back({count < *announced ? Severity::Damaged : Severity::Doubtful,
+                       "holds " + std::to_string(d.values.Count()) + " points; its first line announces " +
+                           std::string(Trimmed(first.substr(kCountTag.size())))});
+  return d;
+}
+
+}  // namespace
+
 const Reader kCvtReader{"CVT curve", ".cvt",
                         [](Source& source) -> std::string {
                           Lines lines(source.Head());
@@ -104,6 +123,6 @@ const Reader kCvtReader{"CVT curve", ".cvt",
                             if (k == kStart && Contains(line, "start")) return "line 4 begins with \"start\"";
                           return {};
                         },
-                        OneItem, OpenOne<&PrnType::ReadCvt, kNoUnits>};
+                        OneItem, OpenCvt};
 
 }  // namespace kem::dataset

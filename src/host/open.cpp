@@ -27,6 +27,8 @@ struct Recognised {
 // Why a file that nothing recognises is not what its name says.
 std::string Unknown(const Source& source) {
   if (source.Size() == 0) return "is empty";
+  if (source.HasExtension(".spc") && !source.Companion(".par"))
+    return "its parameters, a file of the same name with .par, are missing";
   for (const char* extension : {".par", ".spc"})
     if (source.HasExtension(extension))
       return "is not a Bruker ESR file: its parameters hold none of JSS, DOS, GST and JEX";

@@ -120,9 +120,13 @@ bool IsImage(const Source& par, const Dataset& d) {
   return true;
 }
 
-Axis AxisOf(const Dataset& d, const ImageAxis& axis) {
-  return NamedAxis(TextOf(d, axis.unit), static_cast<std::size_t>(*NumberOf(d, axis.count)),
-                   NumberOf(d, axis.start).value_or(0), NumberOf(d, axis.width).value_or(0));
+Axis AxisOf(Dataset& d, const ImageAxis& axis) {
+  const auto count = static_cast<std::size_t>(*NumberOf(d, axis.count));
+  const auto width = NumberOf(d, axis.width);
+  if (width || count < 2)
+    return NamedAxis(TextOf(d, axis.unit), count, NumberOf(d, axis.start).value_or(0), width.value_or(0));
+  d.notes.push_back({Severity::Doubtful, std::string("there is no ") + axis.width + "; the axis counts points"});
+  return Axis::Linear("", "", count, 0, static_cast<double>(count - 1));
 }
 
 // ------------------------------------------------------------ values

@@ -109,11 +109,11 @@ float ReadPoint(NumberScanner& numbers, int columns, bool second, float time) {
 // Points that no rule covers are not read.
 void ReadPoints(std::istream& in, const Header& header, Layout layout, bool second, float* values) {
   const bool ratio = header.npicoScanType == kDcDelay && (layout.columns == 2 || layout.columns == 4);
-  if (layout.columns != 1 && !ratio) return;
+  if (layout.columns != 1 && !ratio) return Miss(static_cast<std::size_t>(layout.points));
   NumberScanner numbers(in);
   for (int i = 0; i < layout.points; ++i) {
     const float value = ReadPoint(numbers, layout.columns, second, header.npicoIntTime);
-    if (numbers.Failed()) return;
+    if (numbers.Failed()) return Miss(static_cast<std::size_t>(layout.points - i));
     values[i] = value;
   }
 }

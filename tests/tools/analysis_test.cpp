@@ -420,7 +420,7 @@ TEST_CASE("kem: complex values, matrices, metadata; check, identify and formats"
   const std::string cut = folder.Write("cut.p2d", "[P2D]\nX\nY\n\n[X] DEFINITION\n0 2 1\n[Y]\n1 2");
   const Result checked = Kem("check " + Quoted(lattice) + Quoted(cut));
   CHECK(checked.status == 4);
-  CHECK(checked.out == cut + ": damaged: ends too early: 1 numbers are missing and are 0\n");
+  CHECK(checked.out == cut + ": damaged: numbers that are missing and are 0: 1\n");
   CHECK(Kem("check " + Quoted(lattice)).status == 0);
   CHECK(Kem("check " + Quoted(cut) + Quoted(folder.Path("none"))).status == 1);
   CHECK(Json::parse(Kem("check -j " + Quoted(cut)).out)[0]["state"] == "damaged");

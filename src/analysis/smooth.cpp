@@ -14,13 +14,13 @@ using namespace kem::record;
 
 namespace {
 
-struct Weights {
+struct SpanWeights {
   int width;
   double sum;                      // of the weights of all samples
   std::array<double, 11> weights;  // from the centre outwards
 };
 
-constexpr std::array<Weights, 6> kWeights = {{
+constexpr std::array<SpanWeights, 6> kWeights = {{
     {5, 35, {17, 12, -3}},
     {7, 21, {7, 6, 3, -2}},
     {9, 231, {59, 54, 39, 14, -21}},
@@ -29,8 +29,8 @@ constexpr std::array<Weights, 6> kWeights = {{
     {21, 3059, {329, 324, 309, 284, 249, 204, 149, 84, 9, -76, -171}},
 }};
 
-// Values smoothed side by side, each from the samples at its place in runs one sample apart. Weights and pairs of
-// samples are known when this is compiled, so that sums stay where they are made.
+// Values smoothed side by side, each from the samples at its place in runs one sample apart. Weights and pairs
+// of samples are known when this is compiled, so that sums stay where they are made.
 template <std::size_t kFilter, std::size_t... pair>
 void SmoothPairs(const float* const* runs, float* result, int lanes, std::index_sequence<pair...>) {
   constexpr std::size_t kCentre = sizeof...(pair);

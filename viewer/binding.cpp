@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "../tools/kem/csv.h"
+#include "../tools/kem/describe.h"
 #include "../tools/kem/format.h"
 #include "../tools/kem/jcamp.h"
 #include "kem/dataset.h"
@@ -52,8 +53,7 @@ val ToVal(const Parameter& p) {
   val made = val::object();
   made.set("section", p.section);
   made.set("key", p.key);
-  made.set("text", p.text);
-  made.set("unit", p.unit);
+  made.set("text", tool::WithUnit(p));
   return made;
 }
 
@@ -105,6 +105,15 @@ val NumbersOf(const Dataset& d) {
   AddView<float>(view, d.values);
   AddView<double>(view, d.values);
   return view;
+}
+
+// Smallest and largest of the values, or of their magnitudes.
+val RangeOf(const Dataset& d) {
+  const tool::Range range(d.values);
+  val made = val::object();
+  made.set("min", range.min);
+  made.set("max", range.max);
+  return made;
 }
 
 val CoordinatesOf(const Dataset& d, std::size_t axis) {
@@ -323,6 +332,7 @@ EMSCRIPTEN_BINDINGS(kem) {
   emscripten::class_<Dataset>("Dataset")
       .function("facts", &FactsOf)
       .function("values", &NumbersOf)
+      .function("range", &RangeOf)
       .function("coordinates", &CoordinatesOf)
       .function("units", &UnitsOf)
       .function("unit", &UnitOf)

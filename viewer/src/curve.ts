@@ -135,7 +135,7 @@ export function plotCurves(
       height: options.height,
       title: options.title,
       draw: (context, into) => {
-        for (const curve of curves) drawCurve(context, into, curve);
+        for (const curve of [...curves].reverse()) drawCurve(context, into, curve);
       },
       hover: (at) => {
         readings = at ? readingsAt(curves, at.x) : [];

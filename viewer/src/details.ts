@@ -1,9 +1,9 @@
 // Facts, notes and parameters of an item.
 
 import { byId, element } from "./page";
-import { rangeOf, valueText } from "./numbers";
+import { valueText } from "./numbers";
 import { withShown, type Item } from "./items";
-import type { AxisFacts, Facts, Numbers } from "./kem";
+import type { AxisFacts, Facts } from "./kem";
 
 const severities = { damaged: "Damaged", doubtful: "Doubtful", remark: "Remark" } as const;
 
@@ -22,12 +22,6 @@ function axisText(axis: AxisFacts): string {
   return `${axis.start} to ${axis.end}${unit}, ${axis.count} points${axis.linear ? "" : ", stored"}`;
 }
 
-function magnitudes(pairs: Numbers): Float64Array {
-  const sizes = new Float64Array(pairs.length / 2);
-  for (let k = 0; k < sizes.length; ++k) sizes[k] = Math.hypot(pairs[2 * k], pairs[2 * k + 1]);
-  return sizes;
-}
-
 /** What the item is in the units that are shown. */
 export function showFacts(item: Item): void {
   const { facts } = item;
@@ -38,8 +32,7 @@ export function showFacts(item: Item): void {
     const shown = d.facts();
     const rank = shown.axes.length;
     shown.axes.forEach((axis, k) => rows.push([axis.name || "YX"[k + 2 - rank] || "Axis", axisText(axis)]));
-    const values = d.values();
-    const { min, max } = rangeOf(shown.complex ? magnitudes(values) : values);
+    const { min, max } = d.range();
     const text = (v: number) => valueText(v, shown.type === "f32");
     const unit = shown.unit ? ` ${shown.unit}` : "";
     const range = min <= max ? `${text(min)} to ${text(max)}${unit}${shown.complex ? " in magnitude" : ""}` : "none";

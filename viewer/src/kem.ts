@@ -54,6 +54,8 @@ export interface Dataset {
   facts(): Facts;
   /** The numbers in the memory of the library; they move when it grows, so they are used or copied at once. */
   values(): Numbers;
+  /** Smallest and largest of the values, of complex ones of their magnitudes. */
+  range(): { min: number; max: number };
   coordinates(axis: number): Float64Array;
   units(axis: number): string[];
   unit(axis: number): string;

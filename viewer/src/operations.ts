@@ -100,7 +100,7 @@ const operations: Operation[] = [
   {
     name: "Arithmetic",
     fields: ({ others }) => [
-      { label: "", values: ["+", "-", "*", "/"], initial: "-", text: (s) => ({ "-": "−", "*": "×", "/": "÷" })[s] ?? s },
+      { label: "operator", values: ["+", "-", "*", "/"], initial: "-", text: (s) => ({ "-": "−", "*": "×", "/": "÷" })[s] ?? s },
       {
         label: "with",
         values: ["number", ...others.map((o) => String(o.id))],

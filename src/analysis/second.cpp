@@ -4,32 +4,33 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace kem::analysis {
 
 SecondNeighbours::SecondNeighbours(std::span<const float> axis, std::span<const float> targets)
-    : search_(axis), axis_(axis.begin(), axis.end()), nearest_(targets.size()), second_(targets.size()) {
+    : search_(axis),
+      targets_(targets),
+      axis_(axis.begin(), axis.end()),
+      order_(targets.size()),
+      above_(targets.size()),
+      nearest_(targets.size()),
+      second_(targets.size()) {
   const float direction = search_.Direction();
   for (float& c : axis_) c *= direction;
-  targets_.reserve(targets.size());
+  std::size_t nearest = 0;
   for (std::size_t j = 0; j < targets.size(); ++j) {
-    const std::size_t nearest = search_.Nearest(targets[j], targets_.empty() ? 0 : targets_.back().nearest);
+    nearest = search_.Nearest(targets[j], nearest);
     nearest_[j] = static_cast<std::int32_t>(nearest);
     const float t = direction * targets[j];
-    const auto distance = [&](std::size_t k) { return std::fabs(axis_[k] - t); };
-    Target target{j, nearest, axis_.size(), targets[j], 0, 0, false};
-    if (direction != 0 && nearest > 1) {
-      const auto from = axis_.begin() + static_cast<std::ptrdiff_t>(nearest);
-      const auto above = std::upper_bound(from, axis_.end(), axis_[nearest]);
-      target.above = static_cast<std::size_t>(above - axis_.begin());
-      target.toLast = distance(nearest - 1);
-      target.toAbove = target.above < axis_.size() ? distance(target.above) : 0;
-      target.plain = distance(1) < distance(0);
-    }
-    targets_.push_back(target);
+    if (direction == 0 || nearest < 2 || !(std::fabs(axis_[1] - t) < std::fabs(axis_[0] - t))) continue;
+    const auto from = axis_.begin() + static_cast<std::ptrdiff_t>(nearest);
+    const auto above = std::upper_bound(from, axis_.end(), axis_[nearest]);
+    above_[j] = static_cast<std::uint32_t>(above - axis_.begin());
   }
-  std::sort(targets_.begin(), targets_.end(),
-            [this](const Target& a, const Target& b) { return search_.Before(a.target, b.target); });
+  std::iota(order_.begin(), order_.end(), 0u);
+  std::sort(order_.begin(), order_.end(),
+            [this](std::uint32_t a, std::uint32_t b) { return search_.Before(targets_[a], targets_[b]); });
 }
 
 const std::vector<std::int32_t>& SecondNeighbours::Second(float measure) {
@@ -38,20 +39,23 @@ const std::vector<std::int32_t>& SecondNeighbours::Second(float measure) {
   const bool plain = direction != 0 && std::isfinite(m);
   const auto kept = [&](std::size_t k) { return std::fabs(axis_[k] - m); };
   std::size_t end = 0;  // of the samples taken one after the other for the target before
-  for (const Target& target : targets_) {
-    const float t = direction * target.target;
-    std::size_t second = target.nearest - 1;
+  for (const std::uint32_t j : order_) {
+    const float t = direction * targets_[j];
+    const auto distance = [&](std::size_t k) { return std::fabs(axis_[k] - t); };
+    const auto nearest = static_cast<std::size_t>(nearest_[j]);
+    const std::size_t above = above_[j];
+    std::size_t second = nearest - 1;
     // The samples below the nearest are taken to their last where none before keeps less than it offers.
-    const bool toLast = plain && target.plain && (m >= t || axis_[1] > m) && kept(1) > target.toLast &&
-                        kept(second) > target.toLast;
+    const bool toLast = plain && above != 0 && (m >= t || axis_[1] > m) && kept(1) > distance(second) &&
+                        kept(second) > distance(second);
     if (!toLast) {
-      second = search_.Second(target.target, target.nearest, measure);
-    } else if (target.above < axis_.size() && target.toAbove < kept(second)) {
-      end = std::max(end, target.above);
-      while (end + 1 < axis_.size() && std::fabs(axis_[end + 1] - t) < kept(end)) ++end;
+      second = search_.Second(targets_[j], nearest, measure);
+    } else if (above < axis_.size() && distance(above) < kept(second)) {
+      end = std::max(end, above);
+      while (end + 1 < axis_.size() && distance(end + 1) < kept(end)) ++end;
       second = end;
     }
-    second_[target.index] = static_cast<std::int32_t>(second);
+    second_[j] = static_cast<std::int32_t>(second);
   }
   return second_;
 }

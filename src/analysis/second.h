@@ -13,6 +13,7 @@ namespace kem::analysis {
 // axis in order most are plain: from one target to the next the samples that follow one another only grow more.
 class SecondNeighbours {
  public:
+  // Both outlive it.
   SecondNeighbours(std::span<const float> axis, std::span<const float> targets);
 
   const std::vector<std::int32_t>& Nearest() const { return nearest_; }
@@ -20,20 +21,13 @@ class SecondNeighbours {
   const std::vector<std::int32_t>& Second(float measure);
 
  private:
-  // What is known of a target for all measures; distances and coordinates are those of the mirror image.
-  struct Target {
-    std::size_t index;
-    std::size_t nearest;
-    std::size_t above;  // the first sample that differs from the nearest and comes after it
-    float target;
-    float toLast;   // distance of the last sample below the nearest
-    float toAbove;  // of that above
-    bool plain;     // the second sample is nearer than the first and below the nearest
-  };
-
   AxisSearch search_;
-  std::vector<float> axis_;      // or its mirror image
-  std::vector<Target> targets_;  // along the axis
+  std::span<const float> targets_;
+  std::vector<float> axis_;           // or its mirror image
+  std::vector<std::uint32_t> order_;  // of the targets along the axis
+  // The first sample after the nearest that differs from it; 0 where the second sample is not nearer than the
+  // first, or not below the nearest.
+  std::vector<std::uint32_t> above_;
   std::vector<std::int32_t> nearest_;
   std::vector<std::int32_t> second_;
 };

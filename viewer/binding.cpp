@@ -1,10 +1,12 @@
 // kem in a page: datasets as objects of JavaScript, the operations of records on them, and files to save.
 //
-// What fails throws the address of a C++ exception, which `sentence` turns into the library's words.
+// What fails throws an Error with the library's sentence.
 #include <emscripten/bind.h>
+#include <emscripten/emscripten.h>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 
 #include "../tools/kem/csv.h"
@@ -12,6 +14,10 @@
 #include "../tools/kem/format.h"
 #include "../tools/kem/jcamp.h"
 #include "kem/dataset.h"
+
+// clang-format off
+EM_JS(void, throwSentence, (const char* sentence), { throw new Error(UTF8ToString(sentence)); })
+// clang-format on
 
 namespace kem::viewer {
 namespace {
@@ -315,12 +321,26 @@ val FormatsWritten(const Dataset& d) {
   return TextsOf(names);
 }
 
-std::string Sentence(std::intptr_t exception) {
-  const auto* thrown = reinterpret_cast<const std::exception*>(exception);
-  return dynamic_cast<const std::bad_alloc*>(thrown) ? "there is not enough memory" : thrown->what();
-}
+Dataset Only(const Dataset& d, Part part) { return d.Only(part); }
 
 std::string Version() { return KemVersion(); }
+
+// A function whose exceptions become errors of JavaScript.
+template <auto kFunction>
+struct Told;
+template <class Result, class... Arguments, Result (*kFunction)(Arguments...)>
+struct Told<kFunction> {
+  static Result Call(Arguments... arguments) {
+    try {
+      return kFunction(arguments...);
+    } catch (const std::bad_alloc&) {
+      throwSentence("there is not enough memory");
+    } catch (const std::exception& error) {
+      throwSentence(error.what());
+    }
+    std::abort();  // never reached
+  }
+};
 
 EMSCRIPTEN_BINDINGS(kem) {
   using emscripten::function;
@@ -330,29 +350,28 @@ EMSCRIPTEN_BINDINGS(kem) {
       .value("Magnitude", Part::Magnitude)
       .value("Phase", Part::Phase);
   emscripten::class_<Dataset>("Dataset")
-      .function("facts", &FactsOf)
-      .function("values", &NumbersOf)
-      .function("range", &RangeOf)
-      .function("coordinates", &CoordinatesOf)
-      .function("units", &UnitsOf)
-      .function("unit", &UnitOf)
-      .function("inUnit", &InUnitOf)
-      .function("only", &Dataset::Only)
-      .function("plane", &PlaneOf)
-      .function("smooth", &Smoothed)
-      .function("median", &Median)
-      .function("baseline", &WithoutBaseline)
-      .function("cut", &Cut)
-      .function("resample", &Resampled)
-      .function("section", &Section)
-      .function("with", &Calculated<Dataset>)
-      .function("withNumber", &Calculated<float>)
-      .function("formats", &FormatsWritten)
-      .function("save", &Save);
-  function("open", &OpenAll);
-  function("formats", &FormatsRead);
-  function("sentence", &Sentence);
-  function("version", &Version);
+      .function("facts", &Told<&FactsOf>::Call)
+      .function("values", &Told<&NumbersOf>::Call)
+      .function("range", &Told<&RangeOf>::Call)
+      .function("coordinates", &Told<&CoordinatesOf>::Call)
+      .function("units", &Told<&UnitsOf>::Call)
+      .function("unit", &Told<&UnitOf>::Call)
+      .function("inUnit", &Told<&InUnitOf>::Call)
+      .function("only", &Told<&Only>::Call)
+      .function("plane", &Told<&PlaneOf>::Call)
+      .function("smooth", &Told<&Smoothed>::Call)
+      .function("median", &Told<&Median>::Call)
+      .function("baseline", &Told<&WithoutBaseline>::Call)
+      .function("cut", &Told<&Cut>::Call)
+      .function("resample", &Told<&Resampled>::Call)
+      .function("section", &Told<&Section>::Call)
+      .function("with", &Told<&Calculated<Dataset>>::Call)
+      .function("withNumber", &Told<&Calculated<float>>::Call)
+      .function("formats", &Told<&FormatsWritten>::Call)
+      .function("save", &Told<&Save>::Call);
+  function("open", &Told<&OpenAll>::Call);
+  function("formats", &Told<&FormatsRead>::Call);
+  function("version", &Told<&Version>::Call);
 }
 
 }  // namespace

@@ -96,7 +96,6 @@ export interface Kem {
   Part: Record<"Real" | "Imaginary" | "Magnitude" | "Phase", Part>;
   open(file: string): { items: Dataset[]; problem: string };
   formats(): Format[];
-  sentence(exception: number): string;
   version(): string;
 }
 
@@ -113,8 +112,7 @@ export async function load(): Promise<void> {
   kem = await kemModule({ wasmBinary: Uint8Array.from(atob(kemBinary), (c) => c.charCodeAt(0)) });
 }
 
-/** The sentence of whatever was thrown: the library throws the addresses of its exceptions. */
+/** The sentence of whatever was thrown. */
 export function sentenceOf(thrown: unknown): string {
-  if (typeof thrown === "number") return kem.sentence(thrown);
   return thrown instanceof Error ? thrown.message : String(thrown);
 }

@@ -1,4 +1,5 @@
 // What a user of the viewer waits for, in milliseconds; the same program runs natively and as WebAssembly.
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>

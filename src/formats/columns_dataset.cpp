@@ -219,12 +219,18 @@ Titles TitlesOfNXY(const Table& t) {
   return titles;
 }
 
+// "XY", both titles, two lines, the name. Further columns have no titles.
+Titles TitlesOfXY(const Table& t) {
+  Titles titles{t.header.size() > 5 ? std::string(Trimmed(t.header[5])) : std::string(),
+                {SplitTitle(t.header[1]), SplitTitle(t.header[2])}};
+  titles.columns.resize(t.columns);
+  return titles;
+}
+
 // Also fills the parameters from the lines that name no titles.
 Titles TitlesOf(Dataset& d, const Table& t) {
   if (KindOf(t) == Kind::NXY) return TitlesOfNXY(t);
-  if (KindOf(t) == Kind::XY)
-    return {t.header.size() > 5 ? std::string(Trimmed(t.header[5])) : std::string(),
-            {SplitTitle(t.header[1]), SplitTitle(t.header[2])}};
+  if (KindOf(t) == Kind::XY) return TitlesOfXY(t);
   Titles titles;
   if (!t.header.empty()) titles.columns = ColumnTitles(t.header.back(), t.columns);
   const std::size_t named = titles.columns.empty() ? 0 : 1;

@@ -162,4 +162,3 @@ def page(browser):
     yield browser
     assert browser.browser.get_log("browser") == []
     assert browser.js("return performance.getEntriesByType('resource').map(r => r.name)") == []
-

@@ -10,7 +10,7 @@ docs_packages=(doxygen python3-sphinx python3-myst-parser python3-breathe furo)
 wheel_packages=(pybind11-dev python3-dev python3-pip python3-wheel)
 python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytest python3-hypothesis python3-xarray
   python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)
-debian_packages=(dpkg-dev debhelper dh-python lintian debootstrap fakeroot doxygen "${build_packages[@]}"
+debian_packages=(build-essential debhelper dh-python lintian debootstrap fakeroot doxygen "${build_packages[@]}"
   pybind11-dev python3-dev python3-wheel)
 viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emscripten node-acorn nodejs)
 command -v npm >/dev/null || viewer_packages+=(npm)  # that of other makers of nodejs excludes Debian's

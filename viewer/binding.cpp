@@ -94,22 +94,21 @@ val FactsOf(const Dataset& d) {
   return facts;
 }
 
-template <class T>
-void AddView(val& view, const Values& values) {
-  if (values.Type() == NumberTypeOf<T>()) view = ViewOf(values.As<T>());
+template <class... Types>
+void WithNumbersAs(const Values& values, auto work) {
+  ((values.Type() == NumberTypeOf<Types>() ? work(values.As<Types>()) : void()), ...);
+}
+
+// Hands the numbers over in the type that they have.
+void WithNumbers(const Values& values, auto work) {
+  WithNumbersAs<std::uint8_t, std::uint16_t, std::uint32_t, std::int8_t, std::int16_t, std::int32_t, float, double>(
+      values, work);
 }
 
 // The numbers where they are, until memory grows; complex ones as neighbours, real and imaginary.
 val NumbersOf(const Dataset& d) {
   val view = val::undefined();
-  AddView<std::uint8_t>(view, d.values);
-  AddView<std::uint16_t>(view, d.values);
-  AddView<std::uint32_t>(view, d.values);
-  AddView<std::int8_t>(view, d.values);
-  AddView<std::int16_t>(view, d.values);
-  AddView<std::int32_t>(view, d.values);
-  AddView<float>(view, d.values);
-  AddView<double>(view, d.values);
+  WithNumbers(d.values, [&](auto numbers) { view = ViewOf(numbers); });
   return view;
 }
 
@@ -188,23 +187,15 @@ val UnitsOf(const Dataset& d, std::size_t axis) {
 std::string UnitOf(const Dataset& d, std::size_t axis) { return UnitNamed(d.axes.at(axis).unit); }
 
 // One place on the slowest axis.
-template <class T>
-Values PartOf(const Values& values, std::size_t from, std::size_t count) {
-  const std::size_t width = values.IsComplex() ? 2 : 1;
-  return Values::Of(values.As<T>().subspan(from * width, count * width), values.IsComplex());
-}
-
 Dataset PlaneOf(const Dataset& d, std::size_t k) {
-  constexpr std::pair<NumberType, Values (*)(const Values&, std::size_t, std::size_t)> kTypes[] = {
-      {NumberType::U8, &PartOf<std::uint8_t>},   {NumberType::U16, &PartOf<std::uint16_t>},
-      {NumberType::U32, &PartOf<std::uint32_t>}, {NumberType::I8, &PartOf<std::int8_t>},
-      {NumberType::I16, &PartOf<std::int16_t>},  {NumberType::I32, &PartOf<std::int32_t>},
-      {NumberType::F32, &PartOf<float>},         {NumberType::F64, &PartOf<double>}};
   Dataset made = d;
   const std::size_t count = d.values.Count() / std::max<std::size_t>(d.axes.at(0).Count(), 1);
   made.axes.erase(made.axes.begin());
-  for (const auto& [type, part] : kTypes)
-    if (type == d.values.Type()) made.values = part(d.values, k * count, count);
+  WithNumbers(d.values, [&](auto numbers) {
+    const bool complex = d.values.IsComplex();
+    const std::size_t width = complex ? 2 * count : count;
+    made.values = Values::Of(numbers.subspan(k * width, width), complex);
+  });
   return made;
 }
 

@@ -9,6 +9,7 @@
 
 #ifndef __cpp_lib_to_chars
 #include <fast_float/fast_float.h>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <locale>
@@ -78,21 +79,47 @@ std::string Printed(Number value, std::ios::fmtflags notation, int digits) {
   return text.str();
 }
 
-// In the shorter one of fixed and scientific notation. 2^-96, 2^87 and 2^90 get a digit more than they need.
+template <class Number>
+bool ReadsBack(const std::string& text, Number value) {
+  Number back = 0;
+  return FromChars(text.data(), text.data() + text.size(), back).ec == std::errc() && back == value;
+}
+
+// Appends a number of few digits, as most are; returns false without having done so where it has many, or where
+// scientific notation may be shorter. Numbers of so few digits differ from each other, and a division of two of
+// them rounds once.
+template <class Number>
+bool AppendDecimal(std::string& text, Number value) {
+  constexpr auto kEnd = static_cast<Number>(std::numeric_limits<Number>::digits10 == 6 ? 1e6 : 1e15);
+  const Number size = std::abs(value);
+  if (size != 0 && !(size >= static_cast<Number>(1e-3))) return false;
+  Number scale = 1;
+  for (std::size_t decimals = 0;; ++decimals, scale *= 10) {
+    const Number whole = std::round(size * scale);
+    if (!(whole < kEnd)) return false;
+    if (whole / scale != size) continue;
+    std::string digits = std::to_string(static_cast<long long>(whole));
+    if (decimals == 0 && digits.size() > 5 && digits.find_last_not_of('0') + 5 < digits.size()) return false;
+    if (digits.size() <= decimals) digits.insert(0, decimals + 1 - digits.size(), '0');
+    if (decimals > 0) digits.insert(digits.size() - decimals, 1, '.');
+    text += std::signbit(value) ? '-' + digits : digits;
+    return true;
+  }
+}
+
+// In the shorter one of fixed and scientific notation. Some powers of two, such as 2^87, get a digit more than they
+// need.
 template <class Number>
 void AppendShortest(std::string& text, Number value) {
-  std::string shortest;
-  for (const auto notation : {std::ios::fixed, std::ios::scientific}) {
-    std::string printed = Printed(value, notation, 0);
-    Number back = 0;
-    for (int digits = 1; std::isfinite(value); ++digits) {
-      const auto read = FromChars(printed.data(), printed.data() + printed.size(), back);
-      if (read.ec == std::errc() && back == value) break;
-      printed = Printed(value, notation, digits);
-    }
-    if (shortest.empty() || printed.size() < shortest.size()) shortest = printed;
-  }
-  text += shortest;
+  if (AppendDecimal(text, value)) return;
+  constexpr int kSafe = std::numeric_limits<Number>::digits10;
+  int decimals = ReadsBack(Printed(value, std::ios::scientific, kSafe - 1), value) ? 0 : kSafe;
+  std::string scientific = Printed(value, std::ios::scientific, decimals);
+  while (std::isfinite(value) && !ReadsBack(scientific, value))
+    scientific = Printed(value, std::ios::scientific, ++decimals);
+  const int exponent = std::isfinite(value) ? std::stoi(scientific.substr(scientific.find('e') + 1)) : 0;
+  const std::string fixed = Printed(value, std::ios::fixed, std::max(decimals - exponent, 0));
+  text += fixed.size() <= scientific.size() ? fixed : scientific;
 }
 
 template <class Number>

@@ -1,5 +1,6 @@
 #include "text/number_text.h"
 
+#include <charconv>
 #include <limits>
 #include <sstream>
 
@@ -42,6 +43,23 @@ TEST_CASE("number text: the text of any float is that of a stream, halfway cases
     CheckWithNeighbours(sixDigits + 0.5f);
     CheckWithNeighbours(std::ldexp(sixDigits * 2 + 1, -static_cast<int>(rng() % 40)));
     CheckWithNeighbours((sixDigits * 10 + 5) * static_cast<float>(std::pow(10.0, rng() % 8)));
+  }
+}
+
+TEST_CASE("number text: the shortest text where the standard library has none is that of the others") {
+  const auto check = [](auto value) {
+    char shortest[64];
+    std::string text;
+    kem::portable::AppendShortest(text, value);
+    CHECK(text == std::string(shortest, std::to_chars(shortest, shortest + sizeof shortest, value).ptr));
+  };
+  Rng rng(kSeed);
+  for (int k = 0; k < 10000; ++k) {
+    const double decimal = static_cast<double>(rng() % 10000000) / std::pow(10.0, rng() % 12);
+    for (const double value : {decimal, std::nextafter(decimal, 1e9), std::round(decimal) * 1e5, -1 / decimal}) {
+      check(value);
+      check(static_cast<float>(value));
+    }
   }
 }
 

@@ -38,9 +38,8 @@ class Table {
     text_ += ',';
   }
 
-  // Fifteen digits: those behind them stem from the division that made the coordinate.
-  void AddLinear(double coordinate) {
-    portable::AppendGeneral(text_, coordinate, 15);
+  void Put(const std::string& text) {
+    text_ += text;
     text_ += ',';
   }
 
@@ -91,12 +90,17 @@ std::string TitleOf(const std::string& name, const std::string& unit, const char
   return title.empty() ? untitled : title;
 }
 
-void AddCoordinate(Table& table, const Axis& axis, std::size_t k) {
+// Fifteen digits of a linear axis: those behind them stem from the division that made the coordinate.
+std::string CoordinateText(const Axis& axis, std::size_t k) {
+  std::string text;
   if (axis.IsLinear())
-    table.AddLinear(axis[k]);
+    portable::AppendGeneral(text, axis[k], 15);
   else
-    table.Add(axis[k]);
+    portable::AppendShortest(text, axis[k]);
+  return text;
 }
+
+void AddCoordinate(Table& table, const Axis& axis, std::size_t k) { table.Put(CoordinateText(axis, k)); }
 
 // Integers and single precision in the digits that they need.
 void AddNumber(Table& table, NumberType type, double value) {
@@ -144,11 +148,24 @@ void WriteHeader(Table& table, const Dataset& d) {
   }
 }
 
+// The texts of an axis of a grid, each of which is in many lines.
+std::vector<std::string> TextsOf(const Axis& axis) {
+  std::vector<std::string> texts(axis.Count());
+  for (std::size_t k = 0; k < texts.size(); ++k) texts[k] = CoordinateText(axis, k);
+  return texts;
+}
+
 void WriteTable(Table& table, const Dataset& d) {
   WriteTitles(table, d);
+  std::vector<std::vector<std::string>> texts;
+  for (std::size_t a = 0; d.axes.size() > 1 && a < d.axes.size(); ++a) texts.push_back(TextsOf(d.axes[a]));
   std::vector<std::size_t> at(d.axes.size());
   for (std::size_t k = 0; k < d.values.Count(); ++k) {
-    for (std::size_t a = d.axes.size(); a-- > 0;) AddCoordinate(table, d.axes[a], at[a]);
+    for (std::size_t a = d.axes.size(); a-- > 0;)
+      if (texts.empty())
+        AddCoordinate(table, d.axes[a], at[a]);
+      else
+        table.Put(texts[a][at[a]]);
     AddValue(table, d.values, k);
     table.EndRow();
     for (std::size_t a = d.axes.size(); a-- > 0 && ++at[a] == d.axes[a].Count();) at[a] = 0;

@@ -122,8 +122,8 @@ of it: a / b divides, a/b is the file b in the folder a. Of a file that holds se
 items scan.DSC#2 is the second.
 
 ^ binds before a sign and groups from the right: -a^2 is -(a^2). Then come * / &
-and then + and -, from the left. An expression that begins with a sign stands in
-parentheses, or behind --.
+and then + and -, from the left. An expression may begin with a minus; one that
+begins like an option, "-old.prn", stands in parentheses, or behind --.
 
 The result has the axes and titles of the left file. A right file with other axes
 is interpolated onto them: a curve is 0 where it has no samples, so that + and -
@@ -138,7 +138,7 @@ it stands for Set(FILE, NUMBER): 2 - a is Set(a, 2) - a.
 
 Examples:
   kem calc "scan.DSC - 0.5 * empty.DSC" -o difference.prn
-  kem calc "(-Log('sample.prn' / 'reference.prn'))" -o absorbance.csv)--",
+  kem calc "-Log('sample.prn' / 'reference.prn')" -o absorbance.csv)--",
      DefineCalc},
     {"median", "Take out spikes by the median of neighbouring values",
      R"(A span of grids reaches as far along X as along Y.

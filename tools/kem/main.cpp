@@ -77,6 +77,21 @@ std::string Sentence(const CLI::App& app, const CLI::ParseError& misuse) {
   return command.get_name() + ": " + sentence;
 }
 
+// A formula may begin with a minus that begins no option; it goes behind all of them, where none is looked for.
+void MoveFormula(const CLI::App& calc, std::vector<std::string>& words) {
+  for (std::size_t k = 1; k < words.size() && words[k] != "--"; ++k) {
+    const CLI::Option* before = calc.get_option_no_throw(words[k - 1]);
+    const bool isValue = before && before->get_items_expected_max() > 0;
+    const std::string word = words[k];
+    if (isValue || word.size() < 2 || word[0] != '-' || word[1] == '-' ||
+        calc.get_option_no_throw(word.substr(0, 2)))
+      continue;
+    words.erase(words.begin() + static_cast<std::ptrdiff_t>(k));
+    words.insert(words.end(), {"--", word});
+    return;
+  }
+}
+
 int Parse(CLI::App& app, std::vector<std::string> words) {
   const std::string first = words.empty() ? "" : words.front();
   if (first.empty()) {
@@ -88,6 +103,7 @@ int Parse(CLI::App& app, std::vector<std::string> words) {
     Complain(NoCommand(first));
     return kMisused;
   }
+  if (words.front() == "calc") MoveFormula(*app.get_subcommand("calc"), words);
   try {
     std::reverse(words.begin(), words.end());  // the order in which the parser takes them
     app.parse(words);

@@ -388,6 +388,7 @@ TEST_CASE("kem items: each item is listed and converted under its number") {
   const Result first = Kem("convert --to csv " + Quoted(source));
   CHECK(first.status == 0);
   CHECK(first.err == "kem: " + source + ": holds further items; --all-items takes them too\n");
+  CHECK(Kem("convert --quiet --to csv -f " + Quoted(source)).err.empty());
   CHECK(Kem("convert --to csv --item 3 " + Quoted(source)).status == 0);
   CHECK(Names(folder.Path("run.d")) == std::set<std::string>{"set.txt", "set.csv", "set_03_blue.csv"});
   const Result all = Kem("convert --to csv --all-items " + Quoted(source));

@@ -109,7 +109,7 @@ Value Loaded(const std::string& name) {
   Input input = LoadItem(file, std::max(item, 1));
   if (!input.problem.empty()) input.problem += MeansDivision(name);
   if (NoProblem(file, input.problem) && input.more && item == 0)
-    Complain(file + ": holds further items; calc takes the first, and " + file + "#2 is the second");
+    Tell(file, "holds further items; calc takes the first, and " + file + "#2 is the second");
   return {std::move(input.record), false};
 }
 

@@ -187,11 +187,17 @@ std::string Summary(std::span<const Turn> turns, std::size_t partners, std::stri
     return static_cast<std::size_t>(
         std::count_if(turns.begin(), turns.end(), [state](const Turn& turn) { return turn.state == state; }));
   };
-  std::string text = std::to_string(count(Turn::State::Done)) + ' ' + std::string(done);
+  const auto all = [turns](Turn::State state, auto outputsOf) {
+    std::size_t number = 0;
+    for (const Turn& turn : turns) number += outputsOf(turn) > 0 ? outputsOf(turn) : turn.state == state ? 1 : 0;
+    return number;
+  };
+  std::string text = std::to_string(all(Turn::State::Done, [](const Turn& turn) { return turn.outputs.size(); }));
+  text.append(" ").append(done);
   const auto add = [&text](std::size_t number, const char* what, const char* ending = "") {
     if (number > 0) text += ", " + std::to_string(number) + ' ' + what + (number == 1 ? "" : ending);
   };
-  add(count(Turn::State::UpToDate), "up to date");
+  add(all(Turn::State::UpToDate, [](const Turn& turn) { return turn.upToDate; }), "up to date");
   add(count(Turn::State::Failed), "failed");
   add(partners, "partner file", "s");
   add(count(Turn::State::Skipped), "other file", "s");

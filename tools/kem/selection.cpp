@@ -24,7 +24,7 @@ int EachSelected(const Selection& selection, const Pass& pass, const std::functi
     if (selection.allItems) return EachItem(file, action);
     Input input = LoadItem(file, std::max(selection.item, 1));
     if (!NoProblem(file, input.problem) || !action(input)) return false;
-    if (selection.item == 0 && input.more) Complain(file + ": holds further items; --all-items takes them too");
+    if (selection.item == 0 && input.more) Tell(file, "holds further items; --all-items takes them too");
     return true;
   });
 }

@@ -23,7 +23,7 @@ NamedUnit SplitTitle(std::string_view title) {
   if (title.size() > 1 && title.front() == '"' && title.back() == '"') title = title.substr(1, title.size() - 2);
   for (const std::string_view brackets : {"()", "[]"}) {
     const auto open = title.rfind(brackets[0]);
-    if (open == title.npos || open == 0 || !title.ends_with(brackets[1])) continue;
+    if (open == title.npos || !title.ends_with(brackets[1])) continue;
     return {std::string(Trimmed(title.substr(0, open))),
             std::string(Trimmed(title.substr(open + 1, title.size() - open - 2)))};
   }

@@ -117,8 +117,9 @@ std::vector<NamedUnit> ColumnTitles(std::string_view line, std::size_t columns) 
       titles.push_back(SplitTitle(TakeField(line, strong)));
     }
   }
-  const bool plain = std::none_of(titles.begin(), titles.end(),
-                                  [](const NamedUnit& t) { return t.name.empty() || NumberIn(t.name); });
+  const bool plain = std::none_of(titles.begin(), titles.end(), [](const NamedUnit& t) {
+    return t.name.empty() ? t.unit.empty() : NumberIn(t.name).has_value();
+  });
   return titles.size() == columns && plain ? titles : std::vector<NamedUnit>();
 }
 

@@ -361,10 +361,10 @@ std::vector<std::string> JcampItems(Source& source) {
 Dataset OpenJcamp(Source& source, int number) {
   const Item& item = ItemsOf(source)[static_cast<std::size_t>(number) - 1];
   Dataset d;
-  AddParameters(d, "LINK", item.links);
   AddParameters(d, "", item.labels);
   if (item.page) AddParameter(d, "", item.page->key, Clean(item.page->value));
   AddParameters(d, "", item.pageLabels);
+  AddParameters(d, "LINK", item.links);
   d.title = ValueOf(item, "TITLE");
 
   const std::string_view value = item.data->value;

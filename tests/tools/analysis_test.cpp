@@ -411,9 +411,9 @@ TEST_CASE("kem: complex values, matrices, metadata; check, identify and formats"
   CHECK(Kem("convert --to p2d " + Quoted(pair))
             .err.starts_with("kem: " + pair +
                              ": values are complex; --part tells which part to take, and the real "));
-  const std::string lattice = folder.Write("l.txt", "x,y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
-  CHECK(csv("", lattice) == "x,y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
-  CHECK(csv("--matrix ", lattice) == "x,1,2\n7,1,2.5\n8,3,4\n");
+  const std::string lattice = folder.Write("l.txt", "(nm),y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
+  CHECK(csv("", lattice) == "(nm),y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
+  CHECK(csv("--matrix ", lattice) == "(nm),1,2\n7,1,2.5\n8,3,4\n");
   CHECK(csv("--metadata ", pair).size() > 9);
   CHECK(Json::parse(ReadBytes(folder.Path("out.json")))["parameters"][1]["key"] == "HCF");
 
@@ -426,4 +426,10 @@ TEST_CASE("kem: complex values, matrices, metadata; check, identify and formats"
   CHECK(Json::parse(Kem("check -j " + Quoted(cut)).out)[0]["state"] == "damaged");
   CHECK(Kem("identify " + Quoted(cut)).out == cut + ": P2D text curve (begins with [P2D])\n");
   CHECK(Json::parse(Kem("formats --json").out)["read"].size() == kem::Formats().size());
+  const std::string none =
+      folder.Write("n.dx", "##TITLE=a\n##BLOCKS=1\n##TITLE=b\n##XUNITS=1/CM\n##XYDATA=(X++(Y..Y))\n##END=\n");
+  CHECK(Kem("info " + Quoted(none)).out ==
+        none +
+            "\nformat    JCAMP-DX\ntitle     b\nvalues    0 f64, no values\naxis      (1/CM): 0 points\n"
+            "  TITLE = b\n  XUNITS = 1/CM\n[LINK]\n  TITLE = a\n  BLOCKS = 1\n");
 }

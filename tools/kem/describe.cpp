@@ -26,8 +26,8 @@ std::string WithUnit(const Parameter& p) {
 }
 
 std::string Named(const std::string& name, const std::string& unit) {
-  if (name.empty() || unit.empty()) return name + unit;
-  return name + " (" + unit + ')';
+  if (unit.empty()) return name;
+  return name + (name.empty() ? "(" : " (") + unit + ')';
 }
 
 }  // namespace kem::tool

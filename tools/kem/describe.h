@@ -16,7 +16,7 @@ struct Range {
   explicit Range(const Values& values);
 };
 
-// "Field (G)", or the one that there is.
+// "Field (G)", "Field" or "(G)".
 std::string Named(const std::string& name, const std::string& unit);
 
 // A number for the eye: ten digits will do.

@@ -1,5 +1,6 @@
 // kem info and kem items: what a file holds.
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <memory>
 
@@ -40,9 +41,9 @@ void PrintLine(const std::string& label, const std::string& text) {
 
 std::string Described(const Axis& axis) {
   std::string text = Named(axis.name, axis.unit);
-  text +=
-      (text.empty() ? "" : ": ") + std::to_string(axis.Count()) + (axis.Count() == 1 ? " point, " : " points, ");
-  text += NumberText(axis.Start()) + " to " + NumberText(axis.End());
+  text += (text.empty() ? "" : ": ") + std::to_string(axis.Count()) + (axis.Count() == 1 ? " point" : " points");
+  if (axis.Count() == 0) return text;
+  text += ", " + NumberText(axis.Start()) + " to " + NumberText(axis.End());
   return text + (axis.IsLinear() ? " in steps of " + NumberText(axis.Step()) : ", stored");
 }
 
@@ -51,16 +52,22 @@ std::string DescribedValues(const Dataset& d) {
   for (const Axis& axis : d.axes) shape += (shape.empty() ? "" : " x ") + std::to_string(axis.Count());
   const Range range(d.values);
   const std::string name = Named(d.name, d.unit);
-  return name + (name.empty() ? "" : ": ") + shape + ' ' + TypeOf(d.values) + ", " + NumberText(range.min) +
-         " to " + NumberText(range.max) + (d.values.IsComplex() ? " in magnitude" : "");
+  const std::string text = name + (name.empty() ? "" : ": ") + shape + ' ' + TypeOf(d.values) + ", ";
+  if (d.values.Count() == 0) return text + "no values";
+  if (std::isnan(range.min)) return text + "none of them a number";
+  return text + NumberText(range.min) + " to " + NumberText(range.max) +
+         (d.values.IsComplex() ? " in magnitude" : "");
 }
 
+// Those of no section come first, whatever stands between them.
 void PrintParameters(const Dataset& d) {
   std::string section;
-  for (const Parameter& p : d.parameters) {
-    if (p.section != section) std::cout << '[' << Printable{section = p.section} << "]\n";
-    std::cout << "  " << Printable{p.key} << " = " << Printable{WithUnit(p)} << '\n';
-  }
+  for (const bool inSections : {false, true})
+    for (const Parameter& p : d.parameters) {
+      if (p.section.empty() == inSections) continue;
+      if (p.section != section) std::cout << '[' << Printable{section = p.section} << "]\n";
+      std::cout << "  " << Printable{p.key} << " = " << Printable{WithUnit(p)} << '\n';
+    }
 }
 
 void PrintReport(const Input& input) {

@@ -241,8 +241,12 @@ TEST_CASE("kem integrate, stats and histogram print what the members return") {
   CHECK(integral("nitroxide.DSC --absolute") ==
         doctest::Approx(PrnType("nitroxide.DSC", 0).AbsIntegral(3308.7f, 3408.7f, 0, 0))
             .epsilon(2e-3));  // whose steps drift
-  CHECK(Kem("integrate raman.prn --x 0 500").err ==
-        "kem: raman.prn: its X axis goes from 400 to 3200 and does not reach 0\n");
+  CHECK_BITS(integral("raman.prn --x 500 inf"), curve.Integral(500, 3200, 0, 0));
+  const Result beyond = Kem("integrate raman.prn --x 0 500");
+  CHECK_BITS(std::stof(beyond.out), curve.Integral(400, 500, 0, 0));
+  const std::string reach = "kem: raman.prn: its X axis goes from 400 to 3200 and does not reach ";
+  CHECK(beyond.err == reach + "0; 400 to 500 is taken\n");
+  CHECK(Kem("stats raman.prn --x 0 399").err == reach + "0\n");
 
   const Json stats = Json::parse(Kem("stats --json raman.prn streak.p3d").out);
   REQUIRE(stats.size() == 2);

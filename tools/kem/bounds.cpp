@@ -21,6 +21,11 @@ Problem CannotReach(char axis, const Bounds& range, const Bounds& bounds) {
   return {};
 }
 
+Bounds Within(const Bounds& range, const Bounds& bounds) {
+  const auto [low, high] = std::minmax(range.from, range.to);
+  return {std::clamp(bounds.from, low, high), std::clamp(bounds.to, low, high)};
+}
+
 bool HoldAnyOf(const Bounds& bounds, const std::vector<float>& values) {
   const auto [low, high] = std::minmax(bounds.from, bounds.to);
   return std::any_of(values.begin(), values.end(),

@@ -36,6 +36,9 @@ void AddBounds(CLI::App& app, char axis, BoundsOption& bounds, const char* help)
 // Why an axis that goes over a range does not reach both of the bounds; nothing when it does.
 Problem CannotReach(char axis, const Bounds& range, const Bounds& bounds);
 
+// What there is of a range between bounds that it reaches at least in part.
+Bounds Within(const Bounds& range, const Bounds& bounds);
+
 // Whether any of the values lies within the bounds.
 bool HoldAnyOf(const Bounds& bounds, const std::vector<float>& values);
 

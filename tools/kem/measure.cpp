@@ -1,5 +1,6 @@
 // kem value, integrate, stats and histogram: numbers about records.
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 
 #include "bounds.h"
@@ -31,8 +32,9 @@ struct Area {
   BoundsOption x;
   BoundsOption y;
 
-  Bounds XOf(const PrnType& r) const { return x.Or(Ends(XCoordinates(r))); }
-  Bounds YOf(const PrnType& r) const { return y.Or(Ends(YCoordinates(r))); }
+  Bounds XOf(const PrnType& r) const { return On(Ends(XCoordinates(r)), x); }
+  Bounds YOf(const PrnType& r) const { return On(Ends(YCoordinates(r)), y); }
+  static Bounds On(const Bounds& ends, const BoundsOption& bounds) { return Within(ends, bounds.Or(ends)); }
   bool Given() const { return x.Given() || y.Given(); }
 };
 
@@ -41,11 +43,24 @@ void AddArea(CLI::App& app, Area& area, const std::string& does) {
   AddBounds(app, 'y', area.y, (does + " this part of Y, for grids (default all)").c_str());
 }
 
-// Outside the data the library would count triangles.
-Problem CannotMeasure(const PrnType& r, const Area& area) {
+// Outside the data the library would count triangles: bounds beyond an end mean that end, as kem cut takes them. It
+// is told where they are numbers.
+Problem CannotTake(const Input& input, char axis, const Bounds& ends, const BoundsOption& option) {
+  const Bounds bounds = option.Or(ends);
+  const auto [first, last] = std::minmax(bounds.from, bounds.to);
+  const auto [low, high] = std::minmax(ends.from, ends.to);
+  Problem problem = CannotReach(axis, ends, bounds);
+  if (problem.empty() || !(first <= high && low <= last)) return problem;
+  if ((first < low && std::isfinite(first)) || (last > high && std::isfinite(last)))
+    Tell(input.file, problem + "; " + Text(Within(ends, bounds)) + " is taken");
+  return {};
+}
+
+Problem CannotMeasure(const Input& input, const Area& area) {
+  const PrnType& r = *input.record;
   if (!r.Is3D() && area.y.Given()) return kForGrids;
-  Problem problem = CannotReach('X', Ends(XCoordinates(r)), area.XOf(r));
-  if (problem.empty() && r.Is3D()) problem = CannotReach('Y', Ends(YCoordinates(r)), area.YOf(r));
+  Problem problem = CannotTake(input, 'X', Ends(XCoordinates(r)), area.x);
+  if (problem.empty() && r.Is3D()) problem = CannotTake(input, 'Y', Ends(YCoordinates(r)), area.y);
   return problem;
 }
 
@@ -75,7 +90,7 @@ CLI::Option* AddJsonList(CLI::App& app, bool& json) {
 // A number that is printed of every record selected.
 struct Measure {
   const char* name;
-  std::function<Problem(const PrnType&)> cannot;
+  std::function<Problem(const Input&)> cannot;
   std::function<float(PrnType&)> number;
   std::function<void(const Input&, Json&)> describe;  // what it was taken of
 };
@@ -85,7 +100,7 @@ int PrintEach(const Selection& selection, const Measure& measure, bool json) {
   const bool named = selection.allItems || !selection.files.IsOne();
   Documents documents(json);
   return documents.Print(EachSelected(selection, {}, [&](const Input& input) {
-    if (!NoProblem(input, measure.cannot(*input.record))) return false;
+    if (!NoProblem(input, measure.cannot(input))) return false;
     const float number = measure.number(*input.record);
     if (json) {
       Json& document = documents.Add(input);
@@ -129,9 +144,7 @@ Bounds MoveToZero(PrnType& r, const LinearAxis& axis, const BoundsOption& bounds
   const LinearAxis moved{0, static_cast<float>(axis.Last() - axis.start), axis.step, axis.points};
   store(r, moved.Coordinates());
   const Bounds ends = Ends(moved.Coordinates());
-  const auto [low, high] = std::minmax(ends.from, ends.to);
-  const auto on = [&axis, low = low, high = high](float at) { return std::clamp(at - axis.start, low, high); };
-  return bounds.Given() ? Bounds{on(bounds.at[0]), on(bounds.at[1])} : ends;
+  return bounds.Given() ? Within(ends, {bounds.at[0] - axis.start, bounds.at[1] - axis.start}) : ends;
 }
 
 float IntegralOf(const PrnType& record, const IntegrateOptions& options) {
@@ -206,8 +219,9 @@ struct Statistics {
   }
 };
 
-Problem HasNoStatistics(const PrnType& r, const Area& area) {
-  if (Problem problem = CannotMeasure(r, area); !problem.empty()) return problem;
+Problem HasNoStatistics(const Input& input, const Area& area) {
+  if (Problem problem = CannotMeasure(input, area); !problem.empty()) return problem;
+  const PrnType& r = *input.record;
   const bool any =
       HoldAnyOf(area.XOf(r), XCoordinates(r)) && (!r.Is3D() || HoldAnyOf(area.YOf(r), YCoordinates(r)));
   return any || !area.Given() ? "" : "has no samples within the bounds";
@@ -257,7 +271,7 @@ void PrintStatistics(const Input& input, const Statistics& statistics) {
 int PrintAllStatistics(const Selection& selection, const Area& area, bool json) {
   Documents documents(json);
   return documents.Print(EachSelected(selection, {}, [&](const Input& input) {
-    if (!NoProblem(input, HasNoStatistics(*input.record, area))) return false;
+    if (!NoProblem(input, HasNoStatistics(input, area))) return false;
     const Statistics statistics(*input.record, area);
     if (json)
       DescribeStatistics(input, statistics, area, documents.Add(input));
@@ -314,7 +328,7 @@ Run DefineIntegrate(CLI::App& app) {
     if (task->output.IsAsked())
       return Transform(app, *task, [&](Record& record) { return Integrate(record, *options); });
     const Area& area = options->area;
-    const Measure measure{"integral", [&](const PrnType& r) { return CannotMeasure(r, area); },
+    const Measure measure{"integral", [&](const Input& input) { return CannotMeasure(input, area); },
                           [&](const PrnType& r) { return IntegralOf(r, *options); },
                           [&](const Input& input, Json& document) { DescribeArea(input, area, document); }};
     return PrintEach(task->selection, measure, *json);
@@ -334,7 +348,7 @@ Run DefineValue(CLI::App& app) {
   AddJsonList(app, *json);
   return [selection, place, json] {
     const Measure measure{
-        "value", [&](const PrnType& r) { return HasNone(r, *place); },
+        "value", [&](const Input& input) { return HasNone(*input.record, *place); },
         [&](const PrnType& r) { return place->nearest ? r.Nearest(place->x, place->y) : r.At(place->x, place->y); },
         [&](const Input& input, Json& document) {
           document["x"] = Number(place->x);

@@ -186,7 +186,7 @@ TEST_CASE("kem convert: what is written reads back as the same dataset, or it is
   const std::string esr = Example("nitroxide.DSC");
   const std::string streak = Example("streak.p3d");
   const std::tuple<std::string, const char*, const char*> cases[] = {
-      {esr, "prn", "X is rounded, the title is left out, 42 parameters are left out"},
+      {esr, "prn", "X is rounded, 42 parameters are left out"},
       {esr, "cvt", "X is rounded, the title is left out, 42 parameters are left out"},
       {esr, "p2d", "X is rounded, 42 parameters are left out"},
       {esr, "b2d", "X is rounded, 42 parameters are left out"},

@@ -87,7 +87,13 @@ std::string NameOf(const Store& store) {
 
 // ------------------------------------------------------------ texts
 
-// "Name    value", "Name: value", "<Name> , value"; a heading ("Parameter List :") begins a section.
+// The colon behind a drive's letter, "Saved as C:\data", belongs to the value.
+bool IsDrive(std::string_view text, std::size_t colon) {
+  return colon >= 2 && colon + 1 < text.size() && text[colon - 2] == ' ' && text[colon + 1] == '\\';
+}
+
+// "Name    value", "Name: value", "<Name> , value", "Name C:\value"; a heading ("Parameter List :") begins a
+// section.
 void AddText(Dataset& d, std::string& section, std::string_view text) {
   const std::string_view content = Trimmed(text);
   if (content.empty()) return;
@@ -103,6 +109,8 @@ void AddText(Dataset& d, std::string& section, std::string_view text) {
   } else if (colon == content.size() - 1) {
     section = Trimmed(content.substr(0, colon));
     if (section == "Operator Name") section.clear();  // a name that was not filled in
+  } else if (colon < columns && IsDrive(content, colon)) {
+    split(colon - 1, colon - 1);
   } else if (colon < columns || Trimmed(content.substr(0, colon)).find("  ") == std::string_view::npos) {
     split(std::min(colon, content.size()), colon == content.npos ? content.size() : colon + 1);
   } else {

@@ -252,8 +252,9 @@ TEST_CASE("dataset: HPDTA") {
 
 TEST_CASE("dataset: Cary containers") {
   const std::string texts = CaryText("white") + CaryText("Collection Time: 7/27/2017") +
-                            CaryText("Parameter List : ") + CaryText("X Mode      Nanometers   ") +
-                            CaryText("Y Mode   %R") + CaryText("Start (nm)   2.00") + CaryText("<SBW (nm)> , 2.00");
+                            CaryText("Saved as C:\\a.BSW") + CaryText("Parameter List : ") +
+                            CaryText("X Mode      Nanometers   ") + CaryText("Y Mode   %R") +
+                            CaryText("Start (nm)   2.00") + CaryText("<SBW (nm)> , 2.00");
   const std::string stores = CaryStore("TBaselineStore", 1, {2, 6}, CaryText("base")) +
                              CaryStore("TGraphStore", 0, {}, "") +
                              CaryStore("TContinuumStore", 2, {2, 6, 1, 5}, texts);
@@ -271,7 +272,8 @@ TEST_CASE("dataset: Cary containers") {
        "refused: ends within its header"},
   });
   CHECK(WithFiles(file, [](const std::string& path) { return Parameters(Open(path)); }) ==
-        "[] Collection Time = 7/27/2017\n[Parameter List] X Mode = Nanometers\n[Parameter List] Y Mode = %R\n"
+        "[] Collection Time = 7/27/2017\n[] Saved as = C:\\a.BSW\n[Parameter List] X Mode = Nanometers\n[Parameter "
+        "List] Y Mode = %R\n"
         "[Parameter List] Start (nm) = 2.00 {2 nm}\n[Parameter List] SBW (nm) = 2.00 {2 nm}\n");
 }
 

@@ -1,6 +1,7 @@
 // Hamamatsu streak camera, raw image: 640 wavelengths by 480 times behind a header of 256 bytes.
 #include <cstdint>
 #include <fstream>
+#include <string>
 
 #include "dataset/of_record.h"
 #include "kem.h"
@@ -18,10 +19,12 @@ constexpr int kTimes = 480;
 constexpr std::size_t kHeaderSize = 32;  // the rest is not known
 constexpr std::streamoff kValuesAt = 256;
 
+constexpr std::size_t kSweepRange = 16;
+
 constexpr BinaryField<HamaHeaderType> kHeader[] = {
-    {8, Wire::S32, &HamaHeaderType::hamaIntegrationTime},    // behind "HPK8TMAP"
-    {12, Wire::S32, &HamaHeaderType::hamaSweepCondition},    //
-    {16, Wire::S32, &HamaHeaderType::hamaSweepRange},        //
+    {8, Wire::S32, &HamaHeaderType::hamaIntegrationTime},  // behind "HPK8TMAP"
+    {12, Wire::S32, &HamaHeaderType::hamaSweepCondition},  //
+    {kSweepRange, Wire::S32, &HamaHeaderType::hamaSweepRange},
     {20, Wire::F32, &HamaHeaderType::hamaCenterWavelength},  //
     {24, Wire::F32, &HamaHeaderType::hamaDispersion},        //
     {28, Wire::S32, &HamaHeaderType::hamaCcdCenter},
@@ -68,9 +71,18 @@ constexpr std::array kHamaUnits = {text::TextRow{"CenterWavelength", "nm"},
                                    text::TextRow{"Dispersion", "nm per pixel"},
                                    text::TextRow{"CcdCenter", "pixel"}};
 
+Dataset OpenHama(Source& source, int item) {
+  int code = 0;
+  Block(source.Stream(), 0, kHeaderSize, Order::Big).Get(kSweepRange, Wire::S32, code);
+  if (SweepSpan(code) == 0)
+    Fail(ErrorCode::Damaged, source.Path(),
+         "its sweep range has the code " + std::to_string(code) + "; those of the camera are 1 to 16");
+  return OpenOne<&PrnType::ReadHama, kHamaUnits>(source, item);
+}
+
 }  // namespace
 
 const Reader kHamaReader{"Hamamatsu raw image", "", [](Source& source) { return Begins(source, "HPK8TMAP"); },
-                         OneItem, OpenOne<&PrnType::ReadHama, kHamaUnits>};
+                         OneItem, OpenHama};
 
 }  // namespace kem::dataset

@@ -161,13 +161,14 @@ Axis ReadAxis(Source& source, Dataset& d, char letter, std::size_t count) {
 
 std::string RecogniseHPDTA(Source& source) {
   const auto header = HeaderOf(source);
-  if (!header || header->width == 0 || header->height == 0) return {};
+  if (!header) return {};
   const std::string_view status = source.Head().substr(kHeaderSize);
   const bool known = header->textSize > 0 && (status.starts_with('[') || status.starts_with("HiPic"));
   const auto type = TypeOf(header->type);
   const std::uint64_t end =
       kHeaderSize + header->textSize + header->width * header->height * (type ? SizeOf(*type) : 1);
-  if (!known && (!type || end > source.Size())) return {};
+  const bool empty = header->width == 0 || header->height == 0;
+  if (!known && (!type || empty || end > source.Size())) return {};
   return "begins with IM, and its sizes fit";
 }
 
@@ -179,6 +180,9 @@ Dataset OpenHPDTA(Source& source, int) {
          header.type == kCompressed
              ? "its image is compressed, which kem does not read"
              : "its image has type " + std::to_string(header.type) + ", which kem does not read");
+  if (header.width == 0 || header.height == 0)
+    Fail(ErrorCode::Damaged, source.Path(),
+         "its image has " + std::to_string(header.width) + " x " + std::to_string(header.height) + " pixels");
   if (kHeaderSize + header.textSize > source.Size())
     Fail(ErrorCode::Damaged, source.Path(), "ends within its status text");
   std::string status(header.textSize, '\0');

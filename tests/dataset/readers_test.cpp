@@ -236,6 +236,7 @@ TEST_CASE("dataset: HPDTA") {
        "HPDTA image 1/1 '' : Intensity (Count) u16\nTime (ns): 0\nWavelength (nm): 0 1\n= 1 2\n"
        "! ScalingXType is 2, a table, but the file ends before it; the axis counts pixels\n! file holds 3 of 4 "
        "points\n"},
+      {"no pixels", {{"a.img", Image(2, 0, 1, status, "")}}, 1, "refused: its image has 0 x 1 pixels"},
       {"compressed",
        {{"a.img", Image(1, 2, 2, status, pixels)}},
        1,
@@ -356,7 +357,7 @@ TEST_CASE("dataset: formats whose record says all") {
       {"Hamamatsu, a code that is none",
        {{"a.img", "HPK8TMAP" + std::string(999, '\1')}},
        1,
-       "refused: its layout is not the one that its beginning tells"},
+       "refused: its sweep range has the code 16843009; those of the camera are 1 to 16"},
   });
 }
 

@@ -69,8 +69,16 @@ std::string TextOf(const KemParameter& parameter, const void* values, int k) {
 void AddParameters(Dataset& d, const PrnType& r, std::span<const TextRow> units) {
   for (const KemParameter& parameter : KemParameters(r.fileType)) {
     const std::string_view key = KeyOf(parameter.name);
-    for (int k = 0; k < parameter.count; ++k)
-      AddParameter(d, {}, key, TextOf(parameter, parameter.in(r), k), text::TextOf(units, key));
+    const std::string_view unit = text::TextOf(units, key);
+    std::string numbers;
+    for (int k = 0; k < parameter.count; ++k) {
+      const std::string text = TextOf(parameter, parameter.in(r), k);
+      if (parameter.kind == KemParameterKind::Text)
+        AddParameter(d, {}, key, text, unit);
+      else
+        numbers += (k == 0 ? "" : ", ") + text;
+    }
+    if (!numbers.empty()) AddParameter(d, {}, key, numbers, unit);
   }
 }
 

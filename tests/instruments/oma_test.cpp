@@ -1,3 +1,4 @@
+#include "support/datasets.h"
 #include "support/loads.h"
 
 using namespace kem::test;
@@ -62,6 +63,9 @@ TEST_CASE("oma: header, ranges and segments; without a calibration the axis coun
         "13 XY 3x3 x 1 3 1: 1 2 3 y 10 30 1 = 10 20 30 | setup|background INACTIVE|Uniform");
   CHECK(HeaderOf(Load("curve.dat", OmaFile())) ==
         "Contiguous|0|0|128|63|0|0|0|0|0|0|0|0|0|0|0|0|0|0|32|64|10|14|20|20|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|");
+  const auto parameters = [](const std::string& path) { return Parameters(kem::Open(path)); };
+  const std::string dataset = WithFiles({{"a", OmaFile()}}, parameters);
+  CHECK(dataset.find("RawWord = 0, 0, 32, 64\n[] Range = 10, 14, 20, 20\n") != dataset.npos);
   // Slices stand behind as many entries as there are slices: four.
   CHECK(HeaderOf(Load("curve.dat", OmaFile({.scanMode = 1, .sliceMode = 1}))) ==
         "Random|0|0|128|63|0|0|0|0|0|0|0|0|0|0|0|0|0|0|32|64|10|14|20|20|3|4|0|0|0|1|1|100|102|104|108|110|101|103|"

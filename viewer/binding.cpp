@@ -288,6 +288,7 @@ void Write(const Dataset& d, const std::string& name, const tool::Format& format
     return;
   }
   const auto record = d.ToRecord().Release();
+  tool::NameByTitle(*record, format, d.title);
   if (tool::Problem problem = tool::CannotHold(format, *record); !problem.empty()) Refuse(problem);
   if (std::string_view(format.name) == "dx")
     std::ofstream(name, std::ios::binary) << tool::JcampOf(d.values.IsComplex() ? d.Only(Part::Real) : d);

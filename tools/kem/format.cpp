@@ -151,6 +151,13 @@ Problem CannotHold(const Format& format, const PrnType& record) {
   return format.linear == Linear::Exactly ? "" : NotFinite(format, record);
 }
 
+void NameByTitle(PrnType& record, const Format& format, std::string title) {
+  if (std::string_view(format.name) != "prn") return;
+  const auto breaks = [](char c) { return c == '\n' || c == '\r'; };
+  std::replace_if(title.begin(), title.end(), breaks, ' ');
+  std::snprintf(record.fileName, sizeof record.fileName, "%s", title.c_str());
+}
+
 Problem WriteRecord(PrnType& record, const Format& format, const std::string& name) {
   if (!record.HasX() && Loses(format.linear, XAxis(record))) StoreX(record);
   if (record.Is3D() && !record.HasY() && Loses(format.linear, YAxis(record))) StoreY(record);

@@ -38,6 +38,9 @@ std::string FormatNames();
 // Why a format cannot hold a record.
 Problem CannotHold(const Format& format, const PrnType& record);
 
+// Gives the record of a dataset its title as name where a format writes the name and reads it back as title.
+void NameByTitle(PrnType& record, const Format& format, std::string title);
+
 // Writes a record to an empty file. An axis whose definition in this format would mean other coordinates, or
 // another number of them, becomes a stored one first.
 Problem WriteRecord(PrnType& record, const Format& format, const std::string& name);

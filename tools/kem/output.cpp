@@ -1,8 +1,6 @@
 #include "output.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <fstream>
 #include <functional>
 #include <iostream>
@@ -198,19 +196,12 @@ void NoteLoss(const Input& input, const Format& format, const Output& output, co
     turn->lost = std::string(format.name) + " does not keep all of it: " + lost + Hint(lost, format, output);
 }
 
-// The name in the header of XY columns reads back as the title.
-void NameByTitle(PrnType& record, std::string title) {
-  std::replace_if(
-      title.begin(), title.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  std::snprintf(record.fileName, sizeof record.fileName, "%s", title.c_str());
-}
-
 Problem Save(Input& input, const std::string& label, const Format& format, Output& output) {
   if (output.matrix && input.dataset && input.dataset->values.IsComplex())
     return "a matrix takes real values; --part picks them";
   if (std::string_view(format.name) != "csv" || !input.dataset)
     if (Problem problem = CannotHold(format, *input.record); !problem.empty()) return problem;
-  if (std::string_view(format.name) == "prn" && input.dataset) NameByTitle(*input.record, input.dataset->title);
+  if (input.dataset) NameByTitle(*input.record, format, input.dataset->title);
   const Writing write = [&](const std::string& name) -> Problem {
     Problem problem = IsWhole(input, format) ? WriteWhole(*input.dataset, format, output, name)
                                              : WriteRecord(*input.record, format, name);

@@ -1,5 +1,6 @@
 // Records in Python: their members under the names of Python, and NumPy's arrays.
 #include <cstring>
+#include <numeric>
 
 #include "module.h"
 
@@ -46,36 +47,39 @@ constexpr std::pair<const char*, Record (Record::*)() const> kPlain[] = {
 
 // ------------------------------------------------------------ from and to NumPy
 
-std::vector<float> CountedUp(std::size_t count) {
-  std::vector<float> numbers(count);
-  for (std::size_t k = 0; k < count; ++k) numbers[k] = static_cast<float>(k);
-  return numbers;
-}
-
-// The coordinates along an axis of as many values, which are counted up when there are none.
-std::vector<float> CoordinatesFor(const char* name, const std::optional<Numbers<float>>& given, py::ssize_t count) {
-  if (!given) return CountedUp(static_cast<std::size_t>(count));
-  if (given->ndim() != 1 || given->size() != count)
+// The axis of as many values: one of a dataset as it is, or coordinates, which are counted up when there are none.
+Axis AxisFor(const char* name, const py::object& given, py::ssize_t count) {
+  const char* const title = *name == 'x' ? "X" : "Y";
+  const auto values = static_cast<std::size_t>(count);
+  if (given.is_none()) {
+    std::vector<double> numbers(values);
+    std::iota(numbers.begin(), numbers.end(), 0.0);
+    return Axis::Stored(title, "", std::move(numbers));
+  }
+  if (py::isinstance<Axis>(given) && given.cast<const Axis&>().Count() == values) return given.cast<Axis>();
+  const Numbers<float> numbers(ArrayOf(given));
+  if (numbers.ndim() != 1 || numbers.size() != count)
     throw py::value_error(std::string(name) + " must be " + std::to_string(count) +
                           " coordinates, as many as there are values");
-  const auto numbers = SpanOf(*given);
-  return {numbers.begin(), numbers.end()};
+  const auto coordinates = SpanOf(numbers);
+  return Axis::Stored(title, "", {coordinates.begin(), coordinates.end()});
 }
 
-Record NewRecord(const py::object& given, const std::optional<Numbers<float>>& x,
-                 const std::optional<Numbers<float>>& y) {
+Record NewRecord(const py::object& given, const py::object& x, const py::object& y) {
   const py::array array = ArrayOf(given);
   if (std::string_view("biuf").find(array.dtype().kind()) == std::string_view::npos)
     throw py::type_error("values must be real numbers");
   const Numbers<float> values(array);
-  if (values.ndim() == 1) {
-    if (y) throw py::value_error("y is an axis of grids; values have one dimension");
-    if (!x) return Record::Curve(SpanOf(values));
-    return Record::Curve(SpanOf(values), CoordinatesFor("x", x, values.size()));
-  }
-  if (values.ndim() != 2) throw py::value_error("values must have one dimension or two");
-  return Record::Grid(SpanOf(values), CoordinatesFor("x", x, values.shape(1)),
-                      CoordinatesFor("y", y, values.shape(0)));
+  if (values.ndim() != 1 && values.ndim() != 2) throw py::value_error("values must have one dimension or two");
+  const bool grid = values.ndim() == 2;
+  if (!grid && !y.is_none()) throw py::value_error("y is an axis of grids; values have one dimension");
+  if (!grid && x.is_none()) return Record::Curve(SpanOf(values));
+  Dataset d;
+  d.name = grid ? "Z" : "Y";
+  d.values = kem::Values::Of(SpanOf(values));
+  if (grid) d.axes.push_back(AxisFor("y", y, values.shape(0)));
+  d.axes.push_back(AxisFor("x", x, values.shape(grid ? 1 : 0)));
+  return d.ToRecord();
 }
 
 // The stored coordinates or values of a record as they lie there, or those that its start and step define.

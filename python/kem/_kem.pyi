@@ -404,9 +404,9 @@ class Record:
     Parameters
     ----------
     values : array_like of real numbers, shape (nx,) or (ny, nx)
-    x : array_like, shape (nx,), optional
-        Coordinates, 0, 1, 2, ... when there are none.
-    y : array_like, shape (ny,), optional
+    x : array_like or Axis, shape (nx,), optional
+        Coordinates, 0, 1, 2, ... when there are none. An axis keeps its name, its unit and its steps.
+    y : array_like or Axis, shape (ny,), optional
         Coordinates of a grid, likewise.
 
     Raises
@@ -418,10 +418,12 @@ class Record:
     --------
     >>> (2 * kem.Record([1, 2, 4], x=[10, 20, 30]) - 1).y
     array([1., 3., 7.], dtype=float32)
+    >>> kem.Record([1, 2], x=kem.Axis("Field", "G", start=0, end=5, count=2)).to_dataset().axes[0]
+    <kem.Axis Field (G): 2 points, 0 to 5, linear>
     """
 
     def __init__(
-        self, values: npt.ArrayLike, x: npt.ArrayLike | None = None, y: npt.ArrayLike | None = None
+        self, values: npt.ArrayLike, x: npt.ArrayLike | Axis | None = None, y: npt.ArrayLike | Axis | None = None
     ) -> None: ...
     @property
     def x(self) -> _Singles:

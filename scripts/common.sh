@@ -14,7 +14,7 @@ debian_packages=(build-essential debhelper dh-python lintian debootstrap fakeroo
   pybind11-dev python3-dev python3-wheel)
 viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emscripten node-acorn nodejs)
 command -v npm >/dev/null || viewer_packages+=(npm)  # that of other makers of nodejs excludes Debian's
-viewer_test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium python3-pytest)
+viewer_test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium python3-pytest python3-pil)
 bench_packages=(libbenchmark-dev python3-numpy python3-scipy python3-pandas python3-opencv python3-bottleneck)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine

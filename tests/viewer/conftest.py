@@ -3,6 +3,7 @@
 import base64
 import functools
 import http.server
+import io
 import json
 import os
 import subprocess
@@ -11,6 +12,7 @@ import time
 from pathlib import Path
 
 import pytest
+from PIL import Image
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
@@ -45,6 +47,7 @@ class Page:
         self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [scheme]})
         size = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False}
         self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", size)
+        self.browser.execute_cdp_cmd("Input.dispatchMouseEvent", {"type": "mouseMoved", "x": 0, "y": 0})
         self.browser.get(url)
         self.wait(lambda: "loading" not in self.find("body").get_attribute("class"))
 
@@ -85,10 +88,10 @@ class Page:
         return drawn and int(drawn)
 
     def select(self, label, value):
-        """Chooses from a list that has its label in front of it."""
+        """Chooses from a list, or fills a box, that has a label in front of it or of its own."""
         self.js(
             """const choice = [...document.querySelectorAll(".choice")].find(c => c.firstChild.textContent === arguments[0]);
-            const input = choice.querySelector("select, input");
+            const own = `[aria-label="${arguments[0]}"]`, input = (choice ?? document).querySelector(choice ? "select, input" : own);
             input.value = arguments[1];
             input.dispatchEvent(new Event("change", {bubbles: true}));""",
             label,
@@ -96,15 +99,47 @@ class Page:
         )
 
     def calculate(self, operation, **fields):
-        self.js(
-            """const select = document.querySelector("#calculate select");
-            select.value = arguments[0];
-            select.dispatchEvent(new Event("change", {bubbles: true}));""",
-            operation,
-        )
+        self.select("Operation", operation)
         for label, value in fields.items():
             self.select(label, value)
         self.find("#calculate [type=submit]").click()
+
+    def toggle(self, label):
+        self.js("[...document.querySelectorAll('.toggle')].find(t => t.textContent === arguments[0]).click()", label)
+
+    def inner(self, css):
+        """What lies between the axes of a plot, in pixels of the page."""
+        rect = "const r = document.querySelector(arguments[0] + ' .u-over').getBoundingClientRect();"
+        return self.js(rect + "return {x: r.x, y: r.y, width: r.width, height: r.height}", css)
+
+    def between_axes(self, css):
+        box = self.inner(css)
+        left, top = round(box["x"]), round(box["y"])
+        return self.picture().crop((left, top, left + round(box["width"]), top + round(box["height"])))
+
+    def act(self, command, kind, at=(), **more):
+        """An event of the mouse or of fingers at parts of the width and height between the axes, from the top left."""
+        box = self.inner("#plot")
+        points = [{"x": box["x"] + x * box["width"], "y": box["y"] + y * box["height"]} for x, y in at]
+        fingers = [{"id": k, **point} for k, point in enumerate(points)]
+        place = points[0] if command == "Mouse" else {"touchPoints": fingers}
+        self.browser.execute_cdp_cmd(f"Input.dispatch{command}Event", {"type": kind, **place, **more})
+
+    def mouse(self, kind, at, **more):
+        self.act("Mouse", f"mouse{kind}", [at], **{"button": "left", "clickCount": 1, **more})
+
+    def drag(self, start, end, modifiers=0):
+        for kind, at in (("Pressed", start), ("Moved", end), ("Released", end)):
+            self.mouse(kind, at, modifiers=modifiers)
+
+    def double_click(self, at):
+        for clicks in (1, 2):
+            self.mouse("Pressed", at, clickCount=clicks)
+            self.mouse("Released", at, clickCount=clicks)
+
+    def pinch(self, starts, ends):
+        for kind, fingers in (("touchStart", starts), ("touchMove", ends), ("touchEnd", [])):
+            self.act("Touch", kind, fingers)
 
     def press(self, *keys):
         self.find("#plot .uplot").send_keys(*keys)
@@ -125,10 +160,13 @@ class Page:
     def shoot(self, name):
         """A picture of the whole page, to be looked at."""
         SHOTS.mkdir(parents=True, exist_ok=True)
+        self.picture().save(SHOTS / f"{name}.png")
+
+    def picture(self):
         width, height = self.js("return [innerWidth, document.documentElement.scrollHeight]")
         clip = {"x": 0, "y": 0, "width": width, "height": height, "scale": 1}
         shot = self.browser.execute_cdp_cmd("Page.captureScreenshot", {"captureBeyondViewport": True, "clip": clip})
-        (SHOTS / f"{name}.png").write_bytes(base64.b64decode(shot["data"]))
+        return Image.open(io.BytesIO(base64.b64decode(shot["data"]))).convert("RGB")
 
 
 @pytest.fixture(scope="session")

@@ -7,7 +7,7 @@ import { showFacts, showNotes, showParameters } from "./details";
 import { isCurve, itemOf, numbered, titled, withShown, type Item, type PartName } from "./items";
 import { kem, load, sentenceOf, type Dataset, type Facts, type Numbers } from "./kem";
 import { coordinateText, direction, every, rangeOf, shortText, valueText, type Range } from "./numbers";
-import { showOperations } from "./operations";
+import { followView, showOperations } from "./operations";
 import { byId, button, choice, element, tell, toggle } from "./page";
 import { Plot, type Box } from "./plot";
 
@@ -17,8 +17,6 @@ let plots: Plot[] = [];
 let log = false;
 let map = "viridis";
 let colourRange: Range | null = null; // null for all values
-
-const current = () => selected;
 
 // ------------------------------------------------------------ opening
 
@@ -183,7 +181,7 @@ function showBar(item: Item): void {
   bar.push(
     toggle("log", log, (on) => {
       log = on;
-      draw(item);
+      draw(item, isCurve(item) ? undefined : plots[0]?.shown);
     }),
   );
   if (!isCurve(item)) {
@@ -319,6 +317,7 @@ function drawCurves(item: Item, box?: Box): void {
     reversed: axis.start > axis.end,
     title: `Plot of ${item.label}`,
     read: (readings) => showReadings(readings, labels.x),
+    viewed: () => followView(),
   });
   plots = [plot];
   if (all.length > 1) showReadings(all.map((curve) => ({ curve, k: -1 })), labels.x);
@@ -354,7 +353,9 @@ function drawImage(item: Item, box?: Box): void {
   const [yAxis, xAxis] = facts.axes;
   const labels = { x: titled(xAxis.name, xAxis.unit, "X"), y: titled(yAxis.name, yAxis.unit, "Y") };
   const whole = rangeOf(grid.values, log ? 0 : -Infinity);
-  const colouring: Colouring = { map, range: colourRange ?? (whole.min <= whole.max ? whole : { min: 0, max: 1 }), log };
+  const all = whole.min <= whole.max ? whole : { min: 0.1, max: 1 };
+  const bound = (end: "min" | "max") => (colourRange && !(log && colourRange[end] <= 0) ? colourRange : all)[end];
+  const colouring: Colouring = { map, range: { min: bound("min"), max: bound("max") }, log };
   const sections = sectionsOf(grid, labels, titled(facts.name, facts.unit, "Z"), item);
   let pinned = false;
   const plot = new Plot(
@@ -379,6 +380,7 @@ function drawImage(item: Item, box?: Box): void {
         return { x: towards(i, dx, grid.x), y: towards(j, dy, grid.y) };
       },
       pick: () => (pinned = !pinned),
+      viewed: () => followView(),
     },
     box,
   );
@@ -392,9 +394,9 @@ function drawImage(item: Item, box?: Box): void {
 
 function showSample(grid: Grid, { i, j }: { i: number; j: number }, labels: { x: string; y: string }, item: Item): void {
   const value = grid.values[j * grid.x.length + i];
-  const cell = (name: string, text: string) => [element("dt", {}, name), element("dd", {}, text)];
-  const reading = element("dl", {}, ...cell(labels.x, coordinateText(grid.x[i])), ...cell(labels.y, coordinateText(grid.y[j])),
-    ...cell(titled(item.facts.name, item.facts.unit, "value"), textOf(value, grid.values)));
+  const cell = (name: string, text: string) => element("div", {}, element("dt", {}, name), element("dd", {}, text));
+  const reading = element("dl", {}, cell(labels.x, coordinateText(grid.x[i])), cell(labels.y, coordinateText(grid.y[j])),
+    cell(titled(item.facts.name, item.facts.unit, "value"), textOf(value, grid.values)));
   byId("reading").replaceChildren(reading);
 }
 
@@ -495,10 +497,7 @@ async function start(): Promise<void> {
   const search = byId<HTMLInputElement>("search");
   search.oninput = () => selected && showParameters(selected.facts, search.value);
   matchMedia("(prefers-color-scheme: dark)").addEventListener("change", () => select(selected));
-  addEventListener("resize", () => {
-    const item = current();
-    if (item && plots.length > 0 && plots[0].options.height !== plotHeight()) draw(item, plots[0].shown);
-  });
+  addEventListener("resize", () => plots[0]?.fit(plotHeight()));
   document.body.classList.remove("loading");
 }
 

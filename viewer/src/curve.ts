@@ -122,6 +122,7 @@ export function plotCurves(
     title: string;
     box?: Box;
     read(readings: Reading[]): void;
+    viewed?(): void;
   },
 ): Plot {
   let readings: Reading[] = [];
@@ -134,6 +135,7 @@ export function plotCurves(
       log: options.log,
       height: options.height,
       title: options.title,
+      viewed: options.viewed,
       draw: (context, into) => {
         for (const curve of [...curves].reverse()) drawCurve(context, into, curve);
       },

@@ -69,12 +69,13 @@ const operations: Operation[] = [
     run: (d, [width]) => d.median(Math.round(numberIn(width))),
     label: ([width]) => `median ${width}`,
   },
-  {
-    name: "Baseline",
-    fields: (c) => [...bounds(c, "x"), along],
-    run: (d, [from, to, axis]) => d.baseline(numberIn(from), numberIn(to), isY(axis)),
-    label: ([from, to]) => `baseline ${from} to ${to}`,
-  },
+  ...(["X", "Y"] as const).map((axis) => ({
+    name: isY(axis) ? "Baseline along Y" : "Baseline",
+    gridsOnly: isY(axis),
+    fields: (c: Calculation) => bounds(c, isY(axis) ? "y" : "x"),
+    run: (d: Dataset, [from, to]: string[]) => d.baseline(numberIn(from), numberIn(to), isY(axis)),
+    label: ([from, to]: string[]) => `baseline ${from} to ${to}`,
+  })),
   {
     name: "Cut",
     fields: (c) => [...bounds(c, "x"), ...bounds(c, "y")],
@@ -90,13 +91,13 @@ const operations: Operation[] = [
     },
     label: ([x1, x2, dx]) => `resample ${x1} to ${x2} by ${dx}`,
   },
-  {
-    name: "Section",
+  ...(["X", "Y"] as const).map((axis) => ({
+    name: `Section along ${axis}`,
     gridsOnly: true,
-    fields: (c) => [along, ...bounds(c, "y").map((f) => ({ ...f, label: f.label.replace("Y ", "") }))],
-    run: (d, [axis, from, to]) => d.section(isY(axis), numberIn(from), numberIn(to)),
-    label: ([axis, from, to]) => `along ${axis}, mean of ${from} to ${to}`,
-  },
+    fields: (c: Calculation) => bounds(c, isY(axis) ? "x" : "y"),
+    run: (d: Dataset, [from, to]: string[]) => d.section(isY(axis), numberIn(from), numberIn(to)),
+    label: ([from, to]: string[]) => `along ${axis}, mean of ${from} to ${to}`,
+  })),
   {
     name: "Arithmetic",
     fields: ({ others }) => [
@@ -134,11 +135,14 @@ const isGrid = (c: Calculation) => c.item.facts.axes.length > 1;
 
 function input(field: Field): HTMLElement {
   if (field.values) return choice(field.label, field.values, field.initial, () => undefined, field.text);
-  const box = element("input", { type: "text", value: field.initial, size: 9, inputMode: "decimal" });
+  const box = element("input", { type: "text", defaultValue: field.initial, size: 9, inputMode: "decimal" });
   return element("label", { class: "choice" }, element("span", {}, field.label), box);
 }
 
 let chosen = operations[0].name;
+
+/** Bounds that nobody changed become those of what the plot shows. */
+export let followView = (): void => undefined;
 
 /** The form of the operation that is chosen. */
 export function showOperations(current: () => Calculation | null): void {
@@ -157,6 +161,11 @@ export function showOperations(current: () => Calculation | null): void {
     made.hidden = field.gridsOnly === true && !isGrid(now);
     return made;
   });
+  followView = () => {
+    const boxes = inputs.map((made) => made.querySelector("input"));
+    const c = current();
+    if (c) operation.fields(c).forEach(({ initial }, k) => boxes[k] && (boxes[k].defaultValue = initial));
+  };
   form.onsubmit = (event) => {
     event.preventDefault();
     const c = current();

@@ -23,6 +23,8 @@ export interface PlotOptions {
   /** The next sample in a direction, for the arrow keys. */
   step(at: { x: number; y: number }, dx: number, dy: number): { x: number; y: number };
   pick?(): void;
+  /** Another part is shown. */
+  viewed?(): void;
 }
 
 const css = (name: string) => getComputedStyle(document.body).getPropertyValue(name).trim();
@@ -76,8 +78,7 @@ export class Plot {
     this.show(this.box);
     this.listen();
     this.resized = new ResizeObserver(() => {
-      if (host.clientWidth !== this.u.width && host.clientWidth > 0)
-        this.u.setSize({ width: host.clientWidth, height: options.height });
+      if (host.clientWidth !== this.u.width && host.clientWidth > 0) this.resize(host.clientWidth, this.u.height);
     });
     this.resized.observe(host);
   }
@@ -91,8 +92,14 @@ export class Plot {
     return this.box;
   }
 
-  redraw(): void {
-    this.u.redraw();
+  /** Takes another height, as the window does when it is turned or its bars go. */
+  fit(height: number): void {
+    if (height !== this.u.height) this.resize(this.u.width, height);
+  }
+
+  private resize(width: number, height: number): void {
+    this.u.setSize({ width, height });
+    this.placeCursor();
   }
 
   show(box: Box): void {
@@ -103,6 +110,7 @@ export class Plot {
       this.u.setScale("y", box.y);
     });
     this.placeCursor();
+    this.options.viewed?.();
   }
 
   reset(): void {
@@ -209,7 +217,8 @@ export class Plot {
       "wheel",
       (event) => {
         event.preventDefault();
-        const factor = Math.exp(Math.sign(event.deltaY) * Math.min(Math.abs(event.deltaY), 100) * 0.002);
+        const turned = event.deltaY || event.deltaX; // with Shift a wheel turns sideways
+        const factor = Math.exp(Math.sign(turned) * Math.min(Math.abs(turned), 100) * 0.002);
         this.zoom(factor, this.placeOf(this.pointOf(event)), { x: !event.shiftKey, y: !event.ctrlKey });
       },
       { passive: false },

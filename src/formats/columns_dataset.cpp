@@ -7,7 +7,8 @@
 //
 // Other lines are parameters ("Key: value", "KEY<TAB>value", "# key = value") or comments. The line before the
 // first row may name the columns. Each column behind the first is an item; three columns that run through a lattice
-// are a grid. The headers of XY and NXY files name titles by position, see columns.cpp.
+// are a grid, and so is a matrix whose first line has "Y \ X" and the X coordinates. The headers of XY and NXY
+// files name titles by position, see columns.cpp.
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -96,8 +97,8 @@ void AddHeaderLine(Dataset& d, std::string_view line, std::string& section) {
   AddParameter(d, section, "Comment", whole);
 }
 
-// The titles of the columns, where the line before the first row has one for each.
-std::vector<NamedUnit> ColumnTitles(std::string_view line, std::size_t columns) {
+// The titles of a line between the separators that it has, which may stand in quotes.
+std::vector<NamedUnit> TitlesIn(std::string_view line) {
   std::vector<NamedUnit> titles;
   line = Trimmed(line);
   while (!line.empty() && line.front() == '#') line = Trimmed(line.substr(1));
@@ -117,6 +118,12 @@ std::vector<NamedUnit> ColumnTitles(std::string_view line, std::size_t columns) 
       titles.push_back(SplitTitle(TakeField(line, strong)));
     }
   }
+  return titles;
+}
+
+// The titles of the columns, where the line before the first row has one for each.
+std::vector<NamedUnit> ColumnTitles(std::string_view line, std::size_t columns) {
+  const std::vector<NamedUnit> titles = TitlesIn(line);
   const bool plain = std::none_of(titles.begin(), titles.end(), [](const NamedUnit& t) {
     return t.name.empty() ? t.unit.empty() : NumberIn(t.name).has_value();
   });
@@ -206,7 +213,23 @@ Kind KindOf(const Table& t) {
 struct Titles {
   std::string title;
   std::vector<NamedUnit> columns;
+  std::vector<double> across = {};  // the X coordinates of a matrix, whose titles are those of Y and X
 };
+
+// "Time (ns) \ Wavelength (nm)", then an X coordinate for each column.
+bool FindMatrix(Titles& titles, std::string_view line, std::size_t columns) {
+  const std::vector<NamedUnit> fields = TitlesIn(line);
+  const auto mark = fields.size() == columns ? fields[0].name.find(" \\") : std::string::npos;
+  if (mark == std::string::npos) return false;
+  std::vector<double> across;
+  for (std::size_t k = 1; k < columns; ++k)
+    if (const auto x = NumberIn(fields[k].name)) across.push_back(*x);
+  if (across.size() + 1 != columns) return false;
+  const std::string x(Trimmed(std::string_view(fields[0].name).substr(mark + 2)));
+  titles.columns = {SplitTitle(std::string_view(fields[0].name).substr(0, mark)), {x, fields[0].unit}};
+  titles.across = std::move(across);
+  return true;
+}
 
 // "NXY 3 Wavelength (nm)", a title for each column, start, stop, the name.
 Titles TitlesOfNXY(const Table& t) {
@@ -233,16 +256,18 @@ Titles TitlesOf(Dataset& d, const Table& t) {
   if (KindOf(t) == Kind::NXY) return TitlesOfNXY(t);
   if (KindOf(t) == Kind::XY) return TitlesOfXY(t);
   Titles titles;
-  if (!t.header.empty()) titles.columns = ColumnTitles(t.header.back(), t.columns);
+  if (!t.header.empty() && !FindMatrix(titles, t.header.back(), t.columns))
+    titles.columns = ColumnTitles(t.header.back(), t.columns);
   const std::size_t named = titles.columns.empty() ? 0 : 1;
   std::string section;
   for (std::size_t k = 0; k + named < t.header.size(); ++k) AddHeaderLine(d, t.header[k], section);
   for (const std::string_view line : t.trailer) AddHeaderLine(d, line, section);
   titles.columns.resize(t.columns);
   const auto text = [&d](std::string_view key) { return d.Find(key) ? d.Find(key)->text : std::string(); };
+  titles.title = text("TITLE");
+  if (!titles.across.empty()) return titles;
   if (titles.columns[0].unit.empty()) titles.columns[0].unit = text("XUNITS");
   if (titles.columns[1].unit.empty()) titles.columns[1].unit = text("YUNITS");
-  titles.title = text("TITLE");
   return titles;
 }
 
@@ -260,6 +285,7 @@ std::vector<std::string> ColumnItems(Source& source) {
   if (LatticeWidth(table) > 0) return {std::string()};
   Dataset scratch;
   const Titles titles = TitlesOf(scratch, table);
+  if (!titles.across.empty()) return {std::string()};
   std::vector<std::string> names;
   for (std::size_t k = 1; k < table.columns; ++k) names.push_back(titles.columns[k].name);
   return names;
@@ -280,6 +306,17 @@ Dataset OpenColumns(Source& source, int item) {
     return Axis::Stored(titles.columns[column].name, titles.columns[column].unit,
                         Column(table, column, count, step));
   };
+  if (table.oddRows > 0)
+    d.notes.push_back({Severity::Damaged, "rows of another length: " + std::to_string(table.oddRows)});
+  if (!titles.across.empty()) {
+    d.axes = {axis(0, table.Rows(), 1),
+              Axis::Stored(titles.columns[1].name, titles.columns[1].unit, titles.across)};
+    std::vector<double> values;
+    for (std::size_t k = 0; k < table.numbers.size(); ++k)
+      if (k % table.columns != 0) values.push_back(table.numbers[k]);
+    d.values = Values::Of(std::move(values));
+    return d;
+  }
   const std::size_t width = LatticeWidth(table);
   const std::size_t values = width > 0 ? 2 : static_cast<std::size_t>(item);
   if (width > 0)
@@ -289,8 +326,6 @@ Dataset OpenColumns(Source& source, int item) {
   d.name = titles.columns[values].name;
   d.unit = titles.columns[values].unit;
   d.values = Values::Of(Column(table, values, table.Rows(), 1));
-  if (table.oddRows > 0)
-    d.notes.push_back({Severity::Damaged, "rows of another length: " + std::to_string(table.oddRows)});
   return d;
 }
 

@@ -291,6 +291,8 @@ TEST_CASE("dataset: columns of text") {
        "columns of text 2/2 'b' : b () f64\nField (G) stored: 1 4\n= 3 6\n! holds 1 more item\n"},
       {"a lattice", text("x,y,z\n1,7,1\n2,7,2\n1,8,3\n2,8,4\n"), 1,
        "columns of text 1/1 '' : z () f64\ny () stored: 7 8\nx () stored: 1 2\n= 1 2 3 4\n"},
+      {"a matrix", text("\"t, s (ns) \\ (nm)\",400,401\n0,1,2\n5,3,4\n"), 1,
+       "columns of text 1/1 '' :  () f64\nt, s (ns) stored: 0 5\n (nm) stored: 400 401\n= 1 2 3 4\n"},
       {"rows of another length", text("1 2\n3 4\n5 6 7\n"), 1,
        "columns of text 1/1 '' :  () f64\n () stored: 1 3\n= 2 4\n! rows of another length: 1\n"},
       {"XY prn with a third column",

@@ -417,7 +417,7 @@ TEST_CASE("kem: complex values, matrices, metadata; check, identify and formats"
                              ": values are complex; --part tells which part to take, and the real "));
   const std::string lattice = folder.Write("l.txt", "(nm),y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
   CHECK(csv("", lattice) == "(nm),y,z\n1,7,1\n2,7,2.5\n1,8,3\n2,8,4\n");
-  CHECK(csv("--matrix ", lattice) == "(nm),1,2\n7,1,2.5\n8,3,4\n");
+  CHECK(csv("--matrix ", lattice) == "y \\ (nm),1,2\n7,1,2.5\n8,3,4\n");
   CHECK(csv("--metadata ", pair).size() > 9);
   CHECK(Json::parse(ReadBytes(folder.Path("out.json")))["parameters"][1]["key"] == "HCF");
 

@@ -175,7 +175,9 @@ void WriteTable(Table& table, const Dataset& d) {
 void WriteMatrix(Table& table, const Dataset& d) {
   const Axis& x = d.axes.back();
   const std::size_t rows = d.axes.size() == 1 ? 1 : d.axes.front().Count();
-  table.Title(TitleOf(x.name, x.unit, "X"), false);
+  const std::string titleOfX = TitleOf(x.name, x.unit, "X");
+  const Axis& y = d.axes.front();
+  table.Title(d.axes.size() == 1 ? titleOfX : TitleOf(y.name, y.unit, "Y") + " \\ " + titleOfX, false);
   for (std::size_t i = 0; i < x.Count(); ++i) AddCoordinate(table, x, i);
   table.EndRow();
   for (std::size_t j = 0, k = 0; j < rows; ++j) {

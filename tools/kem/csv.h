@@ -13,7 +13,7 @@ namespace kem::tool {
 bool WriteCsv(const PrnType& record, const char* name);
 
 // Writes a dataset likewise, complex values as two columns; as a matrix a line for each Y, with the X coordinates
-// in the first.
+// in the first behind "Y \ X".
 //
 // A header has the title and the parameters in front, "# key: value unit", each section behind "# [name]".
 bool WriteCsv(const Dataset& dataset, const char* name, bool matrix, bool header = false);

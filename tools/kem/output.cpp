@@ -186,11 +186,13 @@ const char* Hint(const std::string& lost, const Format& format, const Output& ou
   return helps ? "; --header keeps that" : "";
 }
 
-// Notes what the file that is being written does not hold; a matrix is not meant to be read back.
+// Notes what the file that is being written does not hold; a curve as a matrix is not meant to be read back.
 void NoteLoss(const Input& input, const Format& format, const Output& output, const std::string& name) {
   Turn* turn = ThisTurn();
   constexpr std::size_t kMostPoints = 1 << 20;
-  if (!turn || !input.dataset || output.matrix || input.dataset->values.Count() > kMostPoints) return;
+  if (!turn || !input.dataset || (output.matrix && input.dataset->axes.size() == 1) ||
+      input.dataset->values.Count() > kMostPoints)
+    return;
   const std::string lost = LostIn(name, *input.dataset);
   if (!lost.empty() && turn->lost.empty())
     turn->lost = std::string(format.name) + " does not keep all of it: " + lost + Hint(lost, format, output);

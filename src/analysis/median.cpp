@@ -61,10 +61,11 @@ using Selection = void (*)(const float* const* rows, Index count, Index length, 
 // By the reach of a span, beginning with 1: those that are faster than ranks are.
 template <std::size_t... reach>
 constexpr std::array<Selection, sizeof...(reach)> SelectionsAlong(std::index_sequence<reach...>) {
-  return {SelectAll<1, 2 * reach + 3, reach + 1>...};
+  return {SelectNarrow<1, 2 * reach + 3, reach + 1>...};
 }
-constexpr auto kOfCurves = SelectionsAlong(std::make_index_sequence<7>());
-constexpr std::array<Selection, 2> kOfGrids = {SelectAll<3, 3, 5>, SelectAll<5, 5, 13>};
+constexpr auto kOfCurves = SelectionsAlong(std::make_index_sequence<16>());
+constexpr std::array<Selection, 4> kOfGrids = {SelectNarrow<3, 3, 5>, SelectNarrow<5, 5, 13>,
+                                               SelectNarrow<7, 7, 25>, SelectNarrow<9, 9, 41>};
 
 Selection NarrowSelection(const Field& field) {
   const std::span<const Selection> all = field.halfX == 0 ? std::span<const Selection>(kOfCurves) : kOfGrids;
@@ -105,6 +106,13 @@ class RankSet {
     std::uint64_t bits = words_[word_];
     for (std::size_t k = below_; k < place; ++k) bits &= bits - 1;
     return word_ * 64 + static_cast<std::size_t>(std::countr_zero(bits));
+  }
+  // The member after a member.
+  std::size_t After(std::size_t rank) const {
+    std::size_t word = rank / 64;
+    std::uint64_t bits = words_[word] & (~std::uint64_t{1} << rank % 64);
+    while (bits == 0) bits = words_[++word];
+    return word * 64 + static_cast<std::size_t>(std::countr_zero(bits));
   }
 
  private:
@@ -188,10 +196,8 @@ class RankedTile {
     const Index place = field_.Place(collected);
     const std::uint32_t last = ranks_[At(span_.x.to - 1, span_.y.to - 1)];
     if (place == collected - 1) return ValueAt(last);
-    set_.Remove(last);
     const std::size_t rank = set_.At(static_cast<std::size_t>(place));
-    set_.Add(last);
-    return ValueAt(rank);
+    return ValueAt(last <= rank ? set_.After(rank) : rank);
   }
 
   Field field_;
@@ -225,7 +231,8 @@ void Medians(const Field& field, float* const* result) {
     return;
   }
   const Selection select = NarrowSelection(field);
-  if (!select || whole.Count() == 0) return SelectByRank(field, all, result);
+  if (!select || whole.x.Count() == 0 || whole.y.Count() < Index{kNeighbours})
+    return SelectByRank(field, all, result);
   select(field.rows, field.nX, field.nY, result);
   SelectByRank(field, {{0, whole.x.from}, all.y}, result);
   SelectByRank(field, {{whole.x.to, field.nX}, all.y}, result);

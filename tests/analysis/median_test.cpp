@@ -64,9 +64,10 @@ TEST_CASE("median: all small widths and shapes agree with a sort per value") {
 
 TEST_CASE("median: data of many tiles, and spans wider than the data") {
   Rng rng(kSeed);
-  for (const int w : {3, 5, 9, 15, 16, 51, 501, 9999, std::numeric_limits<int>::max()})
+  for (int w = 3; w < 40; ++w) CheckMedian(Spoilt(rng, AllocXY, 400 + 10 * w, 0), w);
+  for (const int w : {3, 17, 51, 501, 9999, std::numeric_limits<int>::max()})
     CheckMedian(Spoilt(rng, AllocXY, w < 1000 ? 5000 : 700, 0), w);
-  for (const int w : {2, 3, 4, 5, 6, 9, 21}) CheckMedian(Spoilt(rng, AllocZ, 75, 150), w);
+  for (const int w : {2, 3, 4, 5, 6, 7, 9, 21}) CheckMedian(Spoilt(rng, AllocZ, 75, 150), w);
   CheckMedian(Spoilt(rng, AllocZ, 30, 40), std::numeric_limits<int>::max() - 1);
   PrnType ramp(AllocY, 6000);  // the median moves as far as it can
   for (int k = 0; k < ramp.nY; ++k) ramp.yArray[k] = static_cast<float>((k / 40 % 2 == 0 ? k : -k) % 1500);

@@ -12,7 +12,8 @@ python_packages=("${wheel_packages[@]}" python3-venv python3-numpy python3-pytes
   python3-pandas python3-matplotlib python3-netcdf4 python3-dask python3-distributed mypy)
 debian_packages=(build-essential debhelper dh-python lintian debootstrap fakeroot doxygen "${build_packages[@]}"
   pybind11-dev python3-dev python3-wheel)
-viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emscripten node-acorn nodejs)
+viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emscripten node-acorn nodejs
+  ca-certificates)
 command -v npm >/dev/null || viewer_packages+=(npm)  # that of other makers of nodejs excludes Debian's
 viewer_test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium python3-pytest python3-pil)
 bench_packages=(libbenchmark-dev python3-numpy python3-scipy python3-pandas python3-opencv python3-bottleneck)

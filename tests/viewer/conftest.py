@@ -42,9 +42,12 @@ class Page:
         self.browser = browser
         self.downloads = downloads
 
-    def load(self, url, width=1280, height=900, dark=False):
-        scheme = {"name": "prefers-color-scheme", "value": "dark" if dark else "light"}
-        self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [scheme]})
+    def scheme(self, name):
+        colours = {"name": "prefers-color-scheme", "value": name}
+        self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [colours]})
+
+    def load(self, url, width=1280, height=900, scheme="light"):
+        self.scheme(scheme)
         size = {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False}
         self.browser.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", size)
         self.browser.execute_cdp_cmd("Input.dispatchMouseEvent", {"type": "mouseMoved", "x": 0, "y": 0})
@@ -160,7 +163,8 @@ class Page:
     def shoot(self, name):
         """A picture of the whole page, to be looked at."""
         SHOTS.mkdir(parents=True, exist_ok=True)
-        self.picture().save(SHOTS / f"{name}.png")
+        small = self.picture().quantize(255, Image.Quantize.MAXCOVERAGE, kmeans=1, dither=Image.Dither.NONE)
+        small.save(SHOTS / f"{name}.png", optimize=True)
 
     def picture(self):
         width, height = self.js("return [innerWidth, document.documentElement.scrollHeight]")

@@ -115,6 +115,7 @@ def test_calculations_are_those_of_the_command(page, tmp_path, files, argument, 
         assert page.texts(".problem") == []
         kem(command, EXAMPLES / argument, "-o", tmp_path / f"{k}.csv")
         assert table(page.download("csv")) == table(tmp_path / f"{k}.csv"), command
+    page.scheme("dark")
     page.shoot(f"calculated-{files[0]}")
     page.calculate("Arithmetic", **{"operator": "/", "with": "number", "number": "0"})
     assert page.texts(".problem span")[0].endswith(": a division by 0 and the power 0 are not defined")
@@ -241,7 +242,7 @@ def test_pair_in_two_drops_and_over_another_curve(page):
 
 
 def test_served_page_in_the_dark_on_a_telephone_asks_for_nothing(browser, served):
-    browser.load(served, 360, 740, dark=True)
+    browser.load(served, 360, 740, "dark")
     browser.shoot("welcome")
     for files in SETS:
         browser.drop(*[EXAMPLES / f for f in files])

@@ -2,9 +2,10 @@
 
 import type { Numbers } from "./kem";
 
-/** A coordinate for the eye: digits behind the fifteenth stem from the division that made it. */
+/** A coordinate for the eye: digits behind the fifteenth stem from the division that made it, or from single precision. */
 export function coordinateText(x: number): string {
-  return Number.isFinite(x) ? String(Number(x.toPrecision(15))) : String(x);
+  if (Math.fround(x) === x || !Number.isFinite(x)) return valueText(x, true);
+  return String(Number(x.toPrecision(15)));
 }
 
 /** The shortest text that reads back as the same number in single or double precision. */

@@ -28,7 +28,7 @@ interface Operation {
   gridsOnly?: boolean;
   fields(c: Calculation): Field[];
   run(d: Dataset, texts: string[], c: Calculation): Dataset;
-  label(texts: string[]): string;
+  label(texts: string[], c: Calculation): string;
 }
 
 const along: Field = { label: "along", values: ["X", "Y"], initial: "X", gridsOnly: true };
@@ -116,7 +116,7 @@ const operations: Operation[] = [
       const units = isCurve(item) === isCurve(other) ? item.units : other.units;
       return withShown({ ...other, units: unitsFor(other, units) }, "real", (b) => d.with(sign, b));
     },
-    label: ([sign, id, number]) => `${sign} ${id === "number" ? number : "another"}`,
+    label: ([sign, id, number], { others }) => `${sign} ${others.find((o) => String(o.id) === id)?.label ?? number}`,
   },
 ];
 
@@ -183,7 +183,7 @@ function run(operation: Operation, texts: string[], c: Calculation): void {
     const started = performance.now();
     const result = withShown(c.item, realPart(c.item), (d) => operation.run(d, texts, c));
     byId("calculated").textContent = `${operation.name} took ${(performance.now() - started).toFixed(0)} ms`;
-    c.done(result, operation.label(texts));
+    c.done(result, operation.label(texts, c));
   } catch (problem) {
     c.failed(problem);
   }

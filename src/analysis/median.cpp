@@ -83,46 +83,66 @@ std::size_t CountBits(std::uint64_t bits) {
 }
 
 // A set of ranks, one bit each. It knows how many members lie below the word where it was last searched, and
-// starts the next search there: medians of spans that overlap are close to each other.
+// starts the next search there: medians of spans that overlap are close to each other, but for values of a few
+// levels only, whose ranks lie far apart. Large sets therefore know which words have members at all.
+template <bool kLarge>
 class RankSet {
  public:
   void Clear(std::size_t size) {
     words_.assign(size / 64 + 1, 0);
+    if constexpr (kLarge) used_.assign(size / (64 * 64) + 1, 0);
     word_ = 0;
     below_ = 0;
   }
   void Add(std::uint32_t rank) {
-    words_[rank / 64] |= std::uint64_t{1} << rank % 64;
-    below_ += rank / 64 < word_;
+    const std::size_t word = rank / 64;
+    words_[word] |= std::uint64_t{1} << rank % 64;
+    below_ += word < word_;
+    if constexpr (kLarge) used_[word / 64] |= std::uint64_t{1} << word % 64;
   }
   void Remove(std::uint32_t rank) {
-    words_[rank / 64] &= ~(std::uint64_t{1} << rank % 64);
-    below_ -= rank / 64 < word_;
+    const std::size_t word = rank / 64;
+    words_[word] &= ~(std::uint64_t{1} << rank % 64);
+    below_ -= word < word_;
+    if constexpr (kLarge)
+      if (words_[word] == 0) used_[word / 64] &= ~(std::uint64_t{1} << word % 64);
   }
   // The member with `place` members below it.
   std::size_t At(std::size_t place) {
-    while (below_ > place) below_ -= CountBits(words_[--word_]);
-    for (std::size_t here; below_ + (here = CountBits(words_[word_])) <= place; ++word_) below_ += here;
+    while (below_ > place) below_ -= CountBits(words_[word_ = Before(word_)]);
+    for (std::size_t here; below_ + (here = CountBits(words_[word_])) <= place; word_ = Behind(word_))
+      below_ += here;
     std::uint64_t bits = words_[word_];
     for (std::size_t k = below_; k < place; ++k) bits &= bits - 1;
     return word_ * 64 + static_cast<std::size_t>(std::countr_zero(bits));
   }
-  // The member after a member.
-  std::size_t After(std::size_t rank) const {
-    std::size_t word = rank / 64;
-    std::uint64_t bits = words_[word] & (~std::uint64_t{1} << rank % 64);
-    while (bits == 0) bits = words_[++word];
-    return word * 64 + static_cast<std::size_t>(std::countr_zero(bits));
-  }
 
  private:
+  // The next words that may have members.
+  std::size_t Before(std::size_t word) const {
+    if constexpr (!kLarge) return word - 1;
+    std::size_t k = word / 64;
+    std::uint64_t bits = used_[k] & ~(~std::uint64_t{0} << word % 64);
+    while (bits == 0) bits = used_[--k];
+    return k * 64 + 63 - static_cast<std::size_t>(std::countl_zero(bits));
+  }
+  std::size_t Behind(std::size_t word) const {
+    if constexpr (!kLarge) return word + 1;
+    std::size_t k = word / 64;
+    std::uint64_t bits = used_[k] & (~std::uint64_t{1} << word % 64);
+    while (bits == 0) bits = used_[++k];
+    return k * 64 + static_cast<std::size_t>(std::countr_zero(bits));
+  }
+
   std::vector<std::uint64_t> words_;
+  std::vector<std::uint64_t> used_;  // words of a large set
   std::size_t word_ = 0;
   std::size_t below_ = 0;
 };
 
 // Medians of a tile of the result, for spans of any size. All values that its spans reach are ranked once; then a
 // span is a set of ranks, and from one sample to the next only the values at two of its edges enter and leave.
+template <bool kLarge>
 class RankedTile {
  public:
   explicit RankedTile(const Field& field) : field_(field) {}
@@ -196,8 +216,10 @@ class RankedTile {
     const Index place = field_.Place(collected);
     const std::uint32_t last = ranks_[At(span_.x.to - 1, span_.y.to - 1)];
     if (place == collected - 1) return ValueAt(last);
+    set_.Remove(last);
     const std::size_t rank = set_.At(static_cast<std::size_t>(place));
-    return ValueAt(last <= rank ? set_.After(rank) : rank);
+    set_.Add(last);
+    return ValueAt(rank);
   }
 
   Field field_;
@@ -206,19 +228,26 @@ class RankedTile {
   std::vector<Keyed> ranked_;
   std::vector<Keyed> scratch_;
   std::vector<std::uint32_t> ranks_;  // of each value
-  RankSet set_;
+  RankSet<kLarge> set_;
 };
+
+template <bool kLarge>
+void SelectByTiles(const Field& field, const Area& area, Index height, Index width, float* const* result) {
+  RankedTile<kLarge> tile(field);
+  for (Index i = area.x.from; i < area.x.to; i += height)
+    for (Index j = area.y.from; j < area.y.to; j += width)
+      tile.Run({{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
+}
 
 // Tiles are several spans wide, so that few values are ranked twice, and else small enough for the fastest memory.
 void SelectByRank(const Field& field, const Area& area, float* const* result) {
   constexpr Index kLeastSide = 32;
   constexpr Index kLeastSize = 2048;
+  constexpr Index kLargeSize = 1 << 12;
   const Index height = std::min(std::max(kLeastSide, 4 * field.halfX), field.nX);
   const Index width = std::max({kLeastSide, 4 * field.halfY, kLeastSize / std::max<Index>(height, 1)});
-  RankedTile tile(field);
-  for (Index i = area.x.from; i < area.x.to; i += height)
-    for (Index j = area.y.from; j < area.y.to; j += width)
-      tile.Run({{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
+  const bool large = height * std::min(width, field.nY) > kLargeSize;
+  (large ? SelectByTiles<true> : SelectByTiles<false>)(field, area, height, width, result);
 }
 
 // ------------------------------------------------------------ both

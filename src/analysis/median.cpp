@@ -90,7 +90,7 @@ class RankSet {
  public:
   void Clear(std::size_t size) {
     words_.assign(size / 64 + 1, 0);
-    if constexpr (kLarge) used_.assign(size / (64 * 64) + 1, 0);
+    if constexpr (kLarge) used_.assign(words_.size() / 64 + 1, 0);
     word_ = 0;
     below_ = 0;
   }

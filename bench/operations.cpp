@@ -56,6 +56,7 @@ int main() {
   Measure("curve * 2", [&] { return curve * 2; });
   Measure("image smooth 9", [&] { return image.Smooth(9); });
   Measure("image median 5", [&] { return image.Median(5); });
+  Measure("image median 3", [&] { return image.Median(3); });
   Measure("image baseline", [&] { return image.Baseline(3301, 3310); });
   Measure("image cut", [&] { return image.Cut(3301, 3315, 3301, 3312); });
   Measure("image section", [&] { return image.Slice(kem::Along::X, 3301, 3312, true); });

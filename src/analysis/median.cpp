@@ -2,6 +2,7 @@
 // of many neighbours are selected side by side, wide spans are sets of ranks that move along.
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>

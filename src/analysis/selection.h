@@ -144,8 +144,7 @@ class NarrowSpans {
   // Rows of keys, then those of columns without the last row, of whole columns, and of 2, 4, 8... columns.
   static constexpr std::size_t kWhole = kHeight == 1 ? 0 : 2 * kHeight - 1;
   static constexpr std::size_t RowOf(std::size_t columns) { return kWhole + kHeight * (columns - 1); }
-  static constexpr bool kSmall = kHeight == 3;  // whose keys are merged at once
-  static constexpr std::size_t kRows = kSmall ? kHeight : RowOf(2 * kLongest);
+  static constexpr std::size_t kRows = RowOf(2 * kLongest);
   // How many spans side by side at most: few enough to stay in the fastest memory.
   static constexpr std::size_t kSpans = std::clamp<std::size_t>(8192 / kRows / 32 * 32, 96, 1024);
 
@@ -157,10 +156,7 @@ class NarrowSpans {
       j = std::min(j, all - kNeighbours);  // some of the last are selected twice
       vectors_ = std::min(kSpans, all - j) / kNeighbours;
       for (std::size_t i = 0; i < count; ++i) {
-        record::WithVectors([this, from = rows[i] + j] {
-          std::copy_n(rows_.begin() + 1, kHeight - 1, rows_.begin());
-          std::transform(from, from + vectors_ * kNeighbours + kWidth - 1, rows_[kHeight - 1].begin(), KeyOf);
-        });
+        record::WithVectors([this, from = rows[i] + j] { AddRow(from); });
         if (i + 1 < kHeight) continue;
         record::WithVectors([this, to = result[i - kHeight / 2] + j + kWidth / 2] { SelectSpans(to); });
       }
@@ -168,6 +164,14 @@ class NarrowSpans {
   }
 
  private:
+  // In place of the first row of keys, behind the others.
+  void AddRow(const float* from) {
+    for (std::size_t k = 0, keys = vectors_ * kNeighbours + kWidth - 1; k < keys; ++k) {
+      Unrolled<kHeight - 1>([&](auto n) __attribute__((always_inline)) { rows_[n][k] = rows_[n + 1][k]; });
+      rows_[kHeight - 1][k] = KeyOf(from[k]);
+    }
+  }
+
   template <std::size_t kTo, SortedRun... kRuns>
   void Merge() {
     using Steps = Merging<kRuns...>;
@@ -201,11 +205,6 @@ class NarrowSpans {
       to[k] = ValueOf(Steps::Merged(rows_, k)[Steps::kOrder[kPlace]]);
   }
 
-  template <std::size_t... n>
-  void SelectFromKeys(float* to, std::index_sequence<n...>) {
-    SelectFrom<SortedRun{n % kHeight, 1, n / kHeight}...>(to);
-  }
-
   // From the runs given, and those of kColumns more columns from kAt on.
   template <std::size_t kColumns, std::size_t kAt, SortedRun... kRuns>
   void SelectFromRuns(float* to) {
@@ -218,13 +217,9 @@ class NarrowSpans {
   }
 
   void SelectSpans(float* to) {
-    if constexpr (kSmall) {
-      SelectFromKeys(to, std::make_index_sequence<kHeight * kWidth - 1>());
-    } else {
-      if constexpr (kHeight > 1) SortColumns(std::make_index_sequence<kHeight - 1>());
-      MergeRuns<1>();
-      SelectFromRuns<kWidth - 1, 0>(to);
-    }
+    if constexpr (kHeight > 1) SortColumns(std::make_index_sequence<kHeight - 1>());
+    MergeRuns<1>();
+    SelectFromRuns<kWidth - 1, 0>(to);
   }
 
   std::array<std::array<std::int32_t, kSpans + 2 * kMore>, kRows> rows_ = {};

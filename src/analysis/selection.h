@@ -164,7 +164,8 @@ class NarrowSpans {
   }
 
  private:
-  // In place of the first row of keys, behind the others.
+  // Behind the others, which move on: rows that stayed where they are would be known only when it runs, and
+  // compilers make no vectors of such loops.
   void AddRow(const float* from) {
     for (std::size_t k = 0, keys = vectors_ * kNeighbours + kWidth - 1; k < keys; ++k) {
       Unrolled<kHeight - 1>([&](auto n) __attribute__((always_inline)) { rows_[n][k] = rows_[n + 1][k]; });
@@ -223,10 +224,10 @@ class NarrowSpans {
   }
 
   std::array<std::array<std::int32_t, kSpans + 2 * kMore>, kRows> rows_ = {};
-  std::size_t vectors_ = 0;
+  std::size_t vectors_ = 0;  // of kNeighbours spans each, in the tile at hand
 };
 
-// For kNeighbours spans of a row at least.
+// For rows with kNeighbours spans at least.
 template <std::size_t kHeight, std::size_t kWidth, std::size_t kPlace>
 void SelectNarrow(const float* const* rows, std::ptrdiff_t count, std::ptrdiff_t length, float* const* result) {
   NarrowSpans<kHeight, kWidth, kPlace>().Select(rows, static_cast<std::size_t>(count),

@@ -16,6 +16,8 @@ viewer_packages=(cmake ninja-build g++ nlohmann-json3-dev libfast-float-dev emsc
   ca-certificates)
 command -v npm >/dev/null || viewer_packages+=(npm)  # that of other makers of nodejs excludes Debian's
 viewer_test_packages=("${build_packages[@]}" chromium chromium-driver python3-selenium python3-pytest python3-pil)
+# Where Debian has the modules that emscripten's programs need: only Debian's own node looks there by itself.
+export NODE_PATH=/usr/share/nodejs
 bench_packages=(libbenchmark-dev python3-numpy python3-scipy python3-pandas python3-opencv python3-bottleneck)
 windows_packages=(g++-mingw-w64-x86-64-posix)
 full_packages=("${test_packages[@]}" "${windows_packages[@]}" libc++-14-dev libc++abi-14-dev libfast-float-dev wine

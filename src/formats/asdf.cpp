@@ -8,7 +8,7 @@
 //
 // After a line that ends in a difference the next line repeats the last ordinate as a check.
 #include "formats/asdf.h"
-#include "portable.h"
+#include "text/short_number.h"
 
 #include <algorithm>
 #include <array>
@@ -21,6 +21,7 @@
 
 namespace kem::formats {
 
+using text::FromChars;
 using text::IsDigit;
 
 namespace {
@@ -229,7 +230,7 @@ class Decoder {
       for (at_ += 3; at_ != end_ && IsDigit(*at_);) text += *at_++;
     }
     double value = 0;
-    portable::FromChars(text.data(), text.data() + text.size(), value);
+    FromChars(text.data(), text.data() + text.size(), value);
     return value;
   }
 

@@ -15,6 +15,7 @@
 #include <limits>
 
 #include "dataset/reader.h"
+#include "text/short_number.h"
 #include "text/words.h"
 
 namespace kem::dataset {
@@ -59,12 +60,28 @@ std::string_view TakeField(std::string_view& line, std::string_view strong) {
   return field;
 }
 
+// The numbers of a row as most are: short ones with one kind of gap between them. Returns false for any other.
+bool ScanPlainRow(std::string_view line, std::vector<double>& numbers) {
+  const char* const end = line.data() + line.size();
+  double number = 0;
+  for (const char *at = line.data(), *gap = nullptr; (at = TakeShort(at, end, number)) != nullptr; ++at) {
+    numbers.push_back(number);
+    if (at == end) return numbers.size() >= 2;
+    if (!gap) gap = at;
+    if (*at != *gap || std::string_view("\t;, ").find(*at) == std::string_view::npos) break;
+    while (*at == ' ' && at[1] == ' ') ++at;
+  }
+  numbers.clear();
+  return false;
+}
+
 // The numbers of a row; false when the line is none. An empty field is not a number.
 bool ScanRow(std::string_view line, std::vector<double>& numbers) {
   numbers.clear();
   line = Trimmed(line);
   if (line.empty() || !(IsDigit(line[0]) || std::string_view("+-.").find(line[0]) != std::string_view::npos))
     return false;
+  if (ScanPlainRow(line, numbers)) return true;
   const Separators separators = SeparatorsOf(line);
   while (!line.empty()) {
     const std::string_view field = TakeField(line, separators.strong);

@@ -10,7 +10,7 @@
 
 #include "dataset/reader.h"
 #include "formats/asdf.h"
-#include "portable.h"
+#include "text/short_number.h"
 #include "text/words.h"
 
 namespace kem::dataset {
@@ -256,7 +256,7 @@ std::vector<double> ScanPairs(std::string_view text, bool decimalComma, std::siz
         continue;
       }
       double value = 0;
-      const auto parsed = portable::FromChars(at, end, value);
+      const auto parsed = FromChars(at, end, value);
       if (parsed.ec == std::errc()) numbers.push_back(value);
       unknown += parsed.ec == std::errc() ? 0 : 1;
       at = parsed.ec == std::errc() ? parsed.ptr : at + 1;

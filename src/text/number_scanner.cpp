@@ -5,8 +5,8 @@
 #include <cstring>
 #include <limits>
 
-#include "portable.h"
 #include "text/number_text.h"
+#include "text/short_number.h"
 #include "text/words.h"
 
 namespace kem::text {
@@ -109,7 +109,7 @@ bool NumberScanner::NextPlain(float& value) {
   const char first = *at_ == '-' && end_ - at_ > 1 ? at_[1] : *at_;
   if (!IsDigit(first)) return false;
   float parsed = 0;
-  const auto result = portable::FromChars(at_, end_, parsed);
+  const auto result = FromChars(at_, end_, parsed);
   if (result.ec != std::errc() || result.ptr == end_ || !IsSpace(*result.ptr)) return false;
   value = parsed;
   at_ = result.ptr;

@@ -127,27 +127,29 @@ SixDigits Round(float value) {
   return digits < 1'000'000 ? SixDigits{digits, least} : SixDigits{rounded(least + 1), least + 1};
 }
 
-// General notation of such a number. Zeros at the end of its fraction are left out.
-void AppendSixDigits(std::string& text, float value) {
+// Writes general notation of such a number and returns its end. Zeros at the end of its fraction are left out.
+char* WriteSixDigits(char* to, float value) {
   const auto [number, exponent] = Round(value);
   char digits[8];
   std::to_chars(digits, digits + sizeof digits, number);
-  std::size_t count = 6;
+  std::ptrdiff_t count = 6;
   while (digits[count - 1] == '0') --count;
   const bool scientific = exponent < -4 || exponent >= 6;
-  const std::size_t whole = scientific ? 1 : exponent < 0 ? 0 : static_cast<std::size_t>(exponent) + 1;
-  if (whole == 0) text.append("0.000", static_cast<std::size_t>(1 - exponent));
-  text.append(digits, whole);
+  const std::ptrdiff_t whole = scientific ? 1 : exponent < 0 ? 0 : exponent + 1;
+  if (whole == 0) to = std::copy_n("0.000", 1 - exponent, to);
+  to = std::copy_n(digits, whole, to);
   if (count > whole) {
-    if (whole > 0) text += '.';
-    text.append(digits + whole, count - whole);
+    if (whole > 0) *to++ = '.';
+    to = std::copy(digits + whole, digits + count, to);
   }
   if (scientific) {
     const int magnitude = std::abs(exponent);
-    text += exponent < 0 ? "e-" : "e+";
-    text += static_cast<char>('0' + magnitude / 10);
-    text += static_cast<char>('0' + magnitude % 10);
+    *to++ = 'e';
+    *to++ = exponent < 0 ? '-' : '+';
+    *to++ = static_cast<char>('0' + magnitude / 10);
+    *to++ = static_cast<char>('0' + magnitude % 10);
   }
+  return to;
 }
 
 }  // namespace
@@ -171,8 +173,9 @@ std::size_t ParseLenient(std::string_view text, float& value) {
 void AppendNumber(std::string& text, float value) {
   const float magnitude = std::fabs(value);
   if (magnitude >= 1e-6f && magnitude < 1e14f) {
-    if (value < 0) text += '-';
-    return AppendSixDigits(text, magnitude);
+    char number[16] = {'-'};
+    text.append(number, WriteSixDigits(number + (value < 0 ? 1 : 0), magnitude));
+    return;
   }
   portable::AppendGeneral(text, value);
 }

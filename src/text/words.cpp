@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "portable.h"
+#include "text/short_number.h"
 
 namespace kem::text {
 namespace {
@@ -60,7 +60,7 @@ std::string_view Trimmed(std::string_view text, std::string_view blanks) {
 std::optional<double> NumberIn(std::string_view text) {
   if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
   double value = 0;
-  const auto parsed = portable::FromChars(text.data(), text.data() + text.size(), value);
+  const auto parsed = FromChars(text.data(), text.data() + text.size(), value);
   if (parsed.ec != std::errc() || parsed.ptr != text.data() + text.size()) return std::nullopt;
   return value;
 }
@@ -78,7 +78,8 @@ std::string Utf8(std::string_view text) {
 
 bool Lines::Next(std::string_view& line) {
   if (rest_.empty()) return false;
-  const auto end = std::min(rest_.find_first_of("\r\n"), rest_.size());
+  const auto isEnd = [](char c) { return c == '\r' || c == '\n'; };
+  const auto end = static_cast<std::size_t>(std::find_if(rest_.begin(), rest_.end(), isEnd) - rest_.begin());
   line = rest_.substr(0, end);
   const bool pair = rest_.substr(end, 2) == "\r\n";
   rest_.remove_prefix(std::min(end + (pair ? 2 : 1), rest_.size()));

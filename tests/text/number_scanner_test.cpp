@@ -1,8 +1,11 @@
 #include "text/number_scanner.h"
 
+#include <cmath>
+#include <cstdio>
 #include <sstream>
 
 #include "support/support.h"
+#include "text/short_number.h"
 
 using namespace kem::test;
 using kem::text::NumberScanner;
@@ -85,6 +88,29 @@ TEST_CASE("number scanner: every alignment of a number with the ends of its bloc
         for (const char fill : {' ', '0'}) CheckSame(std::string(lead, fill) + text);
 }
 #endif
+
+TEST_CASE("short numbers: the value and the end that the standard library finds") {
+  Rng rng(kSeed);
+  const auto check = [](const std::string& text, auto value) {
+    CAPTURE(text);
+    auto wanted = value;
+    const char* const end = text.data() + text.size();
+    CHECK(kem::text::FromChars(text.data(), end, value).ptr ==
+          kem::portable::FromChars(text.data(), end, wanted).ptr);
+    CHECK((value == wanted && std::signbit(value) == std::signbit(wanted)));
+  };
+  for (int round = 0; round < 20000; ++round) {
+    std::string text = rng() % 2 ? "-" : "";
+    for (auto length = rng() % 20 + 1; length > 0; --length) text += static_cast<char>('0' + rng() % 10);
+    text.insert(text.size() - rng() % (text.size() - text.starts_with('-')), ".");
+    for (const char* tail : {"", " 1", "e", "e-3"}) check(text + tail, 7.0), check(text + tail, 7.0f);
+  }
+  for (int k = 0; k < 1000; ++k) {  // so near to the middle between two floats that the double is the middle
+    char middle[32];
+    std::snprintf(middle, sizeof middle, "%.15f", 4 + static_cast<int>(2 * (rng() % 1000000) + 1) * 0x1p-22);
+    check(std::string(middle), 7.0f);
+  }
+}
 
 TEST_CASE("number scanner: separators count as white space, and lines follow where it stopped") {
   std::istringstream in("1,2;3, 4\nnext line\n");

@@ -10,6 +10,7 @@
 #include "analysis/sorted.h"
 #include "analysis/window.h"
 #include "record/storage.h"
+#include "record/vectors.h"
 
 using namespace kem::analysis;
 using namespace kem::record;
@@ -52,12 +53,26 @@ float Plus(float sum, double piece) { return static_cast<float>(static_cast<doub
 // How the pieces of an integral count.
 enum class Counted { Signed, Absolute };
 
-// Pieces add up in double precision.
+// Pieces add up in double precision, in their order: only their values are had side by side.
 struct Sum {
   Counted counted;
   double value = 0;
 
-  void Add(double piece) { value += counted == Counted::Absolute ? std::fabs(piece) : piece; }
+  // Adds piece(0), piece(1), ... up to piece(count - 1).
+  template <class Piece>
+  void Add(std::size_t count, Piece piece) {
+    kem::record::WithVectors([&] {
+      constexpr std::size_t kBlock = 256;
+      double pieces[kBlock];
+      for (std::size_t done = 0; done < count; done += kBlock) {
+        const std::size_t n = std::min(kBlock, count - done);
+        for (std::size_t k = 0; k < n; ++k) pieces[k] = piece(done + k);
+        if (counted == Counted::Absolute)
+          for (std::size_t k = 0; k < n; ++k) pieces[k] = std::fabs(pieces[k]);
+        for (std::size_t k = 0; k < n; ++k) value += pieces[k];
+      }
+    });
+  }
 };
 
 // Whether the samples reach up to the upper bound. Of absolute values the piece from 0 to 0 counts: its width is
@@ -74,16 +89,20 @@ float IntegralOfCurve(const PrnType& source, float x1, float x2, Counted counted
   const Sorted curve(source);
   const AxisValues x = SampledX(*curve);
   const float* y = curve->yArray;
-  auto k = static_cast<std::size_t>(FirstFrom(x, x1));
-  if (k == x.size()) return 0;
+  const auto first = static_cast<std::size_t>(FirstFrom(x, x1));
+  if (first == x.size()) return 0;
   Sum sum{counted};
-  const auto add = [&sum](float width, float a, float b) { sum.Add(Trapezoid(width, a, b)); };
-  if (!kem::analysis::NearlyEqual(x[k], x1)) add(x[k] - x1, source.At(x1, 0), y[k]);
+  const auto add = [&sum](float width, float a, float b) {
+    sum.Add(1, [=](std::size_t) { return Trapezoid(width, a, b); });
+  };
+  if (!kem::analysis::NearlyEqual(x[first], x1)) add(x[first] - x1, source.At(x1, 0), y[first]);
   const auto beyond =
-      std::partition_point(x.data() + k + 1, x.data() + x.size(), [x2](float v) { return v <= x2; });
+      std::partition_point(x.data() + first + 1, x.data() + x.size(), [x2](float v) { return v <= x2; });
   const auto last = static_cast<std::size_t>(beyond - x.data()) - 1;
-  for (; k < last; ++k) add(x[k + 1] - x[k], y[k], y[k + 1]);
-  if (k > 0 && !Reaches(x[k], x2, counted)) add(x2 - x[k], source.At(x2, 0), y[k]);
+  sum.Add(last - first, [at = x.data() + first, of = y + first](std::size_t k) {
+    return Trapezoid(at[k + 1] - at[k], of[k], of[k + 1]);
+  });
+  if (last > 0 && !Reaches(x[last], x2, counted)) add(x2 - x[last], source.At(x2, 0), y[last]);
   return static_cast<float>(sum.value);
 }
 
@@ -113,7 +132,8 @@ float IntegralOfGrid(const PrnType& source, float x1, float x2, float y1, float 
   Sum sum{counted};
   for (std::size_t k = 0; k < w.of.size(); ++k) {
     const float* row = grid->zArray[static_cast<std::size_t>(w.first) + k] + v.first;
-    for (std::size_t j = 0; j < v.of.size(); ++j) sum.Add(w.of[k] * v.of[j] * row[j]);
+    sum.Add(v.of.size(),
+            [weight = w.of[k], of = v.of.data(), row](std::size_t j) { return weight * of[j] * row[j]; });
   }
   return static_cast<float>(sum.value);
 }

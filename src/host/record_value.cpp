@@ -131,16 +131,21 @@ Record Record::Classic(const std::filesystem::path& file, int item) {
     dataset::Fail(ErrorCode::NotReadable, file,
                   "has a path of more than 131 bytes; the classic reading takes no longer one");
   Aside aside;
-  std::vector<int> indices;
-  KemItems(
-      name.c_str(), [](const KemItem& one, void* to) { static_cast<std::vector<int>*>(to)->push_back(one.index); },
-      &indices);
+  const auto load = [&](int index) {
+    aside.readNext = index;
+    return std::make_unique<PrnType>(name.c_str(), index);
+  };
+  auto record = load(0);  // of most files all that they hold
+  const bool several = aside.readNext != 0;
+  std::vector<int> indices(!*record || several ? 0 : 1);
+  if (several)
+    KemItems(
+        name.c_str(),
+        [](const KemItem& one, void* to) { static_cast<std::vector<int>*>(to)->push_back(one.index); }, &indices);
   if (!indices.empty() && (item < 1 || static_cast<std::size_t>(item) > indices.size()))
     dataset::Fail(ErrorCode::NoSuchItem, file,
                   "holds no item " + std::to_string(item) + ", but " + std::to_string(indices.size()));
-  const int index = indices.empty() ? 0 : indices[static_cast<std::size_t>(item) - 1];
-  aside.readNext = index;
-  auto record = std::make_unique<PrnType>(name.c_str(), index);
+  if (several && !indices.empty()) record = load(indices[static_cast<std::size_t>(item) - 1]);
   if (!*record) {
     const std::string said(text::Trimmed(aside.messages.str()));
     const char* format = KemFormatName(name.c_str());

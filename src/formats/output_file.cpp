@@ -1,5 +1,7 @@
 #include "formats/output_file.h"
 
+#include <algorithm>
+
 #include "load/files.h"
 #include "record/findings.h"
 #include "text/number_text.h"
@@ -14,7 +16,7 @@ constexpr std::size_t kBlock = 1 << 16;
 }  // namespace
 
 OutputFile::OutputFile(const char* name, std::ios::openmode mode)
-    : file_(load::PathOf(name), mode | std::ios::out) {}
+    : buffer_(kBlock + kNumberRoom, '\0'), file_(load::PathOf(name), mode | std::ios::out) {}
 
 OutputFile::~OutputFile() {
   if (!IsOpen()) return;
@@ -24,43 +26,41 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::Flush() {
-  file_.write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  buffer_.clear();
-}
-
-void OutputFile::FlushIfFull() {
-  if (buffer_.size() >= kBlock) Flush();
+  file_.write(buffer_.data(), static_cast<std::streamsize>(used_));
+  used_ = 0;
 }
 
 void OutputFile::Write(const void* bytes, std::size_t count) {
   const auto* from = static_cast<const char*>(bytes);
-  if (count < kBlock) {
-    buffer_.append(from, count);
-    return FlushIfFull();
+  if (used_ + count > kBlock) Flush();
+  if (count > kBlock) {
+    file_.write(from, static_cast<std::streamsize>(count));
+  } else {
+    std::copy_n(from, count, &buffer_[used_]);
+    used_ += count;
   }
-  Flush();
-  file_.write(from, static_cast<std::streamsize>(count));
 }
 
 OutputFile& OutputFile::operator<<(std::string_view text) {
-  buffer_ += text;
+  Write(text.data(), text.size());
   return *this;
 }
 
 OutputFile& OutputFile::operator<<(char c) {
-  buffer_ += c;
+  Write(&c, 1);
   return *this;
 }
 
 OutputFile& OutputFile::operator<<(float value) {
-  text::AppendNumber(buffer_, value);
-  FlushIfFull();
+  if (used_ > kBlock) Flush();
+  used_ = static_cast<std::size_t>(WriteNumber(&buffer_[used_], value) - buffer_.data());
   return *this;
 }
 
 OutputFile& OutputFile::operator<<(int value) {
-  text::AppendNumber(buffer_, value);
-  return *this;
+  std::string text;
+  AppendNumber(text, value);
+  return *this << text;
 }
 
 }  // namespace kem::formats

@@ -25,10 +25,10 @@ class OutputFile {
 
  private:
   void Flush();
-  void FlushIfFull();
 
+  std::string buffer_;  // first, so that no file is made where there is no memory
+  std::size_t used_ = 0;
   std::ofstream file_;
-  std::string buffer_;
 };
 
 }  // namespace kem::formats

@@ -1,6 +1,7 @@
 #include "text/number_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -127,27 +128,42 @@ SixDigits Round(float value) {
   return digits < 1'000'000 ? SixDigits{digits, least} : SixDigits{rounded(least + 1), least + 1};
 }
 
+// "00", "01", ... "99".
+constexpr auto kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t k = 0; k < pairs.size(); ++k)
+    pairs[k] = static_cast<char>('0' + (k % 2 == 0 ? k / 20 : k / 2 % 10));
+  return pairs;
+}();
+
 // Writes general notation of such a number and returns its end. Zeros at the end of its fraction are left out.
+// Copies are of one size each, and longer than what they are for.
 char* WriteSixDigits(char* to, float value) {
+  constexpr std::size_t kAll = 8;
   const auto [number, exponent] = Round(value);
-  char digits[8];
-  std::to_chars(digits, digits + sizeof digits, number);
+  char digits[2 * kAll] = {};
+  for (const int at : {0, 2, 4}) {
+    const int power = at == 0 ? 10000 : at == 2 ? 100 : 1;
+    std::copy_n(&kPairs[2 * static_cast<std::size_t>(number / power % 100)], 2, digits + at);
+  }
   std::ptrdiff_t count = 6;
   while (digits[count - 1] == '0') --count;
   const bool scientific = exponent < -4 || exponent >= 6;
   const std::ptrdiff_t whole = scientific ? 1 : exponent < 0 ? 0 : exponent + 1;
-  if (whole == 0) to = std::copy_n("0.000", 1 - exponent, to);
-  to = std::copy_n(digits, whole, to);
-  if (count > whole) {
-    if (whole > 0) *to++ = '.';
-    to = std::copy(digits + whole, digits + count, to);
-  }
+  std::copy_n("0.00000", kAll, to);
+  to += whole == 0 ? 1 - exponent : 0;
+  std::copy_n(digits, kAll, to);
+  to += whole;
+  *to = '.';
+  to += whole > 0 && count > whole ? 1 : 0;
+  std::copy_n(digits + whole, kAll, to);
+  to += std::max<std::ptrdiff_t>(count - whole, 0);
   if (scientific) {
     const int magnitude = std::abs(exponent);
     *to++ = 'e';
     *to++ = exponent < 0 ? '-' : '+';
-    *to++ = static_cast<char>('0' + magnitude / 10);
-    *to++ = static_cast<char>('0' + magnitude % 10);
+    std::copy_n(&kPairs[2 * static_cast<std::size_t>(magnitude)], 2, to);
+    to += 2;
   }
   return to;
 }
@@ -170,14 +186,20 @@ std::size_t ParseLenient(std::string_view text, float& value) {
   return sign.length + (hexadecimal ? 2 : 0) + length;
 }
 
-void AppendNumber(std::string& text, float value) {
+char* WriteNumber(char* to, float value) {
   const float magnitude = std::fabs(value);
   if (magnitude >= 1e-6f && magnitude < 1e14f) {
-    char number[16] = {'-'};
-    text.append(number, WriteSixDigits(number + (value < 0 ? 1 : 0), magnitude));
-    return;
+    *to = '-';
+    return WriteSixDigits(to + (value < 0 ? 1 : 0), magnitude);
   }
+  std::string text;
   portable::AppendGeneral(text, value);
+  return std::copy(text.begin(), text.end(), to);
+}
+
+void AppendNumber(std::string& text, float value) {
+  char number[kNumberRoom];
+  text.append(number, WriteNumber(number, value));
 }
 
 void AppendNumber(std::string& text, int value) { text += std::to_string(value); }

@@ -13,7 +13,12 @@ std::size_t ParseLenient(std::string_view text, float& value);
 std::size_t ParseLenient(std::string_view text, int& value);
 std::size_t ParseLenient(std::string_view text, unsigned& value);
 
-// Appends the text that a stream gives a number by default: six significant digits, general notation.
+// Writes the text that a stream gives a number by default: six significant digits, general notation. Returns where
+// it ends; in the room for a number, anything may be written behind it.
+constexpr std::size_t kNumberRoom = 32;
+char* WriteNumber(char* to, float value);
+
+// Appends that text.
 void AppendNumber(std::string& text, float value);
 void AppendNumber(std::string& text, int value);
 

@@ -9,7 +9,7 @@
 namespace kem::analysis {
 
 SecondNeighbours::SecondNeighbours(std::span<const float> axis, std::span<const float> targets)
-    : search_(axis),
+    : search_(axis, targets.size()),
       targets_(targets),
       axis_(axis.begin(), axis.end()),
       order_(targets.size()),

@@ -44,9 +44,9 @@ float Whole(Rng& rng, unsigned bound) { return static_cast<float>(rng() % bound)
 
 float Special(Rng& rng) { return Floats{NAN, INFINITY, -INFINITY}[rng() % 3]; }
 
-// One of nine kinds, with differences that overflow, products that vanish and distances that tie among them.
+// One of ten kinds, with differences that overflow, products that vanish and distances that tie among them.
 Floats RandomAxis(Rng& rng) {
-  const auto kind = rng() % 9;
+  const auto kind = rng() % 10;
   Floats c(1 + rng() % (rng() % 2 ? 70 : 8));
   for (std::size_t k = 0; k < c.size(); ++k) {
     const float even = 10 + 0.5f * static_cast<float>(k), anywhere = Uniform(rng, -50, 50),
@@ -54,7 +54,8 @@ Floats RandomAxis(Rng& rng) {
     const float near = 1e8f + Whole(rng, 200), tied = Whole(rng, 20) + Whole(rng, 2) * 1e9f;
     const float large = Uniform(rng, -1, 1) * Limits::max(), power = std::pow(10.0f, Uniform(rng, -10, 10));
     const float small = Uniform(rng, -1e-22f, 1e-22f), tiny = (Whole(rng, 40) - 20) * Limits::denorm_min();
-    c[k] = Floats{even, anywhere, repeated, near, tied, large, power, small, tiny}[kind];
+    const float drifting = (k ? c[k - 1] : 3) + 0.1f;
+    c[k] = Floats{even, anywhere, repeated, near, tied, large, power, small, tiny, drifting}[kind];
   }
   if (rng() % 5) std::sort(c.begin(), c.end());
   if (rng() % 2) std::reverse(c.begin(), c.end());

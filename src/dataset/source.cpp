@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "load/files.h"
+#include "record/vectors.h"
 #include "text/words.h"
 
 namespace kem::dataset {
@@ -27,14 +28,16 @@ fs::path CompanionPath(const fs::path& path, std::string_view extension) {
 
 template <class Bits>
 void Swap(std::byte* bytes, std::size_t count) {
-  for (std::size_t k = 0; k < count; ++k) {
-    Bits value;
-    std::memcpy(&value, bytes + k * sizeof value, sizeof value);
-    Bits swapped = 0;
-    for (std::size_t b = 0; b < sizeof value; ++b)
-      swapped = static_cast<Bits>(swapped | ((value >> (8 * b)) & 0xff) << (8 * (sizeof value - 1 - b)));
-    std::memcpy(bytes + k * sizeof value, &swapped, sizeof value);
-  }
+  record::WithVectors([bytes, count] {
+    for (std::size_t k = 0; k < count; ++k) {
+      Bits value;
+      std::memcpy(&value, bytes + k * sizeof value, sizeof value);
+      Bits swapped = 0;
+      for (std::size_t b = 0; b < sizeof value; ++b)
+        swapped = static_cast<Bits>(swapped | ((value >> (8 * b)) & 0xff) << (8 * (sizeof value - 1 - b)));
+      std::memcpy(bytes + k * sizeof value, &swapped, sizeof value);
+    }
+  });
 }
 
 void ToNative(std::endian order, NumberType type, std::byte* bytes, std::size_t numbers) {

@@ -5,6 +5,7 @@
 
 #include "dataset/foreign.h"
 #include "dataset/reader.h"
+#include "record/vectors.h"
 #include "text/words.h"
 
 namespace kem {
@@ -52,7 +53,9 @@ void RefuseForeign(Source& source) {
 template <class T>
 std::size_t NotFinite(std::span<const T> numbers) {
   std::size_t count = 0;
-  for (const T v : numbers) count += std::abs(v) <= std::numeric_limits<T>::max() ? 0 : 1;
+  record::WithVectors([numbers, &count] {
+    for (const T v : numbers) count += std::abs(v) <= std::numeric_limits<T>::max() ? 0 : 1;
+  });
   return count;
 }
 

@@ -1,5 +1,6 @@
 // Sliding medians of curves and grids. No span is sorted for the sake of one value: from narrow spans the values
-// of many neighbours are selected side by side, wide spans are sets of ranks that move along.
+// of many neighbours are selected side by side, a curve's wider ones move along in many places at once, and the
+// widest and those of grids are sets of ranks that move along.
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -9,34 +10,16 @@
 #include <utility>
 #include <vector>
 
-#include "analysis/float_key.h"
-#include "analysis/radix.h"
+#include "analysis/ranking.h"
 #include "analysis/result.h"
 #include "analysis/selection.h"
+#include "analysis/stretches.h"
 #include "record/storage.h"
 
 using namespace kem::analysis;
 using namespace kem::record;
 
 namespace {
-
-using Index = std::ptrdiff_t;  // products of widths and counts fit in it
-
-// Samples from <= k < to of one axis.
-struct Span {
-  Index from;
-  Index to;
-
-  Index Count() const { return std::max<Index>(to - from, 0); }
-};
-
-// A rectangle of samples: rows along X, columns along Y.
-struct Area {
-  Span x;
-  Span y;
-
-  Index Count() const { return x.Count() * y.Count(); }
-};
 
 // The values of a grid, or of a curve as a grid of one row, and the medians asked for.
 struct Field {
@@ -149,11 +132,11 @@ class RankedTile {
   explicit RankedTile(const Field& field) : field_(field) {}
 
   void Run(const Area& tile, float* const* result) {
-    reach_ = {{field_.AroundX(tile.x.from).from, field_.AroundX(tile.x.to - 1).to},
-              {field_.AroundY(tile.y.from).from, field_.AroundY(tile.y.to - 1).to}};
-    Rank();
-    set_.Clear(ranked_.size());
-    span_ = {{reach_.x.from, reach_.x.from}, {reach_.y.from, reach_.y.from}};
+    const Area reach = {{field_.AroundX(tile.x.from).from, field_.AroundX(tile.x.to - 1).to},
+                        {field_.AroundY(tile.y.from).from, field_.AroundY(tile.y.to - 1).to}};
+    ranks_.Rank(field_.rows, reach);
+    set_.Clear(ranks_.Size());
+    span_ = {{reach.x.from, reach.x.from}, {reach.y.from, reach.y.from}};
     for (Index i = tile.x.from; i < tile.x.to; ++i) {
       MoveX(field_.AroundX(i));
       const bool back = (i - tile.x.from) % 2 != 0;  // to and fro, so that the set is never filled anew
@@ -166,38 +149,15 @@ class RankedTile {
   }
 
  private:
-  static constexpr std::uint32_t kNegative = 0x80000000;  // turns signed keys into unsigned ones of the same order
-
-  // By columns, so that what enters and leaves along a row lies side by side.
-  Index At(Index i, Index j) const { return (j - reach_.y.from) * reach_.x.Count() + i - reach_.x.from; }
-
-  void Rank() {
-    const auto size = static_cast<std::size_t>(reach_.Count());
-    ranked_.resize(size);
-    scratch_.resize(size);
-    ranks_.resize(size);
-    for (Index i = reach_.x.from; i < reach_.x.to; ++i)
-      for (Index j = reach_.y.from; j < reach_.y.to; ++j) {
-        const auto at = static_cast<std::uint32_t>(At(i, j));
-        ranked_[at] = {static_cast<std::uint32_t>(KeyOf(field_.rows[i][j])) ^ kNegative, at};
-      }
-    SortByKey<8>(ranked_, scratch_);
-    for (std::uint32_t rank = 0; rank < size; ++rank) ranks_[ranked_[rank].index] = rank;
-  }
-
-  float ValueAt(std::size_t rank) const {
-    return ValueOf(static_cast<std::int32_t>(ranked_[rank].key ^ kNegative));
-  }
-
   void MoveX(const Span& x) {
     Slide(span_.x, x, [this](Index i, auto change) {
-      for (Index j = span_.y.from; j < span_.y.to; ++j) change(ranks_[At(i, j)]);
+      for (Index j = span_.y.from; j < span_.y.to; ++j) change(ranks_(i, j));
     });
   }
 
   void MoveY(const Span& y) {
     Slide(span_.y, y, [this](Index j, auto change) {
-      for (Index i = span_.x.from; i < span_.x.to; ++i) change(ranks_[At(i, j)]);
+      for (Index i = span_.x.from; i < span_.x.to; ++i) change(ranks_(i, j));
     });
   }
 
@@ -215,20 +175,17 @@ class RankedTile {
   float Median() {
     const Index collected = span_.Count();
     const Index place = field_.Place(collected);
-    const std::uint32_t last = ranks_[At(span_.x.to - 1, span_.y.to - 1)];
-    if (place == collected - 1) return ValueAt(last);
+    const std::uint32_t last = ranks_(span_.x.to - 1, span_.y.to - 1);
+    if (place == collected - 1) return ranks_.ValueAt(last);
     set_.Remove(last);
     const std::size_t rank = set_.At(static_cast<std::size_t>(place));
     set_.Add(last);
-    return ValueAt(rank);
+    return ranks_.ValueAt(rank);
   }
 
   Field field_;
-  Area reach_ = {};
   Area span_ = {};
-  std::vector<Keyed> ranked_;
-  std::vector<Keyed> scratch_;
-  std::vector<std::uint32_t> ranks_;  // of each value
+  Ranking ranks_;
   RankSet<kLarge> set_;
 };
 
@@ -253,6 +210,19 @@ void SelectByRank(const Field& field, const Area& area, float* const* result) {
 
 // ------------------------------------------------------------ both
 
+// Where spans are whole, if there is a fast way. Returns whether there was.
+bool SelectInside(const Field& field, const Area& whole, float* const* result) {
+  constexpr Index kWidest = 150;  // reach of spans that are looked at faster than ranked
+  if (whole.x.Count() == 0) return false;
+  if (const Selection select = NarrowSelection(field); select && whole.y.Count() >= Index{kNeighbours}) {
+    select(field.rows, field.nX, field.nY, result);
+    return true;
+  }
+  if (field.nX > 1 || field.halfY > kWidest || whole.y.Count() < Stretches::kLeast) return false;
+  Stretches().Select(field.rows[0], field.nY, field.halfY, result[0]);
+  return true;
+}
+
 void Medians(const Field& field, float* const* result) {
   const Area all = {{0, field.nX}, {0, field.nY}};
   const Area whole = {{field.halfX, field.nX - field.halfX}, {field.halfY, field.nY - field.halfY}};
@@ -260,10 +230,7 @@ void Medians(const Field& field, float* const* result) {
     for (Index i = 0; i < field.nX; ++i) std::copy_n(field.rows[i], field.nY, result[i]);
     return;
   }
-  const Selection select = NarrowSelection(field);
-  if (!select || whole.x.Count() == 0 || whole.y.Count() < Index{kNeighbours})
-    return SelectByRank(field, all, result);
-  select(field.rows, field.nX, field.nY, result);
+  if (!SelectInside(field, whole, result)) return SelectByRank(field, all, result);
   SelectByRank(field, {{0, whole.x.from}, all.y}, result);
   SelectByRank(field, {{whole.x.to, field.nX}, all.y}, result);
   SelectByRank(field, {whole.x, {0, whole.y.from}}, result);

@@ -19,12 +19,16 @@ struct Keyed {
 template <int kBits>
 void SortByKey(std::vector<Keyed>& items, std::vector<Keyed>& scratch) {
   constexpr std::size_t kDigits = std::size_t{1} << kBits;
-  for (int shift = 0; shift < 32; shift += kBits) {
-    const auto digit = [shift](const Keyed& item) { return item.key >> shift & (kDigits - 1); };
-    std::array<std::size_t, kDigits + 1> start = {};
-    for (const Keyed& item : items) ++start[digit(item) + 1];
-    std::partial_sum(start.begin(), start.end(), start.begin());
-    for (const Keyed& item : items) scratch[start[digit(item)]++] = item;
+  constexpr std::size_t kPasses = (31 + kBits) / kBits;
+  const auto digit = [](std::uint32_t key, std::size_t pass) { return key >> kBits * pass & (kDigits - 1); };
+  // How many items have each digit.
+  std::array<std::array<std::uint32_t, kDigits>, kPasses> counts = {};
+  for (const Keyed& item : items)
+    for (std::size_t pass = 0; pass < kPasses; ++pass) ++counts[pass][digit(item.key, pass)];
+  for (std::size_t pass = 0; pass < kPasses; ++pass) {
+    auto& start = counts[pass];
+    std::exclusive_scan(start.begin(), start.end(), start.begin(), std::uint32_t{0});
+    for (const Keyed& item : items) scratch[start[digit(item.key, pass)]++] = item;
     items.swap(scratch);
   }
 }

@@ -9,12 +9,24 @@ using Result = std::unique_ptr<PrnType>;
 
 Result Moved(PrnType r) { return std::make_unique<PrnType>(std::move(r)); }
 
+Result MedianOfLongCurve(const PrnType& r) {
+  PrnType curve(AllocY, 300);
+  for (int k = 0; k < curve.nY; ++k) curve.yArray[k] = Rows(r)[0][k % r.nY];
+  return Take(curve.Median2D(51));
+}
+
 constexpr Result (*kOperations[])(const PrnType&) = {
-    [](const PrnType& r) { return Take(r.Median2D(5)); },  [](const PrnType& r) { return Take(r.Median2D(33)); },
-    [](const PrnType& r) { return Take(r.Median3D(3)); },  [](const PrnType& r) { return Take(r.Median3D(9)); },
-    [](const PrnType& r) { return Take(r.Reduce(2, 2)); }, [](const PrnType& r) { return Moved(r / r.Exp()); },
-    [](const PrnType& r) { return Take(r.XSmooth(5)); },   [](const PrnType& r) { return Take(r.YSmooth(21)); },
-    [](const PrnType& r) { return Moved(Sorted(r)); },     [](const PrnType& r) { return Moved(Swapped(r)); },
+    [](const PrnType& r) { return Take(r.Median2D(5)); },
+    [](const PrnType& r) { return Take(r.Median2D(33)); },
+    [](const PrnType& r) { return Take(r.Median3D(3)); },
+    [](const PrnType& r) { return Take(r.Median3D(9)); },
+    [](const PrnType& r) { return Take(r.Reduce(2, 2)); },
+    [](const PrnType& r) { return Moved(r / r.Exp()); },
+    [](const PrnType& r) { return Take(r.XSmooth(5)); },
+    [](const PrnType& r) { return Take(r.YSmooth(21)); },
+    [](const PrnType& r) { return Moved(Sorted(r)); },
+    [](const PrnType& r) { return Moved(Swapped(r)); },
+    MedianOfLongCurve,
 };
 
 }  // namespace

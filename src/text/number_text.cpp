@@ -1,7 +1,6 @@
 #include "text/number_text.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -9,6 +8,7 @@
 
 #include "kem.h"
 #include "portable.h"
+#include "text/short_number.h"
 #include "text/words.h"
 
 namespace kem::text {
@@ -47,7 +47,7 @@ long long MagnitudeOf(std::string_view digits) {
 
 // A number in decimal notation, infinity or NaN, without sign.
 std::size_t ParseDecimal(std::string_view text, float& value) {
-  const auto parsed = portable::FromChars(text.data(), text.data() + text.size(), value);
+  const auto parsed = FromChars(text.data(), text.data() + text.size(), value);
   const auto length = static_cast<std::size_t>(parsed.ptr - text.data());
   if (parsed.ec == std::errc::result_out_of_range)
     value = MagnitudeOf(text.substr(0, length)) <= 0 ? 0.0f : std::numeric_limits<float>::infinity();
@@ -103,8 +103,6 @@ std::size_t ParseInteger(std::string_view text, Integer& value) {
   return static_cast<std::size_t>(parsed.ptr - text.data());
 }
 
-constexpr double kPowersOfTen[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
-
 // The six digits of a number from 1e-6 to below 1e14 and the power of ten of the first one, rounded exactly, ties
 // to even, although in double precision:
 //   times 10^k, k <= 12, is exact, since 5^12 < 2^28 and the 24 bits of a float fit beside it;
@@ -128,13 +126,12 @@ SixDigits Round(float value) {
   return digits < 1'000'000 ? SixDigits{digits, least} : SixDigits{rounded(least + 1), least + 1};
 }
 
-// "00", "01", ... "99".
-constexpr auto kPairs = [] {
-  std::array<char, 200> pairs{};
-  for (std::size_t k = 0; k < pairs.size(); ++k)
-    pairs[k] = static_cast<char>('0' + (k % 2 == 0 ? k / 20 : k / 2 % 10));
-  return pairs;
-}();
+// Writes a number below 100 as two digits.
+char* WritePair(char* to, int number) {
+  *to++ = static_cast<char>('0' + number / 10);
+  *to++ = static_cast<char>('0' + number % 10);
+  return to;
+}
 
 // Writes general notation of such a number and returns its end. Zeros at the end of its fraction are left out.
 // Copies are of one size each, and longer than what they are for.
@@ -142,10 +139,7 @@ char* WriteSixDigits(char* to, float value) {
   constexpr std::size_t kAll = 8;
   const auto [number, exponent] = Round(value);
   char digits[2 * kAll] = {};
-  for (const int at : {0, 2, 4}) {
-    const int power = at == 0 ? 10000 : at == 2 ? 100 : 1;
-    std::copy_n(&kPairs[2 * static_cast<std::size_t>(number / power % 100)], 2, digits + at);
-  }
+  WritePair(WritePair(WritePair(digits, number / 10000), number / 100 % 100), number % 100);
   std::ptrdiff_t count = 6;
   while (digits[count - 1] == '0') --count;
   const bool scientific = exponent < -4 || exponent >= 6;
@@ -159,11 +153,9 @@ char* WriteSixDigits(char* to, float value) {
   std::copy_n(digits + whole, kAll, to);
   to += std::max<std::ptrdiff_t>(count - whole, 0);
   if (scientific) {
-    const int magnitude = std::abs(exponent);
     *to++ = 'e';
     *to++ = exponent < 0 ? '-' : '+';
-    std::copy_n(&kPairs[2 * static_cast<std::size_t>(magnitude)], 2, to);
-    to += 2;
+    to = WritePair(to, std::abs(exponent));
   }
   return to;
 }

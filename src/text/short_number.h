@@ -8,12 +8,13 @@
 
 namespace kem::text {
 
+inline constexpr double kPowersOfTen[] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
+                                          1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+
 // Takes digits with a point or none behind a digit, which a minus may precede. Where a double holds both the digits
 // and the power of ten exactly, their one division rounds to the number's own double (W. D. Clinger, How to Read
 // Floating Point Numbers Accurately, 1990). Returns where the number ends; null where it is of another kind.
 inline const char* TakeShort(const char* at, const char* end, double& value) {
-  constexpr double kPowersOfTen[] = {1,    1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
-                                     1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
   constexpr std::ptrdiff_t kMost = 19;  // characters; no more digits than 64 bits hold
   const bool negative = at != end && *at == '-';
   const char* const first = negative ? at + 1 : at;

@@ -212,13 +212,12 @@ void SelectByRank(const Field& field, const Area& area, float* const* result) {
 
 // Where spans are whole, if there is a fast way. Returns whether there was.
 bool SelectInside(const Field& field, const Area& whole, float* const* result) {
-  constexpr Index kWidest = 150;  // reach of spans that are looked at faster than ranked
   if (whole.x.Count() == 0) return false;
   if (const Selection select = NarrowSelection(field); select && whole.y.Count() >= Index{kNeighbours}) {
     select(field.rows, field.nX, field.nY, result);
     return true;
   }
-  if (field.nX > 1 || field.halfY > kWidest || whole.y.Count() < Stretches::kLeast) return false;
+  if (field.nX > 1 || field.halfY > Stretches::kWidest || whole.y.Count() < Stretches::kLeast) return false;
   Stretches().Select(field.rows[0], field.nY, field.halfY, result[0]);
   return true;
 }

@@ -19,11 +19,11 @@ class Stretches {
  public:
   static constexpr Index kCount = 32;
   static constexpr Index kLeast = 2 * kCount;  // spans
+  static constexpr Index kWidest = 150;        // reach of spans that are looked at faster than ranked
 
   // The median of each span of `reach` values on either side of its middle but the last, at the place `reach`: the
   // larger of the two in the middle. The margins are left alone.
   void Select(const float* values, Index count, Index reach, float* result) {
-    constexpr Index kMost = 128;  // spans of a stretch, whose ranks stay in the fastest memory
     const Index all = count - 2 * reach;
     const Index length = std::min(kMost, all / kCount);
     width_ = static_cast<std::size_t>(2 * reach);
@@ -36,7 +36,9 @@ class Stretches {
   }
 
  private:
+  static constexpr Index kMost = 128;  // spans of a stretch, whose ranks stay in the fastest memory
   using Rank = std::uint16_t;
+  static_assert(kCount * kMost + 2 * kWidest <= 0x8000, "distances of ranks have two signs");
   using Lanes = std::array<Rank, kCount>;  // one of each stretch
 
   // Of all lanes; masks have all bits or none.

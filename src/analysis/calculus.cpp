@@ -61,7 +61,7 @@ struct Sum {
   // Adds piece(0), piece(1), ... up to piece(count - 1).
   template <class Piece>
   void Add(std::size_t count, Piece piece) {
-    kem::record::WithVectors([&] {
+    WithVectors([&] {
       constexpr std::size_t kBlock = 256;
       double pieces[kBlock];
       for (std::size_t done = 0; done < count; done += kBlock) {

@@ -10,7 +10,7 @@ namespace kem::formats {
 using namespace text;
 namespace {
 
-// From this size on bytes are written as they are, smaller ones together.
+// More bytes than these are written as they are, fewer together.
 constexpr std::size_t kBlock = 1 << 16;
 
 }  // namespace

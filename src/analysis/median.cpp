@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/rank_sets.h"
 #include "analysis/ranking.h"
 #include "analysis/result.h"
 #include "analysis/selection.h"
@@ -58,75 +59,9 @@ Selection NarrowSelection(const Field& field) {
 
 // ------------------------------------------------------------ wide spans
 
-// In place of std::popcount, which is a call where the processor is not known to count.
-std::size_t CountBits(std::uint64_t bits) {
-  bits -= bits >> 1 & 0x5555555555555555;
-  bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
-  bits = (bits + (bits >> 4)) & 0x0f0f0f0f0f0f0f0f;
-  return bits * 0x0101010101010101 >> 56;
-}
-
-// A set of ranks, one bit each. It knows how many members lie below the word where it was last searched, and
-// starts the next search there: medians of spans that overlap are close to each other, but for values of a few
-// levels only, whose ranks lie far apart. Large sets therefore know which words have members at all.
-template <bool kLarge>
-class RankSet {
- public:
-  void Clear(std::size_t size) {
-    words_.assign(size / 64 + 1, 0);
-    if constexpr (kLarge) used_.assign(words_.size() / 64 + 1, 0);
-    word_ = 0;
-    below_ = 0;
-  }
-  void Add(std::uint32_t rank) {
-    const std::size_t word = rank / 64;
-    words_[word] |= std::uint64_t{1} << rank % 64;
-    below_ += word < word_;
-    if constexpr (kLarge) used_[word / 64] |= std::uint64_t{1} << word % 64;
-  }
-  void Remove(std::uint32_t rank) {
-    const std::size_t word = rank / 64;
-    words_[word] &= ~(std::uint64_t{1} << rank % 64);
-    below_ -= word < word_;
-    if constexpr (kLarge)
-      if (words_[word] == 0) used_[word / 64] &= ~(std::uint64_t{1} << word % 64);
-  }
-  // The member with `place` members below it.
-  std::size_t At(std::size_t place) {
-    while (below_ > place) below_ -= CountBits(words_[word_ = Before(word_)]);
-    for (std::size_t here; below_ + (here = CountBits(words_[word_])) <= place; word_ = Behind(word_))
-      below_ += here;
-    std::uint64_t bits = words_[word_];
-    for (std::size_t k = below_; k < place; ++k) bits &= bits - 1;
-    return word_ * 64 + static_cast<std::size_t>(std::countr_zero(bits));
-  }
-
- private:
-  // The next words that may have members.
-  std::size_t Before(std::size_t word) const {
-    if constexpr (!kLarge) return word - 1;
-    std::size_t k = word / 64;
-    std::uint64_t bits = used_[k] & ~(~std::uint64_t{0} << word % 64);
-    while (bits == 0) bits = used_[--k];
-    return k * 64 + 63 - static_cast<std::size_t>(std::countl_zero(bits));
-  }
-  std::size_t Behind(std::size_t word) const {
-    if constexpr (!kLarge) return word + 1;
-    std::size_t k = word / 64;
-    std::uint64_t bits = used_[k] & (~std::uint64_t{1} << word % 64);
-    while (bits == 0) bits = used_[++k];
-    return k * 64 + static_cast<std::size_t>(std::countr_zero(bits));
-  }
-
-  std::vector<std::uint64_t> words_;
-  std::vector<std::uint64_t> used_;  // words of a large set
-  std::size_t word_ = 0;
-  std::size_t below_ = 0;
-};
-
 // Medians of a tile of the result, for spans of any size. All values that its spans reach are ranked once; then a
 // span is a set of ranks, and from one sample to the next only the values at two of its edges enter and leave.
-template <bool kLarge>
+template <class RankSet>
 class RankedTile {
  public:
   explicit RankedTile(const Field& field) : field_(field) {}
@@ -151,21 +86,19 @@ class RankedTile {
  private:
   void MoveX(const Span& x) {
     Slide(span_.x, x, [this](Index i, auto change) {
-      for (Index j = span_.y.from; j < span_.y.to; ++j) change(ranks_(i, j));
+      for (Index j = span_.y.from; j < span_.y.to; ++j) change(ranks_.Column(j, {i, i + 1}));
     });
   }
 
   void MoveY(const Span& y) {
-    Slide(span_.y, y, [this](Index j, auto change) {
-      for (Index i = span_.x.from; i < span_.x.to; ++i) change(ranks_(i, j));
-    });
+    Slide(span_.y, y, [this](Index j, auto change) { change(ranks_.Column(j, span_.x)); });
   }
 
   // `visit(k, change)` changes the set by all ranks of line k.
   template <class Visit>
   void Slide(Span& span, const Span& target, Visit visit) {
-    const auto add = [this](std::uint32_t rank) { set_.Add(rank); };
-    const auto remove = [this](std::uint32_t rank) { set_.Remove(rank); };
+    const auto add = [this](Ranks ranks) { set_.Add(ranks); };
+    const auto remove = [this](Ranks ranks) { set_.Remove(ranks); };
     while (span.to < target.to) visit(span.to++, add);
     while (span.from > target.from) visit(--span.from, add);
     while (span.from < target.from) visit(span.from++, remove);
@@ -175,8 +108,8 @@ class RankedTile {
   float Median() {
     const Index collected = span_.Count();
     const Index place = field_.Place(collected);
-    const std::uint32_t last = ranks_(span_.x.to - 1, span_.y.to - 1);
-    if (place == collected - 1) return ranks_.ValueAt(last);
+    const Ranks last = ranks_.Column(span_.y.to - 1, {span_.x.to - 1, span_.x.to});
+    if (place == collected - 1) return ranks_.ValueAt(last[0]);
     set_.Remove(last);
     const std::size_t rank = set_.At(static_cast<std::size_t>(place));
     set_.Add(last);
@@ -186,26 +119,32 @@ class RankedTile {
   Field field_;
   Area span_ = {};
   Ranking ranks_;
-  RankSet<kLarge> set_;
+  RankSet set_;
 };
 
-template <bool kLarge>
+template <class RankSet>
 void SelectByTiles(const Field& field, const Area& area, Index height, Index width, float* const* result) {
-  RankedTile<kLarge> tile(field);
+  RankedTile<RankSet> tile(field);
   for (Index i = area.x.from; i < area.x.to; i += height)
     for (Index j = area.y.from; j < area.y.to; j += width)
       tile.Run({{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
 }
 
-// Tiles are several spans wide, so that few values are ranked twice, and else small enough for the fastest memory.
+// Tiles are several spans wide, so that few values are ranked twice, and else small enough for the fastest memory,
+// or, in grids of wide spans, not too large for the next.
+Index SideOf(Index half, bool grid) {
+  constexpr Index kLeast = 32;
+  constexpr Index kWide = 96;
+  return std::max(kLeast, grid ? std::min(4 * half, std::max(kWide, 2 * half)) : 4 * half);
+}
+
 void SelectByRank(const Field& field, const Area& area, float* const* result) {
-  constexpr Index kLeastSide = 32;
   constexpr Index kLeastSize = 2048;
-  constexpr Index kLargeSize = 1 << 12;
-  const Index height = std::min(std::max(kLeastSide, 4 * field.halfX), field.nX);
-  const Index width = std::max({kLeastSide, 4 * field.halfY, kLeastSize / std::max<Index>(height, 1)});
-  const bool large = height * std::min(width, field.nY) > kLargeSize;
-  (large ? SelectByTiles<true> : SelectByTiles<false>)(field, area, height, width, result);
+  const bool grid = field.halfX > 0;
+  const Index height = std::min(SideOf(field.halfX, grid), field.nX);
+  const Index width = std::max(SideOf(field.halfY, grid), kLeastSize / std::max<Index>(height, 1));
+  const bool large = height * std::min(width, field.nY) > (grid ? 1 << 14 : 1 << 12);
+  (large ? SelectByTiles<LargeSet> : SelectByTiles<ByteSet>)(field, area, height, width, result);
 }
 
 // ------------------------------------------------------------ both
@@ -217,9 +156,8 @@ bool SelectInside(const Field& field, const Area& whole, float* const* result) {
     select(field.rows, field.nX, field.nY, result);
     return true;
   }
-  if (field.nX > 1 || field.halfY > Stretches::kWidest || whole.y.Count() < Stretches::kLeast) return false;
-  Stretches().Select(field.rows[0], field.nY, field.halfY, result[0]);
-  return true;
+  return field.nX == 1 && (SelectStretches<StretchLooks>(field.rows[0], field.nY, field.halfY, result[0]) ||
+                           SelectStretches<StretchSets>(field.rows[0], field.nY, field.halfY, result[0]));
 }
 
 void Medians(const Field& field, float* const* result) {

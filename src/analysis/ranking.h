@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "analysis/float_key.h"
@@ -29,6 +30,8 @@ struct Area {
   Index Count() const { return x.Count() * y.Count(); }
 };
 
+using Ranks = std::span<const std::uint32_t>;
+
 // No two values share a rank: equal ones rank column by column.
 class Ranking {
  public:
@@ -43,12 +46,16 @@ class Ranking {
         const std::size_t at = At(i, j);
         ranked_[at] = {static_cast<std::uint32_t>(KeyOf(rows[i][j])) ^ kNegative, static_cast<std::uint32_t>(at)};
       }
-    SortByKey<8>(ranked_, scratch_);
+    SortByKey<10, 2>(ranked_, scratch_);
     for (std::uint32_t rank = 0; rank < size; ++rank) ranks_[ranked_[rank].index] = rank;
   }
 
   std::size_t Size() const { return ranked_.size(); }
-  std::uint32_t operator()(Index i, Index j) const { return ranks_[At(i, j)]; }
+  Ranks Column(Index j, const Span& x) const {
+    return Ranks(ranks_).subspan(At(x.from, j), static_cast<std::size_t>(x.Count()));
+  }
+  // Of all values, column by column.
+  Ranks All() const { return ranks_; }
   float ValueAt(std::size_t rank) const {
     return ValueOf(static_cast<std::int32_t>(ranked_[rank].key ^ kNegative));
   }

@@ -35,7 +35,7 @@ std::vector<std::uint32_t> AscendingOrder(std::span<const float> axis) {
     items[k] = {static_cast<std::uint32_t>(key) ^ kNegative, k};
   }
   std::vector<Keyed> scratch(items.size());
-  SortByKey<11>(items, scratch);
+  SortByKey<11, 3>(items, scratch);
   std::vector<std::uint32_t> order(items.size());
   std::transform(items.begin(), items.end(), order.begin(), [](const Keyed& item) { return item.index; });
   return order;

@@ -1,38 +1,52 @@
-// Medians of a curve's spans of moderate width, of many stretches of the curve side by side. From one span to the
-// next one value enters and one leaves, so that the median stays, or is the next rank below or above, which one
-// look at all ranks of the span finds.
+// Medians of a curve's spans, of many stretches of the curve side by side. From one span to the next one value
+// enters and one leaves, so that the median stays, or is the next rank below or above. In spans of moderate width
+// one look at all ranks finds it; in wider ones a set of ranks does, and while one set waits for what has just been
+// written the others move on.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
+#include "analysis/rank_sets.h"
 #include "analysis/ranking.h"
 #include "analysis/selection.h"
 #include "record/vectors.h"
 
 namespace kem::analysis {
 
-class Stretches {
+// The median of each span of `reach` values on either side of its middle but the last, at the place `reach`: the
+// larger of the two in the middle. The margins are left alone. Returns whether the spans are of a width, and
+// enough, for this kind of stretches.
+template <class Stretches>
+bool SelectStretches(const float* values, Index count, Index reach, float* result) {
+  const Index all = count - 2 * reach;
+  if (reach > Stretches::kWidest || all < 2 * Stretches::kCount) return false;
+  Stretches stretches(reach);
+  const Index length = std::min(stretches.Longest(), all / Stretches::kCount);
+  for (Index first = 0; first < all; first += Stretches::kCount * length) {
+    first = std::min(first, all - Stretches::kCount * length);  // some of the last are selected twice
+    stretches.Select(values, first, length, result + first + reach);
+  }
+  return true;
+}
+
+class StretchLooks {
  public:
   static constexpr Index kCount = 32;
-  static constexpr Index kLeast = 2 * kCount;  // spans
-  static constexpr Index kWidest = 150;        // reach of spans that are looked at faster than ranked
+  static constexpr Index kWidest = 110;  // reach of spans that are looked at faster than a set changes
 
-  // The median of each span of `reach` values on either side of its middle but the last, at the place `reach`: the
-  // larger of the two in the middle. The margins are left alone.
-  void Select(const float* values, Index count, Index reach, float* result) {
-    const Index all = count - 2 * reach;
-    const Index length = std::min(kMost, all / kCount);
-    width_ = static_cast<std::size_t>(2 * reach);
-    place_ = static_cast<Rank>(reach);
-    for (Index first = 0; first < all; first += kCount * length) {
-      first = std::min(first, all - kCount * length);  // some of the last are selected twice
-      Fill(values, first, length);
-      record::WithVectors([&] { SelectSpans(length, result + first + reach); });
-    }
+  explicit StretchLooks(Index reach)
+      : width_(2 * static_cast<std::size_t>(reach)), place_(static_cast<Rank>(reach)) {}
+  Index Longest() const { return kMost; }
+
+  // The medians of spans that begin with `first` and behind it, `length` of each stretch.
+  void Select(const float* values, Index first, Index length, float* result) {
+    Fill(values, first, length);
+    record::WithVectors([&] { SelectSpans(length, result); });
   }
 
  private:
@@ -57,10 +71,10 @@ class Stretches {
     const auto steps = static_cast<std::size_t>(length);
     const Index reached = kCount * length + static_cast<Index>(width_);
     ranks_.Rank(&values, {{0, 1}, {first, first + reached}});
+    const Ranks ranks = ranks_.All();
     rows_.resize(steps + width_);
     for (std::size_t k = 0; k < rows_.size(); ++k)
-      for (std::size_t lane = 0; lane < kCount; ++lane)
-        rows_[k][lane] = static_cast<Rank>(ranks_(0, first + static_cast<Index>(lane * steps + k)));
+      for (std::size_t lane = 0; lane < kCount; ++lane) rows_[k][lane] = static_cast<Rank>(ranks[lane * steps + k]);
   }
 
   void SelectSpans(Index length, float* result) const {
@@ -130,8 +144,36 @@ class Stretches {
 
   Ranking ranks_;
   std::vector<Lanes> rows_;  // of ranks, from the first of each stretch on
-  std::size_t width_ = 0;    // of a span without its last value
-  Rank place_ = 0;
+  std::size_t width_;        // of a span without its last value
+  Rank place_;
+};
+
+class StretchSets {
+ public:
+  static constexpr Index kCount = 8;
+  static constexpr Index kWidest = 1000;  // reach of spans whose ranks are close to each other whatever the values
+
+  explicit StretchSets(Index reach) : width_(2 * static_cast<std::size_t>(reach)) {}
+  Index Longest() const { return std::max<Index>(256, static_cast<Index>(width_ / 4)); }
+
+  void Select(const float* values, Index first, Index length, float* result) {
+    const auto steps = static_cast<std::size_t>(length);
+    ranks_.Rank(&values, {{0, 1}, {first, first + kCount * length + static_cast<Index>(width_)}});
+    const Ranks ranks = ranks_.All();
+    for (std::size_t s = 0; s < kCount; ++s)
+      sets_[s].Start(ranks.size(), ranks.subspan(s * steps, width_), width_ / 2);
+    for (std::size_t k = 0;; ++k) {
+      for (std::size_t s = 0; s < kCount; ++s) result[s * steps + k] = ranks_.ValueAt(sets_[s].Median());
+      if (k + 1 == steps) return;
+      for (std::size_t s = 0; s < kCount; ++s)
+        sets_[s].Exchange(ranks[s * steps + k], ranks[s * steps + k + width_]);
+    }
+  }
+
+ private:
+  Ranking ranks_;
+  std::array<MedianSet, kCount> sets_;
+  std::size_t width_;  // of a span without its last value
 };
 
 }  // namespace kem::analysis

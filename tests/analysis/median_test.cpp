@@ -71,7 +71,13 @@ TEST_CASE("median: data of many tiles, and spans wider than the data") {
   CheckMedian(Spoilt(rng, AllocZ, 30, 40), std::numeric_limits<int>::max() - 1);
   PrnType ramp(AllocY, 6000);  // the median moves as far as it can
   for (int k = 0; k < ramp.nY; ++k) ramp.yArray[k] = static_cast<float>((k / 40 % 2 == 0 ? k : -k) % 1500);
-  for (const int w : {33, 51}) CheckMedian(ramp, w);
+  PrnType close(AllocY, 6000);  // all but one next to each other
+  for (int k = 0; k < close.nY; ++k)
+    close.yArray[k] = k == 0 ? -3e38f : 1 + static_cast<float>(k * 79 % 997) * 2e-7f;
+  for (const int w : {33, 51, 301}) {
+    CheckMedian(ramp, w);
+    CheckMedian(close, w);
+  }
 }
 
 TEST_CASE("median: the last value of a span stays out of the sort") {

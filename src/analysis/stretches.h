@@ -154,7 +154,7 @@ class StretchSets {
   static constexpr Index kWidest = 1000;  // reach of spans whose ranks are close to each other whatever the values
 
   explicit StretchSets(Index reach) : width_(2 * static_cast<std::size_t>(reach)) {}
-  Index Longest() const { return std::max<Index>(256, static_cast<Index>(width_ / 4)); }
+  Index Longest() const { return std::max<Index>(512, static_cast<Index>(width_ / 2)); }
 
   void Select(const float* values, Index first, Index length, float* result) {
     const auto steps = static_cast<std::size_t>(length);

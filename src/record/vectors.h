@@ -10,7 +10,8 @@ namespace kem::record {
 inline bool wideVectors = __builtin_cpu_supports("avx2");
 
 template <class Loop>
-[[gnu::target("avx2"), gnu::flatten, gnu::noinline]] void RunWide(Loop loop) {
+[[gnu::target("avx2"), gnu::flatten, gnu::noinline]] void RunWide(const Loop& captured) {
+  const Loop loop = captured;
   loop();
 }
 
@@ -19,7 +20,7 @@ template <class Loop>
 inline bool wideVectors = false;
 
 template <class Loop>
-void RunWide(Loop) {}
+void RunWide(const Loop&) {}
 
 #endif
 

@@ -24,13 +24,25 @@ class RunningRange {
 
   void Extend(const float* values, int count) {
     WithVectors([this, values, count] {
-      std::array<float, kLanes> low = low_;
-      std::array<float, kLanes> high = high_;
+      if (count < kLanes) {
+        for (int k = 0; k < count; ++k) {
+          low_[k] = Smaller(values[k], low_[k]);
+          high_[k] = Larger(values[k], high_[k]);
+        }
+        return;
+      }
+      // Not copied, which takes smaller pieces, by way of memory that waits for the row's own values to be stored.
+      std::array<float, kLanes> low;
+      std::array<float, kLanes> high;
+      for (int lane = 0; lane < kLanes; ++lane) {
+        low[lane] = Smaller(values[lane], low_[lane]);
+        high[lane] = Larger(values[lane], high_[lane]);
+      }
       const auto take = [&](int lane, float v) {
-        low[lane] = v < low[lane] ? v : low[lane];
-        high[lane] = v > high[lane] ? v : high[lane];
+        low[lane] = Smaller(v, low[lane]);
+        high[lane] = Larger(v, high[lane]);
       };
-      int k = 0;
+      int k = kLanes;
       for (; count - k >= kLanes; k += kLanes)
         for (int lane = 0; lane < kLanes; ++lane) take(lane, values[k + lane]);
       for (int lane = 0; k < count; ++k, ++lane) take(lane, values[k]);
@@ -41,13 +53,16 @@ class RunningRange {
 
   Range Reduced() const {
     Range range{low_[0], high_[0]};
-    for (const float v : low_) range.low = v < range.low ? v : range.low;
-    for (const float v : high_) range.high = v > range.high ? v : range.high;
+    for (const float v : low_) range.low = Smaller(v, range.low);
+    for (const float v : high_) range.high = Larger(v, range.high);
     return range;
   }
 
  private:
   static constexpr int kLanes = 32;
+
+  static float Smaller(float v, float than) { return v < than ? v : than; }
+  static float Larger(float v, float than) { return v > than ? v : than; }
 
   std::array<float, kLanes> low_;
   std::array<float, kLanes> high_;

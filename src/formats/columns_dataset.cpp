@@ -60,19 +60,26 @@ std::string_view TakeField(std::string_view& line, std::string_view strong) {
   return field;
 }
 
-// The numbers of a row as most are: short ones with one kind of gap between them. Returns false for any other.
-bool ScanPlainRow(std::string_view line, std::vector<double>& numbers) {
-  const char* const end = line.data() + line.size();
+// The numbers of a row as most are: short ones with one kind of gap between them. Returns where its line ends; null
+// for a row of another kind, of which numbers may have been taken.
+const char* ScanPlainRow(const char* at, const char* end, std::vector<double>& numbers) {
+  const auto skipBlanks = [&] {
+    while (at != end && *at == ' ') ++at;
+  };
+  const auto lineEnds = [&] { return at == end || *at == '\n' || *at == '\r'; };
+  const auto separates = [](char c) { return c == ' ' || c == '\t' || c == ',' || c == ';'; };
+  char gap = 0;
   double number = 0;
-  for (const char *at = line.data(), *gap = nullptr; (at = TakeShort(at, end, number)) != nullptr; ++at) {
+  for (skipBlanks(); (at = TakeShort(at, end, number)) != nullptr;) {
     numbers.push_back(number);
-    if (at == end) return numbers.size() >= 2;
-    if (!gap) gap = at;
-    if (*at != *gap || std::string_view("\t;, ").find(*at) == std::string_view::npos) break;
-    while (*at == ' ' && at[1] == ' ') ++at;
+    if (lineEnds()) return at;
+    if (gap == 0) gap = *at;
+    if (*at++ != gap || !separates(gap)) return nullptr;
+    if (gap != ' ') continue;
+    skipBlanks();
+    if (lineEnds()) return at;
   }
-  numbers.clear();
-  return false;
+  return nullptr;
 }
 
 // The numbers of a row; false when the line is none. An empty field is not a number.
@@ -81,7 +88,8 @@ bool ScanRow(std::string_view line, std::vector<double>& numbers) {
   line = Trimmed(line);
   if (line.empty() || !(IsDigit(line[0]) || std::string_view("+-.").find(line[0]) != std::string_view::npos))
     return false;
-  if (ScanPlainRow(line, numbers)) return true;
+  if (ScanPlainRow(line.data(), line.data() + line.size(), numbers) && numbers.size() >= 2) return true;
+  numbers.clear();
   const Separators separators = SeparatorsOf(line);
   while (!line.empty()) {
     const std::string_view field = TakeField(line, separators.strong);
@@ -160,6 +168,17 @@ struct Table {
   double At(std::size_t row, std::size_t column) const { return numbers[row * columns + column]; }
 };
 
+// Takes rows that are plain, as most are, up to a line that is none.
+void TakePlainRows(Lines& lines, Table& table) {
+  for (;;) {
+    const std::string_view rest = lines.Rest();
+    const std::size_t before = table.numbers.size();
+    const char* const end = ScanPlainRow(rest.data(), rest.data() + rest.size(), table.numbers);
+    if (!end || table.numbers.size() - before != table.columns) return table.numbers.resize(before);
+    lines.Leave(static_cast<std::size_t>(end - rest.data()));
+  }
+}
+
 // The rows begin where two lines of equally many numbers follow each other.
 Table TableOf(std::string_view text) {
   Table table;
@@ -169,7 +188,7 @@ Table TableOf(std::string_view text) {
   for (std::string_view line; lines.Next(line);) {
     if (table.columns != 0) {
       if (ScanRow(line, row) && row.size() == table.columns)
-        table.numbers.insert(table.numbers.end(), row.begin(), row.end());
+        table.numbers.insert(table.numbers.end(), row.begin(), row.end()), TakePlainRows(lines, table);
       else if (!Trimmed(line).empty())
         table.trailer.push_back(line), table.oddRows += !row.empty() && row.size() >= 2 ? 1 : 0;
       continue;
@@ -180,7 +199,9 @@ Table TableOf(std::string_view text) {
       table.columns = row.size();
       table.header.pop_back();
       table.numbers = before;
+      table.numbers.reserve(lines.Rest().size() / line.size() * table.columns + 3 * table.columns);
       table.numbers.insert(table.numbers.end(), row.begin(), row.end());
+      TakePlainRows(lines, table);
       continue;
     }
     table.header.push_back(line);

@@ -81,8 +81,7 @@ bool Lines::Next(std::string_view& line) {
   const auto isEnd = [](char c) { return c == '\r' || c == '\n'; };
   const auto end = static_cast<std::size_t>(std::find_if(rest_.begin(), rest_.end(), isEnd) - rest_.begin());
   line = rest_.substr(0, end);
-  const bool pair = rest_.substr(end, 2) == "\r\n";
-  rest_.remove_prefix(std::min(end + (pair ? 2 : 1), rest_.size()));
+  Leave(end);
   return true;
 }
 

@@ -1,6 +1,7 @@
 // Words and lines of any length.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <span>
 #include <string>
@@ -34,6 +35,11 @@ class Lines {
   explicit Lines(std::string_view text) : rest_(text) {}
   // False at the end of the text.
   bool Next(std::string_view& line);
+  // Takes a line of which is known that it ends before this character of the rest.
+  void Leave(std::size_t end) {
+    const bool pair = rest_.substr(end, 2) == "\r\n";
+    rest_.remove_prefix(std::min(end + (pair ? 2 : 1), rest_.size()));
+  }
   // What has not been taken yet.
   std::string_view Rest() const { return rest_; }
 

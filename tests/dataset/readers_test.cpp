@@ -282,7 +282,7 @@ TEST_CASE("dataset: columns of text") {
   const auto text = [](const std::string& content) { return Files{{"a.txt", content}}; };
   const std::string two = "columns of text 1/1 '' :  () f64\n () stored: 1.5 2.5\n= 10.5 20.5\n";
   CheckAll({
-      {"blanks, no last line end", text("1.5 10.5\n2.5   20.5"), 1, two},
+      {"blanks, no last line end", text(" 1.5 10.5 \n2.5   20.5"), 1, two},
       {"tabs", text("1.5\t10.5\r2.5\t20.5\r"), 1, two},
       {"commas", text("1.5,10.5\r\n2.5, 20.5\r\n"), 1, two},
       {"decimal commas between semicolons", text("1,5;10,5\n2,5;20,5\n"), 1, two},
@@ -293,8 +293,8 @@ TEST_CASE("dataset: columns of text") {
        "columns of text 1/1 '' : z () f64\ny () stored: 7 8\nx () stored: 1 2\n= 1 2 3 4\n"},
       {"a matrix", text("\"t, s (ns) \\ (nm)\",400,401\n0,1,2\n5,3,4\n"), 1,
        "columns of text 1/1 '' :  () f64\nt, s (ns) stored: 0 5\n (nm) stored: 400 401\n= 1 2 3 4\n"},
-      {"rows of another length", text("1 2\n3 4\n5 6 7\n"), 1,
-       "columns of text 1/1 '' :  () f64\n () stored: 1 3\n= 2 4\n! rows of another length: 1\n"},
+      {"rows of another length", text("1 2\n3 4\n5 6 7\n8\n\n 9  10 \r\n+1;\n"), 1,
+       "columns of text 1/1 '' :  () f64\n () stored: 1 3 9\n= 2 4 10\n! rows of another length: 1\n"},
       {"XY prn with a third column",
        text("XY\nShift (1/cm)\nI\n\"Start : \"1\n\"Stop  : \"2\nname\n\n1 3 5\n2 4 6\n"), 2,
        "columns of text 2/2 '' name:  () f64\nShift (1/cm) stored: 1 2\n= 5 6\n! holds 1 more item\n"},

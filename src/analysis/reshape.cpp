@@ -10,6 +10,7 @@
 #include "analysis/sorted.h"
 #include "analysis/window.h"
 #include "record/storage.h"
+#include "record/tiles.h"
 #include "record/vectors.h"
 
 using namespace kem::analysis;
@@ -129,14 +130,9 @@ void BlockMeans(float* const* rows, int fx, int fy, float* means, int count) {
 
 // ------------------------------------------------------------ transposing
 
-// In tiles, so that neither side leaves the cache between two visits.
 Grid Transposed(float* const* rows, int nX, int nY) {
-  constexpr int kTile = 64;
   Grid result = NewGrid(nY, nX);
-  for (int top = 0; top < nX; top += kTile)
-    for (int left = 0; left < nY; left += kTile)
-      for (int j = left; j < std::min(left + kTile, nY); ++j)
-        for (int i = top; i < std::min(top + kTile, nX); ++i) result[j][i] = rows[i][j];
+  ForTiles(nX, nY, [to = result.get(), rows](int i, int j) { to[j][i] = rows[i][j]; });
   return result;
 }
 

@@ -6,6 +6,7 @@
 
 #include "record/axis.h"
 #include "record/findings.h"
+#include "record/tiles.h"
 #include "text/fields.h"
 #include "text/number_text.h"
 
@@ -30,12 +31,12 @@ Axis AxisOf(const PrnType& r, const record::AxisFields& fields, int count, Named
 
 // The rows of a grid run along Y; in a dataset X is the fastest axis.
 Values GridValues(const PrnType& r) {
-  const auto nX = static_cast<std::size_t>(r.nX);
-  const auto nY = static_cast<std::size_t>(r.nY);
-  std::vector<float> values(nX * nY);
-  for (std::size_t i = 0; i < nX; ++i)
-    for (std::size_t j = 0; j < nY; ++j) values[j * nX + i] = r.zArray[i][j];
-  return Values::Of(std::move(values));
+  const std::ptrdiff_t nX = r.nX;
+  const std::size_t count = static_cast<std::size_t>(nX) * static_cast<std::size_t>(r.nY);
+  std::unique_ptr<std::byte[]> bytes(new std::byte[count * sizeof(float)]);
+  auto* const values = reinterpret_cast<float*>(bytes.get());
+  record::ForTiles(r.nX, r.nY, [=, rows = r.zArray](int i, int j) { values[j * nX + i] = rows[i][j]; });
+  return {NumberType::F32, false, count, std::move(bytes)};
 }
 
 // ------------------------------------------------------------ parameters

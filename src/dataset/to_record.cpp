@@ -6,6 +6,7 @@
 #include "record/axis.h"
 #include "record/findings.h"
 #include "record/storage.h"
+#include "record/tiles.h"
 #include "text/fields.h"
 
 namespace kem {
@@ -17,25 +18,52 @@ namespace {
   Fail(ErrorCode::DoesNotFit, d.file, problem);
 }
 
-double PartOf(const Values& values, Part part, std::size_t k) {
-  const double re = values.Real(k);
-  const double im = values.Imaginary(k);
-  switch (part) {
-    case Part::Imaginary:
-      return im;
-    case Part::Magnitude:
-      return values.IsComplex() ? std::hypot(re, im) : std::fabs(re);
-    case Part::Phase:
-      return std::atan2(im, re);
-    default:
-      return re;
-  }
+// Hands the numbers of values over as what they are, with a function that has the part of the k-th value.
+template <class... T, class Use>
+void WithPartsOf(const Values& values, Part part, Use use) {
+  const auto handOver = [&](auto numbers) {
+    if (numbers.empty()) return;
+    const bool complex = values.IsComplex();
+    use([=](std::size_t k) {
+      const double re = numbers[complex ? 2 * k : k];
+      const double im = complex ? numbers[2 * k + 1] : 0;
+      switch (part) {
+        case Part::Imaginary:
+          return im;
+        case Part::Magnitude:
+          return complex ? std::hypot(re, im) : std::fabs(re);
+        case Part::Phase:
+          return std::atan2(im, re);
+        default:
+          return re;
+      }
+    });
+  };
+  (handOver(values.As<T>()), ...);
+}
+
+template <class Use>
+void WithParts(const Values& values, Part part, Use use) {
+  WithPartsOf<std::uint8_t, std::uint16_t, std::uint32_t, std::int8_t, std::int16_t, std::int32_t, float, double>(
+      values, part, use);
 }
 
 float Single(const Dataset& d, double value) {
   if (std::fabs(value) > std::numeric_limits<float>::max() && !std::isinf(value))
     Refuse(d, "holds values that single precision cannot hold");
   return static_cast<float>(value);
+}
+
+// A part of all values; `made` keeps it where it is not stored like this.
+std::span<const float> Singles(const Dataset& d, Part part, std::unique_ptr<float[]>& made) {
+  const std::span<const float> stored = d.values.As<float>();
+  if (part == Part::Real && !d.values.IsComplex() && !stored.empty()) return stored;
+  const std::size_t count = d.values.Count();
+  made.reset(new float[count]);
+  WithParts(d.values, part, [&, to = made.get()](auto partAt) {
+    for (std::size_t k = 0; k < count; ++k) to[k] = Single(d, partAt(k));
+  });
+  return {made.get(), count};
 }
 
 std::string TitleOf(const std::string& name, const std::string& unit) {
@@ -49,7 +77,8 @@ bool IsDefined(const Axis& axis) { return axis.IsLinear() && (axis.Count() == 1 
 std::unique_ptr<float[]> StoredAxis(const Dataset& d, const Axis& axis) {
   if (IsDefined(axis)) return nullptr;
   auto coordinates = record::NewArray(static_cast<int>(axis.Count()));
-  for (std::size_t k = 0; k < axis.Count(); ++k) coordinates[k] = Single(d, axis[k]);
+  const std::span<const double> stored = axis.StoredCoordinates();
+  for (std::size_t k = 0; k < axis.Count(); ++k) coordinates[k] = Single(d, stored.empty() ? axis[k] : stored[k]);
   return coordinates;
 }
 
@@ -71,8 +100,9 @@ void CheckFits(const Dataset& d) {
 void FillCurve(PrnType& r, const Dataset& d, Part part) {
   auto x = StoredAxis(d, d.axes[0]);
   r.nX = r.nY = static_cast<int>(d.values.Count());
-  auto y = record::NewArray(r.nY);
-  for (std::size_t k = 0; k < d.values.Count(); ++k) y[k] = Single(d, PartOf(d.values, part, k));
+  std::unique_ptr<float[]> made;
+  const std::span<const float> values = Singles(d, part, made);
+  auto y = made ? std::move(made) : record::ArrayOf(values, r.nY);
   DefineAxis(r, record::kX, d, d.axes[0]);
   r.fileType = FileXY;
   r.allocType = x ? AllocXY : AllocY;
@@ -90,9 +120,10 @@ void FillGrid(PrnType& r, const Dataset& d, Part part) {
   auto y = StoredAxis(d, yAxis);
   const auto nX = static_cast<int>(xAxis.Count());
   const auto nY = static_cast<int>(yAxis.Count());
+  std::unique_ptr<float[]> made;
+  const float* const values = Singles(d, part, made).data();
   record::Grid z = record::NewGrid(nX, nY);
-  for (int j = 0, k = 0; j < nY; ++j)
-    for (int i = 0; i < nX; ++i, ++k) z[i][j] = Single(d, PartOf(d.values, part, static_cast<std::size_t>(k)));
+  record::ForTiles(nY, nX, [=, to = z.get()](int j, int i) { to[i][j] = values[std::ptrdiff_t{j} * nX + i]; });
   DefineAxis(r, record::kX, d, xAxis);
   DefineAxis(r, record::kY, d, yAxis);
   r.fileType = FileP3D;
@@ -113,7 +144,9 @@ void FillGrid(PrnType& r, const Dataset& d, Part part) {
 
 Dataset Dataset::Only(Part part) const {
   std::vector<double> numbers(values.Count());
-  for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = dataset::PartOf(values, part, k);
+  dataset::WithParts(values, part, [&](auto partAt) {
+    for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = partAt(k);
+  });
   Dataset real = *this;
   real.values = Values::Of(std::move(numbers));
   return real;

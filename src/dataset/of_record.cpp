@@ -6,6 +6,7 @@
 
 #include "record/axis.h"
 #include "record/findings.h"
+#include "record/storage.h"
 #include "record/tiles.h"
 #include "text/fields.h"
 #include "text/number_text.h"
@@ -33,7 +34,7 @@ Axis AxisOf(const PrnType& r, const record::AxisFields& fields, int count, Named
 Values GridValues(const PrnType& r) {
   const std::ptrdiff_t nX = r.nX;
   const std::size_t count = static_cast<std::size_t>(nX) * static_cast<std::size_t>(r.nY);
-  std::unique_ptr<std::byte[]> bytes(new std::byte[count * sizeof(float)]);
+  auto bytes = record::NewBytes(count * sizeof(float));
   auto* const values = reinterpret_cast<float*>(bytes.get());
   record::ForTiles(r.nX, r.nY, [=, rows = r.zArray](int i, int j) { values[j * nX + i] = rows[i][j]; });
   return {NumberType::F32, false, count, std::move(bytes)};

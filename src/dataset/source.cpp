@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "load/files.h"
+#include "record/storage.h"
 #include "record/vectors.h"
 #include "text/words.h"
 
@@ -134,7 +135,7 @@ Values ReadValues(Source& source, const Layout& layout, std::size_t count) {
   const std::size_t size = SizeOf(layout.type);
   const std::size_t point = size * layout.columns;
   const std::size_t kept = size * layout.taken;
-  std::unique_ptr<std::byte[]> bytes(new std::byte[count * kept]);
+  auto bytes = record::NewBytes(count * kept);
   const bool all = layout.taken == layout.columns;
   std::vector<std::byte> whole(all ? 0 : std::min(count, kChunk / point + 1) * point);
   for (std::size_t done = 0; done < count;) {

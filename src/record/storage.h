@@ -1,6 +1,7 @@
 // Memory of a record's arrays, the two ways to start a record, and how readers finish one.
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <istream>
 #include <memory>
@@ -10,9 +11,13 @@
 
 namespace kem::record {
 
+// The values of a dataset, not initialised.
+std::unique_ptr<std::byte[]> NewBytes(std::size_t size);
+
 // A length that is negative or cannot be had ends in std::bad_alloc.
-std::unique_ptr<float[]> NewArray(int count);      // contents not initialised
-std::unique_ptr<float[]> NewZeroArray(int count);  // all 0; a large one takes memory only where it is written
+std::unique_ptr<float[]> NewArray(int count);  // contents not initialised
+std::unique_ptr<float[]> NewZeroArray(
+    int count);  // all 0; where a file is cut off, a large one takes memory only where it is written
 
 // An array of these values and, behind them, of zeros.
 std::unique_ptr<float[]> ArrayOf(std::span<const float> values, int count);

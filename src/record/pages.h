@@ -1,0 +1,22 @@
+// The pages of the system in which memory comes. Where it tells nothing of them, these do nothing.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace kem::record {
+
+// From this size on memory is asked for in large pages: a turn of the system for every small one takes longer than
+// writing to it.
+constexpr std::size_t kManyPages = std::size_t{4} << 20;
+
+// Has memory that has not been written come in large pages, if there is much of it.
+void PreferLargePages(std::span<std::byte> memory);
+
+// Has the heap, which grows by some small pages at a time, grow by large ones for what is taken from it next.
+void GrowHeap(std::size_t size);
+
+// Puts pages in place that read as 0 and take memory when they are written. Returns whether the system did.
+bool DropPages(std::span<std::byte> memory);
+
+}  // namespace kem::record

@@ -95,12 +95,7 @@ py::array Stored(const py::object& self, Along axis) {
 // A value for each Y, then each X; the record has rows of X.
 py::array Grid(const Record& r) {
   if (!r.IsGrid()) throw py::value_error("the record is a curve; only grids have z");
-  py::array_t<float> array({r->nY, r->nX});
-  auto to = array.mutable_unchecked<2>();
-  for (int i = 0; i < r->nX; ++i)
-    for (int j = 0; j < r->nY; ++j) to(j, i) = r->zArray[i][j];
-  array.attr("setflags")("write"_a = false);
-  return array;
+  return py::cast(r.ToDataset()).attr("values");
 }
 
 py::array Values(const py::object& self) {

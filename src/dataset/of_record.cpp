@@ -30,13 +30,10 @@ Axis AxisOf(const PrnType& r, const record::AxisFields& fields, int count, Named
                       start, std::fabs(end - last) < std::fabs(step) / 4.0 ? end : last);
 }
 
-// The rows of a grid run along Y; in a dataset X is the fastest axis.
 Values GridValues(const PrnType& r) {
-  const std::ptrdiff_t nX = r.nX;
-  const std::size_t count = static_cast<std::size_t>(nX) * static_cast<std::size_t>(r.nY);
+  const std::size_t count = static_cast<std::size_t>(r.nX) * static_cast<std::size_t>(r.nY);
   auto bytes = record::NewBytes(count * sizeof(float));
-  auto* const values = reinterpret_cast<float*>(bytes.get());
-  record::ForTiles(r.nX, r.nY, [=, rows = r.zArray](int i, int j) { values[j * nX + i] = rows[i][j]; });
+  record::CopyGrid(r, reinterpret_cast<float*>(bytes.get()));
   return {NumberType::F32, false, count, std::move(bytes)};
 }
 

@@ -11,6 +11,7 @@
 
 #include "kem/dataset.h"
 #include "load/files.h"
+#include "record/tiles.h"
 
 struct kem_dataset {
   kem::Dataset data;
@@ -370,9 +371,10 @@ int32_t kem_copy_y(const kem_record* record, float* to, kem_error* error) {
 void kem_copy_values(const kem_record* record, float* to) {
   if (!record || !to) return;
   const PrnType& r = *record->record;
-  if (!r.Is3D()) std::copy_n(r.yArray, kem_count_x(record), to);
-  for (int j = 0; r.Is3D() && j < r.nY; ++j)
-    for (int i = 0; i < r.nX; ++i) *to++ = r.zArray[i][j];
+  if (r.Is3D())
+    kem::record::CopyGrid(r, to);
+  else
+    std::copy_n(r.yArray, kem_count_x(record), to);
 }
 
 kem_record* kem_apply(const kem_record* record, const char* operation, const double* arguments, size_t count,

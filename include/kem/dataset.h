@@ -122,6 +122,29 @@ class KEM_API Values {
     return {reinterpret_cast<const T*>(bytes_.get()), count_ * (complex_ ? 2 : 1)};
   }
 
+  /// Calls \p use once, with the numbers as a span of their type. Complex values are neighbours: real, imaginary.
+  template <class Use>
+  void Visit(Use use) const {
+    switch (type_) {
+      case NumberType::U8:
+        return use(As<std::uint8_t>());
+      case NumberType::U16:
+        return use(As<std::uint16_t>());
+      case NumberType::U32:
+        return use(As<std::uint32_t>());
+      case NumberType::I8:
+        return use(As<std::int8_t>());
+      case NumberType::I16:
+        return use(As<std::int16_t>());
+      case NumberType::I32:
+        return use(As<std::int32_t>());
+      case NumberType::F32:
+        return use(As<float>());
+      case NumberType::F64:
+        return use(As<double>());
+    }
+  }
+
   /// The k-th value; the imaginary part of real values is 0.
   double Real(std::size_t k) const;
   double Imaginary(std::size_t k) const;

@@ -18,12 +18,10 @@ namespace {
   Fail(ErrorCode::DoesNotFit, d.file, problem);
 }
 
-// Hands the numbers of values over as what they are, with a function that has the part of the k-th value.
-template <class... T, class Use>
-void WithPartsOf(const Values& values, Part part, Use use) {
-  const auto handOver = [&](auto numbers) {
-    if (numbers.empty()) return;
-    const bool complex = values.IsComplex();
+// Calls use with a function that has a part of the k-th value.
+template <class Use>
+void WithParts(const Values& values, Part part, Use use) {
+  values.Visit([&, complex = values.IsComplex()](auto numbers) {
     use([=](std::size_t k) {
       const double re = numbers[complex ? 2 * k : k];
       const double im = complex ? numbers[2 * k + 1] : 0;
@@ -38,14 +36,7 @@ void WithPartsOf(const Values& values, Part part, Use use) {
           return re;
       }
     });
-  };
-  (handOver(values.As<T>()), ...);
-}
-
-template <class Use>
-void WithParts(const Values& values, Part part, Use use) {
-  WithPartsOf<std::uint8_t, std::uint16_t, std::uint32_t, std::int8_t, std::int16_t, std::int32_t, float, double>(
-      values, part, use);
+  });
 }
 
 float Single(const Dataset& d, double value) {

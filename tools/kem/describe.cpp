@@ -7,11 +7,17 @@
 namespace kem::tool {
 
 Range::Range(const Values& values) {
-  for (std::size_t k = 0; k < values.Count(); ++k) {
-    const double v = values.IsComplex() ? std::hypot(values.Real(k), values.Imaginary(k)) : values.Real(k);
-    min = std::fmin(min, v);
-    max = std::fmax(max, v);
-  }
+  const auto see = [this](double v) {
+    if (v < min || std::isnan(min)) min = v;
+    if (v > max || std::isnan(max)) max = v;
+  };
+  values.Visit([&](auto numbers) {
+    const std::size_t step = values.IsComplex() ? 2 : 1;
+    for (std::size_t k = 0; k < numbers.size(); k += step) {
+      const double re = numbers[k];
+      see(step == 2 ? std::hypot(re, static_cast<double>(numbers[k + 1])) : re);
+    }
+  });
 }
 
 std::string NumberText(double value) {

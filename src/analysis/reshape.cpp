@@ -33,9 +33,9 @@ std::vector<int> Band(const AxisValues& axis, float from, float to) {
 }
 
 // The sum over a band of each row, in the order of the band. Some rows take turns, because an addition waits for
-// the one before.
+// the one before; no more of them than the processor has registers for.
 void SumRows(const float* const* rows, int count, const std::vector<int>& band, float* sums) {
-  constexpr int kTogether = 16;
+  constexpr int kTogether = 8;
   for (int i = 0; i < count; i += kTogether) {
     std::array<const float*, kTogether> row;
     std::array<float, kTogether> sum = {};

@@ -1,5 +1,6 @@
 // Records as values: made of datasets, calculated with, written.
 #include <thread>
+#include <tuple>
 
 #include "support/datasets.h"
 
@@ -59,6 +60,28 @@ TEST_CASE("record: what a dataset becomes, and what does not fit") {
   d.axes = {Axis::Linear("", "", 1, 0, 0)};
   d.values = Values::Of(std::span<const double>(&huge, 1));
   CHECK(Refusal([&] { (void)d.ToRecord(); }) == "holds values that single precision cannot hold");
+}
+
+TEST_CASE("record: grids of every number type, larger than what changes sides at once") {
+  const auto thereAndBack = []<class T>(T) {
+    constexpr std::size_t kRows = 70;
+    constexpr std::size_t kColumns = 130;
+    std::vector<T> numbers(kRows * kColumns);
+    for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = static_cast<T>(k * k % 251);
+    Dataset d;
+    d.axes = {Axis::Linear("", "", kRows, 0, 1), Axis::Linear("", "", kColumns, 0, 1)};
+    d.values = Values::Of(std::span<const T>(numbers));
+    const Record r = d.ToRecord();
+    const std::vector<float> floats(numbers.begin(), numbers.end());
+    std::size_t same = 0;
+    for (std::size_t k = 0; k < numbers.size(); ++k) same += r->zArray[k % kColumns][k / kColumns] == floats[k];
+    CHECK(same == numbers.size());
+    const Dataset back = r.ToDataset();
+    CHECK(std::equal(floats.begin(), floats.end(), back.values.As<float>().begin()));
+  };
+  std::apply([&](auto... zero) { (thereAndBack(zero), ...); },
+             std::tuple<std::uint8_t, std::uint16_t, std::uint32_t, std::int8_t, std::int16_t, std::int32_t, float,
+                        double>());
 }
 
 TEST_CASE("record: operations are those of the record of hosts, on several threads at once") {

@@ -10,6 +10,7 @@
 
 #include "dataset/reader.h"
 #include "formats/asdf.h"
+#include "portable.h"
 #include "text/short_number.h"
 #include "text/words.h"
 
@@ -313,10 +314,11 @@ Axis EvenAxis(Dataset& d, const Meaning& meaning, std::size_t count) {
 
 void CheckTable(Dataset& d, const Meaning& meaning, const std::vector<double>& y) {
   const auto count = static_cast<double>(y.size());
-  if (meaning.points && *meaning.points != count)
-    d.notes.push_back({count < *meaning.points ? Severity::Damaged : Severity::Doubtful,
-                       "holds " + std::to_string(y.size()) + " points; NPOINTS announces " +
-                           std::to_string(static_cast<long long>(*meaning.points))});
+  if (meaning.points && *meaning.points != count) {
+    std::string problem = "holds " + std::to_string(y.size()) + " points; NPOINTS announces ";
+    portable::AppendGeneral(problem, *meaning.points, 15);
+    d.notes.push_back({count < *meaning.points ? Severity::Damaged : Severity::Doubtful, std::move(problem)});
+  }
   if (!meaning.firstY || y.empty()) return;
   const double tolerance = std::max(std::abs(*meaning.firstY) * 1e-3, std::abs(meaning.yFactor));
   if (std::abs(*meaning.firstY - y[0]) > tolerance)

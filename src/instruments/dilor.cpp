@@ -6,7 +6,9 @@
 // Series: a header of fixed fields, then from byte 536 groups of 256-byte blocks, 64 numbers each; group 0 holds
 // the abscissae, group k spectrum k. Numbers are in Microsoft Binary Format.
 #include <algorithm>
+#include <cmath>
 #include <fstream>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -235,7 +237,7 @@ bool HasCount(Source& source) {
   for (std::size_t k = 0; k <= kCountLine; ++k)
     if (!lines.Next(line)) return false;
   const auto count = NumberIn(Trimmed(line));
-  return count && *count > 0 && *count == static_cast<int>(*count);
+  return count && *count > 0 && *count <= std::numeric_limits<int>::max() && *count == std::floor(*count);
 }
 
 std::string RecogniseDilor(Source& source) {

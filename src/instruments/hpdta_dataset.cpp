@@ -130,7 +130,7 @@ std::string NameOfQuantity(std::string_view unit, char letter) {
 std::optional<std::uint64_t> TableAt(std::string_view scalingFile) {
   if (!scalingFile.starts_with('#') && !scalingFile.starts_with('*')) return std::nullopt;
   const auto position = NumberIn(scalingFile.substr(1, scalingFile.find(',') - 1));
-  if (!position || *position < 0 || *position > 1e15) return std::nullopt;
+  if (!position || !(*position >= 0 && *position <= 1e15)) return std::nullopt;
   return static_cast<std::uint64_t>(*position);
 }
 

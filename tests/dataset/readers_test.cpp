@@ -190,9 +190,10 @@ TEST_CASE("dataset: JCAMP-DX") {
        "JCAMP-DX 1/1 't' t:  () f64\n () stored: 1.5 2.5\n= 10.25 20\n"},
       {"blocks behind a link, too few points",
        dx("##BLOCKS=2\n##TITLE=one\n##PEAK "
-          "TABLE=(XY..XY)\n1,2;3,4\n##END=\n##TITLE=two\n##NPOINTS=3\n##PEAKTABLE=(XY..XY)\n5 6\n##END=\n"),
+          "TABLE=(XY..XY)\n1,2;3,4\n##END=\n##TITLE=two\n##NPOINTS=3e30\n##PEAKTABLE=(XY..XY)\n5 6\n##END=\n"),
        2,
-       "JCAMP-DX 2/2 'two' two:  () f64\n () stored: 5\n= 6\n! holds 1 points; NPOINTS announces 3\n! holds 1 more "
+       "JCAMP-DX 2/2 'two' two:  () f64\n () stored: 5\n= 6\n! holds 1 points; NPOINTS announces 3e+30\n! holds 1 "
+       "more "
        "item\n"},
       {"pages",
        dx("##NTUPLES= X\n##SYMBOL= X, R, N\n##VAR_NAME= F, RE, P\n##UNITS= HZ, V\n##FIRST= 8, 1, 1\n##LAST= 9, 2, "
@@ -301,6 +302,7 @@ TEST_CASE("dataset: columns of text") {
       {"XY prn", text("XY\nShift (1/cm)\nI\n\"Start : \"1\n\"Stop  : \"2\nname\n\n1 3\n2 4\n"), 1,
        "columns of text 1/1 'I' name: I () f64\nShift (1/cm) stored: 1 2\n= 3 4\n"},
       {"one row", text("a\n1 2\nb\n"), 1, "refused: unknown format"},
+      {"a count beyond all counts", text("Version\n\"\n\n4e81\n"), 1, "refused: unknown format"},
       {"binary", text(std::string("1 2\n3 4\n\0\1", 10)), 1, "refused: unknown format"},
       {"nothing", text(""), 1, "refused: is empty"},
   });

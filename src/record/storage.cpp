@@ -27,9 +27,6 @@ std::unique_ptr<float[]> NewDroppedArray(int count) {
   return array;
 }
 
-// What the heap grows by for the rows of a large grid.
-constexpr std::size_t kAhead = std::size_t{16} << 20;
-
 // Asks for the memory of a whole grid at once and gives it back. A system that promises row after row would
 // otherwise run dry half-way instead of saying no.
 void ProbeMemory(std::size_t rows, std::size_t row) {
@@ -39,6 +36,9 @@ void ProbeMemory(std::size_t rows, std::size_t row) {
   if (rows > kMost / perRow) throw std::bad_alloc();
   ::operator delete(::operator new(rows* perRow));
 }
+
+// What the heap grows by for the rows of a large grid.
+constexpr std::size_t kAhead = std::size_t{16} << 20;
 
 Grid MakeGrid(int rows, int columns, std::unique_ptr<float[]> (*newRow)(int)) {
   const std::size_t made = Length(std::max(rows, 0));

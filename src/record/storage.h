@@ -14,10 +14,10 @@ namespace kem::record {
 // The values of a dataset, not initialised.
 std::unique_ptr<std::byte[]> NewBytes(std::size_t size);
 
-// A length that is negative or cannot be had ends in std::bad_alloc.
-std::unique_ptr<float[]> NewArray(int count);  // contents not initialised
-std::unique_ptr<float[]> NewZeroArray(
-    int count);  // all 0; where a file is cut off, a large one takes memory only where it is written
+// Arrays of a record, not initialised or all 0. Where a file is cut off, a large one of zeros takes memory only
+// where it is written. A length that is negative or cannot be had ends in std::bad_alloc.
+std::unique_ptr<float[]> NewArray(int count);
+std::unique_ptr<float[]> NewZeroArray(int count);
 
 // An array of these values and, behind them, of zeros.
 std::unique_ptr<float[]> ArrayOf(std::span<const float> values, int count);

@@ -11,6 +11,8 @@ inline bool wideVectors = __builtin_cpu_supports("avx2");
 
 template <class Loop>
 [[gnu::target("avx2"), gnu::flatten, gnu::noinline]] void RunWide(const Loop& captured) {
+  // Its own, which nothing that the loop writes can change. As a parameter the caller would copy it, in smaller
+  // pieces than are read here, and reading would wait for them.
   const Loop loop = captured;
   loop();
 }

@@ -6,6 +6,7 @@
 
 namespace kem::tool {
 
+// A NaN does not count beside numbers.
 Range::Range(const Values& values) {
   const auto see = [this](double v) {
     if (v < min || std::isnan(min)) min = v;

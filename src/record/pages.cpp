@@ -20,14 +20,6 @@ std::span<std::byte> PagesIn(std::span<std::byte> memory) {
   return {static_cast<std::byte*>(first), left / page * page};
 }
 
-}  // namespace
-
-void PreferLargePages(std::span<std::byte> memory) {
-  if (memory.size() < kManyPages) return;
-  const auto pages = PagesIn(memory);
-  madvise(pages.data(), pages.size(), MADV_HUGEPAGE);
-}
-
 // By a block that is taken and given back. The first of its size is none of the heap's, the second is.
 void GrowHeap(std::size_t size) {
   constexpr std::size_t kLargePage = std::size_t{2} << 20;  // the last one is needed as a whole
@@ -36,6 +28,26 @@ void GrowHeap(std::size_t size) {
     if (block) PreferLargePages({block, size + kLargePage});
     ::operator delete(block);
   }
+}
+
+}  // namespace
+
+void PreferLargePages(std::span<std::byte> memory) {
+  if (memory.size() < kManyPages) return;
+  const auto pages = PagesIn(memory);
+  madvise(pages.data(), pages.size(), MADV_HUGEPAGE);
+}
+
+void GrowHeapFor(std::size_t block) {
+  constexpr std::size_t kPage = std::size_t{4} << 10;
+  constexpr std::size_t kAhead = std::size_t{16} << 20;
+  thread_local std::size_t left = std::size_t{1} << 20;  // a process that takes less keeps its small pages
+  if (block < kPage || block >= kManyPages) return;
+  if (block > left) {
+    GrowHeap(kAhead);
+    left = kAhead;
+  }
+  left -= block;
 }
 
 bool DropPages(std::span<std::byte> memory) {
@@ -55,7 +67,7 @@ bool DropPages(std::span<std::byte> memory) {
 
 namespace kem::record {
 void PreferLargePages(std::span<std::byte>) {}
-void GrowHeap(std::size_t) {}
+void GrowHeapFor(std::size_t) {}
 bool DropPages(std::span<std::byte>) { return false; }
 }  // namespace kem::record
 

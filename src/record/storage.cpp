@@ -15,6 +15,14 @@ std::size_t Length(int count) {
   return static_cast<std::size_t>(count);
 }
 
+template <class T>
+std::unique_ptr<T[]> NewMemory(std::size_t count) {
+  GrowHeapFor(count * sizeof(T));
+  std::unique_ptr<T[]> array(new T[count]);
+  PreferLargePages(std::as_writable_bytes(std::span(array.get(), count)));
+  return array;
+}
+
 // From this size on an array is no recycled memory, but pages fresh from the system.
 constexpr std::size_t kLarge = std::size_t{32} << 20;
 // A row of a large grid of at least this size spans some pages.
@@ -37,21 +45,13 @@ void ProbeMemory(std::size_t rows, std::size_t row) {
   ::operator delete(::operator new(rows* perRow));
 }
 
-// What the heap grows by for the rows of a large grid.
-constexpr std::size_t kAhead = std::size_t{16} << 20;
-
 Grid MakeGrid(int rows, int columns, std::unique_ptr<float[]> (*newRow)(int)) {
   const std::size_t made = Length(std::max(rows, 0));
   const std::size_t row = made > 0 ? Length(columns) * sizeof(float) : 0;
   if (made > 0) ProbeMemory(made, row);
   Grid grid(
       new float* [made] {}, GridDeleter{std::max(rows, 0)});
-  const bool large = newRow != NewDroppedArray && made * row >= kManyPages;
-  const std::size_t ahead = large ? std::max(kAhead / row, std::size_t{1}) : made;
-  for (std::size_t i = 0; i < made; ++i) {
-    if (large && i % ahead == 0) GrowHeap(std::min(ahead, made - i) * row);
-    grid[i] = newRow(columns).release();
-  }
+  for (std::size_t i = 0; i < made; ++i) grid[i] = newRow(columns).release();
   return grid;
 }
 
@@ -60,17 +60,9 @@ bool IsCutOff() { return *Found().announced > *Found().fileBytes; }
 
 }  // namespace
 
-std::unique_ptr<std::byte[]> NewBytes(std::size_t size) {
-  std::unique_ptr<std::byte[]> bytes(new std::byte[size]);
-  PreferLargePages({bytes.get(), size});
-  return bytes;
-}
+std::unique_ptr<std::byte[]> NewBytes(std::size_t size) { return NewMemory<std::byte>(size); }
 
-std::unique_ptr<float[]> NewArray(int count) {
-  std::unique_ptr<float[]> array(new float[Length(count)]);
-  PreferLargePages(std::as_writable_bytes(std::span(array.get(), Length(count))));
-  return array;
-}
+std::unique_ptr<float[]> NewArray(int count) { return NewMemory<float>(Length(count)); }
 
 std::unique_ptr<float[]> NewZeroArray(int count) {
   if (Length(count) * sizeof(float) >= kLarge && IsCutOff()) return NewDroppedArray(count);

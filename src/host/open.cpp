@@ -5,6 +5,7 @@
 
 #include "dataset/foreign.h"
 #include "dataset/reader.h"
+#include "record/pages.h"
 #include "record/vectors.h"
 #include "text/words.h"
 
@@ -104,6 +105,7 @@ struct Opened {
       : source(file), reader((RefuseForeign(source), *Recognise(source).reader)), names(reader.items(source)) {}
 
   Dataset Item(std::size_t number) {
+    record::GrowHeapFor(static_cast<std::size_t>(source.Size()) / names.size());  // as much as it is about to keep
     Dataset dataset = reader.open(source, static_cast<int>(number));
     dataset.format = reader.format;
     dataset.file = source.Path();

@@ -11,6 +11,10 @@
 namespace kem::record {
 namespace {
 
+// From this size on memory is asked for in large pages: a turn of the system for every small one takes longer than
+// writing to it.
+constexpr std::size_t kManyPages = std::size_t{4} << 20;
+
 // Those that lie in memory as a whole.
 std::span<std::byte> PagesIn(std::span<std::byte> memory) {
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
@@ -38,16 +42,15 @@ void PreferLargePages(std::span<std::byte> memory) {
   madvise(pages.data(), pages.size(), MADV_HUGEPAGE);
 }
 
-void GrowHeapFor(std::size_t block) {
-  constexpr std::size_t kPage = std::size_t{4} << 10;
+void GrowHeapFor(std::size_t size) {
   constexpr std::size_t kAhead = std::size_t{16} << 20;
   thread_local std::size_t left = std::size_t{1} << 20;  // a process that takes less keeps its small pages
-  if (block < kPage || block >= kManyPages) return;
-  if (block > left) {
+  // For much memory always: what was ahead the heap may have given back meanwhile.
+  if (size > left || size >= kManyPages) {
     GrowHeap(kAhead);
     left = kAhead;
   }
-  left -= block;
+  left -= std::min(size, left);
 }
 
 bool DropPages(std::span<std::byte> memory) {

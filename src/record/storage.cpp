@@ -51,6 +51,7 @@ Grid MakeGrid(int rows, int columns, std::unique_ptr<float[]> (*newRow)(int)) {
   if (made > 0) ProbeMemory(made, row);
   Grid grid(
       new float* [made] {}, GridDeleter{std::max(rows, 0)});
+  GrowHeapFor(made * row);
   for (std::size_t i = 0; i < made; ++i) grid[i] = newRow(columns).release();
   return grid;
 }

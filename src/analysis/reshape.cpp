@@ -130,10 +130,25 @@ void BlockMeans(float* const* rows, int fx, int fy, float* means, int count) {
 
 // ------------------------------------------------------------ transposing
 
-Grid Transposed(float* const* rows, int nX, int nY) {
-  Grid result = NewGrid(nY, nX);
-  ForTiles(nX, nY, [to = result.get(), rows](int i, int j) { to[j][i] = rows[i][j]; });
+Grid Transposed(const PrnType& r) {
+  Grid result = NewGrid(r.nY, r.nX);
+  Transpose(
+      r.nX, r.nY, [rows = r.zArray](int i) { return rows[i]; }, [to = result.get()](int j) { return to[j]; });
   return result;
+}
+
+// What is known of one axis becomes known of the other. The values are where they belong; the steps of a curve stay
+// where they are: they belong to axes that it no longer defines.
+void ExchangeAxes(PrnType& r) {
+  if (r.Is3D()) {
+    r.allocType = AllocZ | (r.HasX() ? AllocY : 0) | (r.HasY() ? AllocX : 0);
+    std::swap(r.nX, r.nY);
+    std::swap(r.xStep, r.yStep);
+  }
+  std::swap(r.xArray, r.yArray);
+  std::swap(r.xStart, r.yStart);
+  std::swap(r.xEnd, r.yEnd);
+  r.MinMax();
 }
 
 }  // namespace
@@ -226,16 +241,12 @@ PrnType& PrnType::Reduce(int fx, int fy) const {
   return *result.release();
 }
 
-// The steps of a curve stay where they are: they belong to axes that it no longer defines.
 void PrnType::SwapXY() {
   if (!OwnsArrays(allocType)) return;
   if (Is3D()) {
-    Grid transposed = Transposed(zArray, nX, nY);
+    Grid transposed = Transposed(*this);
     GridDeleter{nX}(zArray);
     Own(zArray, std::move(transposed));
-    std::swap(xStep, yStep);
-    std::swap(nX, nY);
-    allocType = AllocZ | (HasX() ? AllocY : 0) | (HasY() ? AllocX : 0);
   } else {
     if (!HasX()) {
       xArray = WriteOutAxis(xStart, xStep, nY).release();
@@ -244,8 +255,18 @@ void PrnType::SwapXY() {
     }
     nX = nY = std::min(nX, nY);  // as far as both arrays reach
   }
-  std::swap(xArray, yArray);
-  std::swap(xStart, yStart);
-  std::swap(xEnd, yEnd);
-  MinMax();
+  ExchangeAxes(*this);
+}
+
+PrnType kem::analysis::Swapped(const PrnType& r) {
+  if (!OwnsArrays(r.allocType) || !r.Is3D()) {
+    PrnType curve(r);
+    curve.SwapXY();
+    return curve;
+  }
+  auto x = r.HasX() ? PartOf(r.xArray, {0, r.nX, false}) : nullptr;
+  auto y = r.HasY() ? PartOf(r.yArray, {0, r.nY, false}) : nullptr;
+  PrnType grid = CopyWith(r, {r.nX, r.nY, std::move(x), std::move(y), Transposed(r)});
+  ExchangeAxes(grid);
+  return grid;
 }

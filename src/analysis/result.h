@@ -30,4 +30,7 @@ void SetAxis(PrnType& record, const record::AxisFields& axis, const KeptAxis& as
 // A curve over an axis of a grid, its values not initialised.
 std::unique_ptr<PrnType> NewProfile(const PrnType& source, const KeptAxis& axis);
 
+// A copy whose axes have changed places, see PrnType::SwapXY: the values of a grid are copied once.
+PrnType Swapped(const PrnType& record);
+
 }  // namespace kem::analysis

@@ -114,7 +114,8 @@ void FillGrid(PrnType& r, const Dataset& d, Part part) {
   std::unique_ptr<float[]> made;
   const float* const values = Singles(d, part, made).data();
   record::Grid z = record::NewGrid(nX, nY);
-  record::ForTiles(nY, nX, [=, to = z.get()](int j, int i) { to[i][j] = values[std::ptrdiff_t{j} * nX + i]; });
+  record::Transpose(
+      nY, nX, [=](int j) { return values + std::ptrdiff_t{j} * nX; }, [to = z.get()](int i) { return to[i]; });
   DefineAxis(r, record::kX, d, xAxis);
   DefineAxis(r, record::kY, d, yAxis);
   r.fileType = FileP3D;

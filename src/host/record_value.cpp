@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "analysis/result.h"
 #include "dataset/of_record.h"
 #include "dataset/source.h"
 #include "host/detect.h"
@@ -292,10 +293,8 @@ Record Record::Sorted() const {
 }
 
 Record Record::Swapped() const {
-  Record swapped(*this);
   const Aside aside;
-  swapped.record_->SwapXY();
-  return swapped;
+  return Record(Owned(analysis::Swapped(*record_)));
 }
 
 // ------------------------------------------------------------ filters, differences, integrals

@@ -1,3 +1,4 @@
+#include "kem/record.h"
 #include "support/records.h"
 
 using namespace kem::test;
@@ -87,6 +88,7 @@ TEST_CASE("reshape: exchanging X and Y transposes a grid and turns a curve over"
     CHECK((r.Is3D() || swapped.allocType == AllocXY));
     for (int i = 0; r.Is3D() && i < r.nX; ++i)
       for (int j = 0; j < r.nY; ++j) CHECK_BITS(swapped.zArray[j][i], r.zArray[i][j]);
+    CheckResult(*kem::Record(PrnType(r)).Swapped(), swapped, r, r.fileType);
   });
 }
 

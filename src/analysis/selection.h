@@ -223,7 +223,8 @@ class NarrowSpans {
     SelectFromRuns<kWidth - 1, 0>(to);
   }
 
-  std::array<std::array<std::int32_t, kSpans + 2 * kMore>, kRows> rows_ = {};
+  // Vectors that lie across two lines of the cache take a third longer.
+  alignas(64) std::array<std::array<std::int32_t, kSpans + 2 * kMore>, kRows> rows_ = {};
   std::size_t vectors_ = 0;  // of kNeighbours spans each, in the tile at hand
 };
 

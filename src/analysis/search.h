@@ -16,7 +16,7 @@ namespace kem::analysis {
 class AxisSearch {
  public:
   // For more than a few targets, an axis in no order is put into one first, and of another it is seen how even it
-  // is.
+  // is when that is needed.
   explicit AxisSearch(std::span<const float> axis, std::size_t targets = 1);
 
   std::span<const float> Axis() const { return axis_; }
@@ -92,13 +92,14 @@ class AxisSearch {
     double perStep = std::numeric_limits<double>::infinity();  // also where the others are not known
     double deviation = 0;
   };
+  Even Evenness() const;
 
   std::span<const float> axis_;
   std::span<const float> scanned_;  // without the last of equal samples
   std::optional<UnorderedSearch> unordered_;
   bool ordered_ = false;
   float sign_ = 1;
-  Even even_;
+  std::optional<Even> even_;
   Run run_;
   Near near_;
 };

@@ -1,9 +1,12 @@
 #include "text/number_text.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "kem.h"
@@ -109,22 +112,30 @@ std::size_t ParseInteger(std::string_view text, Integer& value) {
 //   over 10^k, k <= 9, is rounded once, by at most 2^-34. The value is then at least 1e6, a multiple of 2^-4, so
 //   a quotient that is no tie is at least 1 / (2^4 * 10^9) > 2^-34 away from one.
 struct SixDigits {
-  int digits;
+  unsigned digits;
   int exponent;
 };
 
 SixDigits Round(float value) {
-  const auto rounded = [value](int exponent) {
-    constexpr double kToInteger = 0x1p52;  // leaves no bits for a fraction
-    const double power = kPowersOfTen[std::abs(exponent - 5)];
-    const double scaled = exponent <= 5 ? value * power : value / power;
-    return static_cast<int>((scaled + kToInteger) - kToInteger);
-  };
+  static constexpr double kPowers[] = {1e-6, 1e-5, 1e-4, 1e-3, 1e-2, 1e-1, 1,    1e1,  1e2,  1e3, 1e4,
+                                       1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14};
+  constexpr int kFirst = -6;
+  constexpr double kToInteger = 0x1p52;  // leaves no bits for a fraction
   const int binary = static_cast<int>(portable::bit_cast<std::uint32_t>(value) >> 23) - 127;
   const int least = (binary * 1233) >> 12;  // 1233 / 2^12 is log10(2); the power of ten is this or the next
-  const int digits = rounded(least);
-  return digits < 1'000'000 ? SixDigits{digits, least} : SixDigits{rounded(least + 1), least + 1};
+  const int exponent = least + (value >= kPowers[least + 1 - kFirst] ? 1 : 0);
+  const double power = kPowersOfTen[std::abs(exponent - 5)];
+  const double scaled = exponent <= 5 ? value * power : value / power;
+  const auto digits = static_cast<unsigned>((scaled + kToInteger) - kToInteger);
+  return digits < 1'000'000 ? SixDigits{digits, exponent} : SixDigits{digits / 10, exponent + 1};
 }
+
+// The digits of a number below 1000, a byte each, the first one lowest.
+constexpr auto kThreeDigits = [] {
+  std::array<std::uint32_t, 1000> digits = {};
+  for (std::uint32_t k = 0; k < digits.size(); ++k) digits[k] = k / 100 | k / 10 % 10 << 8 | k % 10 << 16;
+  return digits;
+}();
 
 // Writes a number below 100 as two digits.
 char* WritePair(char* to, int number) {
@@ -136,21 +147,21 @@ char* WritePair(char* to, int number) {
 // Writes general notation of such a number and returns its end. Zeros at the end of its fraction are left out.
 // Copies are of one size each, and longer than what they are for.
 char* WriteSixDigits(char* to, float value) {
-  constexpr std::size_t kAll = 8;
+  constexpr std::uint64_t kZeros = 0x30303030'30303030;
+  const auto write = [&to](std::uint64_t text) { std::memcpy(to, &text, sizeof text); };
   const auto [number, exponent] = Round(value);
-  char digits[2 * kAll] = {};
-  WritePair(WritePair(WritePair(digits, number / 10000), number / 100 % 100), number % 100);
-  std::ptrdiff_t count = 6;
-  while (digits[count - 1] == '0') --count;
+  const std::uint64_t digits = kThreeDigits[number / 1000] | std::uint64_t{kThreeDigits[number % 1000]} << 24;
+  const std::ptrdiff_t count = 8 - std::countl_zero(digits) / 8;
   const bool scientific = exponent < -4 || exponent >= 6;
-  const std::ptrdiff_t whole = scientific ? 1 : exponent < 0 ? 0 : exponent + 1;
-  std::copy_n("0.00000", kAll, to);
+  const std::ptrdiff_t whole = scientific ? 1 : std::max(exponent + 1, 0);
+  write(kZeros);
+  to[1] = '.';
   to += whole == 0 ? 1 - exponent : 0;
-  std::copy_n(digits, kAll, to);
+  write(digits + kZeros);
   to += whole;
   *to = '.';
   to += whole > 0 && count > whole ? 1 : 0;
-  std::copy_n(digits + whole, kAll, to);
+  write((digits + kZeros) >> 8 * whole);
   to += std::max<std::ptrdiff_t>(count - whole, 0);
   if (scientific) {
     *to++ = 'e';

@@ -47,7 +47,8 @@ OutputFile& OutputFile::operator<<(std::string_view text) {
 }
 
 OutputFile& OutputFile::operator<<(char c) {
-  Write(&c, 1);
+  if (used_ > kBlock) Flush();
+  buffer_[used_++] = c;
   return *this;
 }
 

@@ -71,6 +71,7 @@ def on_four_threads(what, call, files):
         one, four = best_in_turns(
             lambda: best(lambda: [call(file) for file in files], of=1),
             lambda: best(lambda: list(pool.map(call, files)), of=1),
+            of=15,
         )
     print(f"  {what}: {one:.0f} ms, {four:.0f} ms, {one / four:.2f} times as fast")
 

@@ -141,9 +141,11 @@ Index SideOf(Index half, bool grid) {
 void SelectByRank(const Field& field, const Area& area, float* const* result) {
   constexpr Index kLeastSize = 2048;
   const bool grid = field.halfX > 0;
-  const Index height = std::min(SideOf(field.halfX, grid), field.nX);
-  const Index width = std::max(SideOf(field.halfY, grid), kLeastSize / std::max<Index>(height, 1));
-  const bool large = height * std::min(width, field.nY) > (grid ? 1 << 14 : 1 << 12);
+  const Index side = std::min(SideOf(field.halfX, grid), field.nX);
+  const Index width = std::max(SideOf(field.halfY, grid), kLeastSize / std::max<Index>(side, 1));
+  // Margins are narrow: higher tiles have as many samples.
+  const Index height = std::max(side, kLeastSize / std::clamp<Index>(area.y.Count(), 1, width));
+  const bool large = side * std::min(width, field.nY) > (grid ? 1 << 14 : 1 << 12);
   (large ? SelectByTiles<LargeSet> : SelectByTiles<ByteSet>)(field, area, height, width, result);
 }
 

@@ -69,14 +69,16 @@ void ResampleCurve(const PrnType& src, PrnType& result) {
   const AxisValues axis = SampledX(src);
   const AxisSearch search(axis, static_cast<std::size_t>(result.nX));
   std::size_t above = 1;
-  for (int k = 0; k < result.nX; ++k) {
+  const float* const values = src.yArray;
+  float* const to = result.yArray;
+  for (int k = 0, count = result.nX; k < count; ++k) {
     const float target = result.xArray[k];
     if (const auto pair = search.Between(target, above)) {
       const Line line(axis, target, pair->nearest, pair->across);
-      result.yArray[k] = line.Value(src.yArray[pair->nearest], src.yArray[pair->across]);
+      to[k] = line.Value(values[pair->nearest], values[pair->across]);
     } else {
       const std::size_t nearest = search.Nearest(target, above - 1);
-      result.yArray[k] = ValueBetween(search, src.yArray, target, nearest);
+      to[k] = ValueBetween(search, values, target, nearest);
       above = nearest + 1 < axis.size() ? nearest + 1 : std::max<std::size_t>(nearest, 1);
     }
   }

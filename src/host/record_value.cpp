@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "analysis/axis.h"
+#include "analysis/interpolate.h"
 #include "analysis/result.h"
 #include "dataset/of_record.h"
 #include "dataset/source.h"
@@ -220,14 +222,8 @@ Record Record::AxisOp(Along axis, std::string_view operation, float value) const
 
 std::vector<float> Record::Coordinates(Along axis) const {
   if (axis == Along::Y) NeedGrid(*record_);
-  float* values = nullptr;
-  int count = 0;
-  if (axis == Along::X)
-    record_->ArrayFromXAxis(&values, &count);
-  else
-    record_->ArrayFromYAxis(&values, &count);
-  const std::unique_ptr<float[]> owner(values);
-  return {values, values + count};
+  const auto values = analysis::ValuesOf(*record_, axis == Along::X ? record::kX : record::kY);
+  return {values.data(), values.data() + values.size()};
 }
 
 float Record::At(float x, float y) const { return record_->At(x, y); }
@@ -243,13 +239,9 @@ Dataset Record::ToDataset() const {
 
 Record Record::Resample(std::span<const float> xs, std::span<const float> ys) const {
   if (IsGrid() == ys.empty()) Refuse(*record_, IsGrid() ? "is a grid and needs coordinates along Y" : kNoGrid);
-  std::vector<float> x(xs.begin(), xs.end());
-  std::vector<float> y(ys.begin(), ys.end());
-  const auto nX = static_cast<int>(x.size());
-  const auto nY = static_cast<int>(y.size());
   return Made(
       [&](const PrnType& r) -> PrnType& {
-        return r.Is3D() ? r.InterpolateXYZ(x.data(), nX, y.data(), nY) : r.InterpolateXY(x.data(), nX);
+        return *(r.Is3D() ? analysis::Resampled(r, xs, ys) : analysis::Resampled(r, xs)).release();
       },
       "cannot be resampled");
 }

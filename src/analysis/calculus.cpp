@@ -62,7 +62,7 @@ struct Sum {
   template <class Piece>
   void Add(std::size_t count, Piece piece) {
     WithVectors([&] {
-      constexpr std::size_t kBlock = 256;
+      constexpr std::size_t kBlock = 64;  // few enough that the next ones are worked out while these add up
       double pieces[kBlock];
       for (std::size_t done = 0; done < count; done += kBlock) {
         const std::size_t n = std::min(kBlock, count - done);

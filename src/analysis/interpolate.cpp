@@ -69,6 +69,7 @@ void ResampleCurve(const PrnType& src, PrnType& result) {
   const AxisValues axis = SampledX(src);
   const AxisSearch search(axis, static_cast<std::size_t>(result.nX));
   std::size_t above = 1;
+  // Read once: a value that is written could be part of a record, as far as the compiler knows.
   const float* const values = src.yArray;
   float* const to = result.yArray;
   for (int k = 0, count = result.nX; k < count; ++k) {

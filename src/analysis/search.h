@@ -99,7 +99,7 @@ class AxisSearch {
   std::optional<UnorderedSearch> unordered_;
   bool ordered_ = false;
   float sign_ = 1;
-  std::optional<Even> even_;
+  std::optional<Even> even_;  // none before it is asked for; for few targets that of no axis
   Run run_;
   Near near_;
 };

@@ -131,6 +131,7 @@ SixDigits Round(float value) {
 }
 
 // The digits of a number below 1000, a byte each, the first one lowest.
+static_assert(std::endian::native == std::endian::little);
 constexpr auto kThreeDigits = [] {
   std::array<std::uint32_t, 1000> digits = {};
   for (std::uint32_t k = 0; k < digits.size(); ++k) digits[k] = k / 100 | k / 10 % 10 << 8 | k % 10 << 16;

@@ -2,14 +2,12 @@
 #pragma once
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "kem.h"
 #include "record/ranges.h"
 #include "record/storage.h"
-#include "record/vectors.h"
 #include "text/fields.h"
 
 namespace kem::arith {
@@ -41,13 +39,6 @@ inline Extent Common(Extent a, Extent b) { return {std::min(a.rows, b.rows), std
 
 inline float* Row(const PrnType& record, int i) { return IsGrid(record) ? record.zArray[i] : record.yArray; }
 
-template <class Kernel, class... Values>
-void Apply(Kernel kernel, int count, float* to, const Values*... from) {
-  record::WithVectors([=] {
-    for (int k = 0; k < count; ++k) to[k] = kernel(from[k]...);
-  });
-}
-
 // A copy of a record under another name. Within an extent its values are the kernel's of the record's own and
 // those of the others at the same place; beyond it they stay.
 template <class Kernel, class... Records>
@@ -55,22 +46,16 @@ PrnType Computed(std::string_view name, Extent extent, Kernel kernel, const PrnT
                  const Records&... others) {
   PrnType result = record::CopyWithoutValues(record);
   const Extent stored = StoredExtent(record);
-  std::optional<record::RunningRange> range;
+  record::RunningRange range;
   for (int i = 0; i < stored.rows; ++i) {
     float* to = Row(result, i);
     const float* from = Row(record, i);
-    const int count = i < extent.rows ? extent.columns : 0;
-    if (count > 0) Apply(kernel, count, to, from, Row(others, i)...);
-    std::copy(from + count, from + stored.columns, to + count);
-    if (!IsGrid(record) || stored.columns <= 0) continue;
-    if (!range) range.emplace(to[0]);
-    range->Extend(to, stored.columns);
+    const int count = i < extent.rows ? std::max(extent.columns, 0) : 0;
+    range.Store(kernel, count, to, from, Row(others, i)...);
+    range.Copy(from + count, stored.columns - count, to + count);
   }
   text::CopyText(result.fileName, name);
-  if (range)
-    record::SetRanges(result, *range);
-  else
-    result.MinMax();
+  record::SetRanges(result, range);
   return result;
 }
 

@@ -30,58 +30,59 @@ const float* FindZero(const float* first, const float* last) {
 
 bool EndsAtZero(const Range& range) { return range.low == 0 || range.high == 0; }
 
-Range RangeOf(const float* values, int count) {
-  if (!values || count <= 0) return {};
-  RunningRange running(values[0]);
-  running.Extend(values, count);
-  Range range = running.Reduced();
-  if (EndsAtZero(range)) SettleZeros(range, *FindZero(values, values + count));
+// Values row by row; an array is one row.
+struct Rows {
+  float* const* first;
+  int count;
+  int columns;
+};
+
+Rows RowsOf(float* const& array, int count) { return {&array, array ? 1 : 0, count}; }
+
+Rows RowsOf(const PrnType& r) {
+  return r.Is3D() ? Rows{r.zArray, r.zArray ? r.nX : 0, r.nY} : RowsOf(r.yArray, r.nY);
+}
+
+RunningRange Seen(const Rows& rows) {
+  RunningRange range;
+  for (int i = 0; i < rows.count; ++i) range.Extend(rows.first[i], rows.columns);
   return range;
 }
 
 // A grid counts as visited column by column, so its first zero is that of the first column that has one. A row
 // need not be searched behind the best column so far.
-Range RangeOf(float* const* rows, int nX, int nY, const RunningRange& running) {
-  Range range = running.Reduced();
-  if (!EndsAtZero(range)) return range;
-  const float* zero = rows[0];
-  std::ptrdiff_t columns = nY;
-  for (int i = 0; i < nX; ++i) {
-    const float* found = FindZero(rows[i], rows[i] + columns);
-    if (found == rows[i] + columns) continue;
+Range RangeOf(const Rows& rows, const RunningRange& seen) {
+  Range range = seen.Reduced();
+  if (rows.count <= 0 || rows.columns <= 0 || !EndsAtZero(range)) return range;
+  const float* zero = rows.first[0];
+  std::ptrdiff_t columns = rows.columns;
+  for (int i = 0; i < rows.count; ++i) {
+    const float* row = rows.first[i];
+    const float* found = FindZero(row, row + columns);
+    if (found == row + columns) continue;
     zero = found;
-    columns = found - rows[i];
+    columns = found - row;
   }
   SettleZeros(range, *zero);
   return range;
 }
 
-Range RangeOf(float* const* rows, int nX, int nY) {
-  if (!rows || nX <= 0 || nY <= 0) return {};
-  RunningRange running(rows[0][0]);
-  for (int i = 0; i < nX; ++i) running.Extend(rows[i], nY);
-  return RangeOf(rows, nX, nY, running);
-}
+Range RangeOf(const Rows& rows) { return RangeOf(rows, Seen(rows)); }
 
-void SetRanges(PrnType& r, const Range& z) {
-  if (r.HasX()) {
-    const Range x = RangeOf(r.xArray, r.nX);
-    r.xStart = x.low;
-    r.xEnd = x.high;
-  }
-  if (r.HasY()) {
-    const Range y = RangeOf(r.yArray, r.nY);
-    r.yStart = y.low;
-    r.yEnd = y.high;
-  }
-  r.zMin = z.low;
-  r.zMax = z.high;
+void Set(const Range& range, float& low, float& high) {
+  low = range.low;
+  high = range.high;
 }
 
 }  // namespace
 
-void kem::record::SetRanges(PrnType& grid, const RunningRange& values) {
-  ::SetRanges(grid, RangeOf(grid.zArray, grid.nX, grid.nY, values));
+RunningRange RunningRange::Of(const PrnType& record) { return Seen(RowsOf(record)); }
+
+void kem::record::SetRanges(PrnType& r, const RunningRange& values) {
+  const Range range = RangeOf(RowsOf(r), values);
+  if (r.HasX()) Set(RangeOf(RowsOf(r.xArray, r.nX)), r.xStart, r.xEnd);
+  if (r.HasY()) Set(r.Is3D() ? RangeOf(RowsOf(r.yArray, r.nY)) : range, r.yStart, r.yEnd);
+  Set(r.Is3D() ? range : Range{}, r.zMin, r.zMax);
 }
 
-void PrnType::MinMax() { ::SetRanges(*this, Is3D() ? RangeOf(zArray, nX, nY) : Range{}); }
+void PrnType::MinMax() { SetRanges(*this, RunningRange::Of(*this)); }

@@ -1,7 +1,8 @@
-// Smallest and largest values of a grid, found while its rows are at hand.
+// Smallest and largest values, found while they are at hand.
 #pragma once
 
 #include <array>
+#include <utility>
 
 #include "kem.h"
 #include "record/vectors.h"
@@ -13,42 +14,33 @@ struct Range {
   float high = 0;
 };
 
-// Takes the values that are strictly smaller or larger; NaN never replaces anything. The lanes are
-// independent, and enough of them that compilers make vectors of them, so that memory sets the pace.
+// Starts with the first value and takes those that are strictly smaller or larger; NaN never replaces anything. The
+// lanes are independent, and enough of them that compilers make vectors of them, so that memory sets the pace.
 class RunningRange {
+  static constexpr int kLanes = 32;
+  using Lanes = std::array<float, kLanes>;
+
  public:
-  explicit RunningRange(float first) {
-    low_.fill(first);
-    high_.fill(first);
-  }
+  // That of a record's values, a curve's Y array or a grid.
+  static RunningRange Of(const PrnType& record);
 
   void Extend(const float* values, int count) {
-    WithVectors([this, values, count] {
-      if (count < kLanes) {
-        for (int k = 0; k < count; ++k) {
-          low_[k] = Smaller(values[k], low_[k]);
-          high_[k] = Larger(values[k], high_[k]);
-        }
-        return;
-      }
-      // Not copied, which takes smaller pieces, by way of memory that waits for the row's own values to be stored.
-      std::array<float, kLanes> low;
-      std::array<float, kLanes> high;
-      for (int lane = 0; lane < kLanes; ++lane) {
-        low[lane] = Smaller(values[lane], low_[lane]);
-        high[lane] = Larger(values[lane], high_[lane]);
-      }
-      const auto take = [&](int lane, float v) {
-        low[lane] = Smaller(v, low[lane]);
-        high[lane] = Larger(v, high[lane]);
-      };
-      int k = kLanes;
-      for (; count - k >= kLanes; k += kLanes)
-        for (int lane = 0; lane < kLanes; ++lane) take(lane, values[k + lane]);
-      for (int lane = 0; k < count; ++k, ++lane) take(lane, values[k]);
-      low_ = low;
-      high_ = high;
+    Visit(count, [values](int from, int, Lanes&) { return values + from; });
+  }
+
+  // Extends the range by values on their way to their place, which is apart from where they come from: to[k]
+  // becomes kernel(from[k]...).
+  template <class Kernel>
+  void Store(Kernel kernel, int count, float* to, const auto*... from) {
+    Visit(count, [=](int first, int some, Lanes& values) {
+#pragma GCC ivdep  // none is stored where another comes from
+      for (int k = 0; k < some; ++k) values[k] = to[first + k] = kernel(from[first + k]...);
+      return values.data();
     });
+  }
+
+  void Copy(const float* from, int count, float* to) {
+    Store([](float v) { return v; }, count, to, from);
   }
 
   Range Reduced() const {
@@ -59,16 +51,55 @@ class RunningRange {
   }
 
  private:
-  static constexpr int kLanes = 32;
+  // Takes what values(first, some, room) points to, `some` values at a time.
+  void Visit(int count, auto values) {
+    if (count <= 0) return;
+    if (!std::exchange(begun_, true)) {
+      Lanes room;
+      low_.fill(*values(0, 1, room));
+      high_ = low_;
+    }
+    WithVectors([=, this] {
+      Lanes room;
+      if (count < kLanes) {
+        const float* v = values(0, count, room);
+        for (int k = 0; k < count; ++k) Take(v[k], low_[k], high_[k]);
+        return;
+      }
+      // Not copied, which takes smaller pieces, by way of memory that waits for the row's own values to be stored.
+      Lanes low;
+      Lanes high;
+      const float* v = values(0, kLanes, room);
+      for (int lane = 0; lane < kLanes; ++lane) {
+        low[lane] = Smaller(v[lane], low_[lane]);
+        high[lane] = Larger(v[lane], high_[lane]);
+      }
+      int k = kLanes;
+      for (; count - k >= kLanes; k += kLanes) {
+        v = values(k, kLanes, room);
+        for (int lane = 0; lane < kLanes; ++lane) Take(v[lane], low[lane], high[lane]);
+      }
+      v = values(k, count - k, room);
+      for (int lane = 0; lane < count - k; ++lane) Take(v[lane], low[lane], high[lane]);
+      low_ = low;
+      high_ = high;
+    });
+  }
+
+  static void Take(float v, float& low, float& high) {
+    low = Smaller(v, low);
+    high = Larger(v, high);
+  }
 
   static float Smaller(float v, float than) { return v < than ? v : than; }
   static float Larger(float v, float than) { return v > than ? v : than; }
 
-  std::array<float, kLanes> low_;
-  std::array<float, kLanes> high_;
+  bool begun_ = false;
+  Lanes low_ = {};
+  Lanes high_ = {};
 };
 
-// What MinMax() does for a grid that has samples, and whose rows were seen from the first value on.
-void SetRanges(PrnType& grid, const RunningRange& values);
+// What MinMax() does, for a record whose values were all seen, from the first on.
+void SetRanges(PrnType& record, const RunningRange& range);
 
 }  // namespace kem::record

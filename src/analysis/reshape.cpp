@@ -9,6 +9,7 @@
 #include "analysis/result.h"
 #include "analysis/sorted.h"
 #include "analysis/window.h"
+#include "record/ranges.h"
 #include "record/storage.h"
 #include "record/tiles.h"
 #include "record/vectors.h"
@@ -75,23 +76,28 @@ std::unique_ptr<float[]> PartOf(const float* values, const Window& window) {
   return part;
 }
 
-Grid PartOf(float* const* rows, const Window& x, const Window& y) {
-  Grid part = NewGrid(x.count, y.count);
-  for (int i = 0; i < x.count; ++i) std::copy_n(rows[x.first + i] + y.first, y.count, part[i]);
-  return part;
-}
-
-Arrays PartOf(const PrnType& r, const Window& x, const Window& y) {
-  return {x.count, y.count, r.HasX() ? PartOf(r.xArray, x) : nullptr, r.HasY() ? PartOf(r.yArray, y) : nullptr,
-          r.Is3D() ? PartOf(r.zArray, x, y) : nullptr};
-}
-
 void CutAxis(PrnType& r, const AxisFields& axis, const Window& window) {
   if (axis.IsStoredIn(r)) return;
   const float origin = r.*axis.start;
   const float step = r.*axis.step;
   axis.Define(r, static_cast<float>(window.first) * step + origin,
               static_cast<float>(window.first + window.count - 1) * step + origin, step);
+}
+
+// The part of a record inside windows of its axes, of which a curve has one.
+std::unique_ptr<PrnType> PartOf(const PrnType& r, const Window& x, const Window& y) {
+  auto part = std::make_unique<PrnType>(
+      CopyWith(r, {x.count, y.count, r.HasX() ? PartOf(r.xArray, x) : nullptr,
+                   r.HasY() ? PartOf(r.yArray, y) : nullptr, r.Is3D() ? NewGrid(x.count, y.count) : nullptr}));
+  CutAxis(*part, kX, x);
+  CutAxis(*part, kY, y);
+  RunningRange range;
+  if (r.Is3D())
+    for (int i = 0; i < x.count; ++i) range.Copy(r.zArray[x.first + i] + y.first, y.count, part->zArray[i]);
+  else
+    range.Extend(part->yArray, y.count);
+  SetRanges(*part, range);
+  return part;
 }
 
 // ------------------------------------------------------------ block means
@@ -183,10 +189,7 @@ PrnType& PrnType::Cut(float x1, float x2, float y1, float y2) const {
     header->DeAllocate();
     return *header.release();
   }
-  auto result = std::make_unique<PrnType>(CopyWith(*source, PartOf(*source, x, y)));
-  CutAxis(*result, kX, x);
-  CutAxis(*result, kY, y);
-  result->MinMax();
+  auto result = PartOf(*source, x, y);
   result->active = 1;
   return *result.release();
 }

@@ -6,8 +6,8 @@
 
 #include "analysis/result.h"
 #include "analysis/sorted.h"
+#include "record/ranges.h"
 #include "record/storage.h"
-#include "record/vectors.h"
 
 using namespace kem::analysis;
 using namespace kem::record;
@@ -32,32 +32,27 @@ constexpr std::array<SpanWeights, 6> kWeights = {{
 // Values smoothed side by side, each from the samples at its place in runs one sample apart. Weights and pairs
 // of samples are known when this is compiled, so that sums stay where they are made.
 template <std::size_t kFilter, std::size_t... pair>
-void SmoothPairs(const float* const* runs, float* result, int lanes, std::index_sequence<pair...>) {
+void SmoothPairs(const float* const* runs, float* result, int lanes, RunningRange& range,
+                 std::index_sequence<pair...>) {
   constexpr std::size_t kCentre = sizeof...(pair);
-  constexpr int kBlock = 1024;
-  for (int from = 0; from < lanes; from += kBlock)
-    WithVectors([runs, to = result + from, from, some = std::min(kBlock, lanes - from)] {
-      const auto& weights = kWeights[kFilter].weights;
-      const float* const run[] = {runs[pair] + from..., runs[kCentre] + from, runs[kCentre + 1 + pair] + from...};
-      std::array<float, kBlock> smoothed;  // by itself in memory, as more runs may overlap than compilers check
-      for (int k = 0; k < some; ++k) {
-        double sum = weights[0] * static_cast<double>(run[kCentre][k]);
-        ((sum += weights[pair + 1] * static_cast<double>(run[kCentre - 1 - pair][k] + run[kCentre + 1 + pair][k])),
-         ...);
-        smoothed[k] = static_cast<float>(sum / kWeights[kFilter].sum);
-      }
-      std::copy_n(smoothed.begin(), some, to);
-    });
+  const auto smoothed = [](auto... sample) {
+    const auto& weights = kWeights[kFilter].weights;
+    const float run[] = {sample...};
+    double sum = weights[0] * static_cast<double>(run[kCentre]);
+    ((sum += weights[pair + 1] * static_cast<double>(run[kCentre - 1 - pair] + run[kCentre + 1 + pair])), ...);
+    return static_cast<float>(sum / kWeights[kFilter].sum);
+  };
+  range.Store(smoothed, lanes, result, runs[pair]..., runs[kCentre], runs[kCentre + 1 + pair]...);
 }
 
 template <std::size_t kFilter>
-void Smooth(const float* const* runs, float* result, int lanes) {
-  SmoothPairs<kFilter>(runs, result, lanes, std::make_index_sequence<kWeights[kFilter].width / 2>());
+void Smooth(const float* const* runs, float* result, int lanes, RunningRange& range) {
+  SmoothPairs<kFilter>(runs, result, lanes, range, std::make_index_sequence<kWeights[kFilter].width / 2>());
 }
 
 struct Filter {
   int width;
-  void (*smooth)(const float* const* runs, float* result, int lanes);
+  void (*smooth)(const float* const* runs, float* result, int lanes, RunningRange& range);
 
   int Margin() const { return width / 2; }
 };
@@ -77,20 +72,21 @@ const Filter* FilterOf(int width) {
 using Runs = std::array<const float*, 21>;
 
 // Smooths a sequence.
-void SmoothAlong(const Filter& filter, const float* values, float* result, int count) {
+void SmoothAlong(const Filter& filter, const float* values, float* result, int count, RunningRange& range) {
   Runs runs;
   for (int k = 0; k < filter.width; ++k) runs[k] = values + k;
-  filter.smooth(runs.data(), result, count);
+  filter.smooth(runs.data(), result, count, range);
 }
 
 // Smooths each column, strip by strip: the rows of a strip are read again for the next values while they are near.
-void SmoothAcross(const Filter& filter, const float* const* rows, float* const* result, int count, int columns) {
+void SmoothAcross(const Filter& filter, const float* const* rows, float* const* result, int count, int columns,
+                  RunningRange& range) {
   constexpr int kStrip = 4096;
   Runs runs;
   for (int j = 0; j < columns; j += kStrip)
     for (int i = 0; i < count; ++i) {
       for (int k = 0; k < filter.width; ++k) runs[k] = rows[i + k] + j;
-      filter.smooth(runs.data(), result[i] + j, std::min(kStrip, columns - j));
+      filter.smooth(runs.data(), result[i] + j, std::min(kStrip, columns - j), range);
     }
 }
 
@@ -104,13 +100,14 @@ PrnType& PrnType::XSmooth(int w) const {
   auto result = NewResult(*this, allocType, x.count, nY);
   result->CopyHeader(*source);
   SetAxis(*result, kX, x);
+  RunningRange range;
   if (Is3D()) {
     SetAxis(*result, kY, Kept(*source, kY));
-    SmoothAcross(*filter, source->zArray, result->zArray, x.count, nY);
+    SmoothAcross(*filter, source->zArray, result->zArray, x.count, nY, range);
   } else {
-    SmoothAlong(*filter, source->yArray, result->yArray, x.count);
+    SmoothAlong(*filter, source->yArray, result->yArray, x.count, range);
   }
-  result->MinMax();
+  SetRanges(*result, range);
   return *result.release();
 }
 
@@ -123,7 +120,8 @@ PrnType& PrnType::YSmooth(int w) const {
   result->CopyHeader(*source);
   SetAxis(*result, kX, Kept(*source, kX));
   SetAxis(*result, kY, y);
-  for (int i = 0; i < nX; ++i) SmoothAlong(*filter, source->zArray[i], result->zArray[i], y.count);
-  result->MinMax();
+  RunningRange range;
+  for (int i = 0; i < nX; ++i) SmoothAlong(*filter, source->zArray[i], result->zArray[i], y.count, range);
+  SetRanges(*result, range);
   return *result.release();
 }

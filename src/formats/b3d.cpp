@@ -14,7 +14,9 @@
 #include "formats/output_file.h"
 #include "kem.h"
 #include "load/announced.h"
+#include "load/block.h"
 #include "record/findings.h"
+#include "record/ranges.h"
 #include "record/storage.h"
 #include "text/fields.h"
 #include "text/number_text.h"
@@ -92,8 +94,38 @@ void WriteRow(OutputFile& out, const float* row, int count) {
 void ReadRow(std::istream& in, float* row, int count) {
   in.read(reinterpret_cast<char*>(row), static_cast<std::streamsize>(sizeof(float)) * count);
   const auto got = static_cast<std::size_t>(in.gcount());
-  Miss(static_cast<std::size_t>(std::max(count, 0)) - got / sizeof(float));
-  if (got % sizeof(float) != 0) row[got / sizeof(float)] = 0;
+  const auto held = static_cast<int>(got / sizeof(float));
+  Miss(static_cast<std::size_t>(std::max(count, 0) - held));
+  if (count > held) std::fill(row + held, row + count, 0.0f);
+}
+
+// Rows of which the file holds a value, at most as many as the grid has.
+int RowsHeld(std::istream& in, int rows, int columns) {
+  if (rows == 0) return 0;
+  const std::size_t row = sizeof(float) * static_cast<std::size_t>(columns);
+  return static_cast<int>(std::min(static_cast<std::size_t>(rows), (BytesLeft(in) + row - 1) / row));
+}
+
+// Reads rows some at a time: to ask the system for each would take longer than to copy it.
+void ReadRows(std::istream& in, float* const* rows, int count, int columns, RunningRange& range) {
+  constexpr int kBlock = 1 << 14;
+  const int together = std::clamp(kBlock / std::max(columns, 1), 1, std::max(count, 1));
+  const auto block = NewArray(together * columns);
+  for (int row = 0; row < count;) {
+    const int some = std::min(together, count - row);
+    ReadRow(in, block.get(), some * columns);
+    for (int k = 0; k < some; ++k) range.Copy(block.get() + k * columns, columns, rows[row++]);
+  }
+}
+
+// A grid, of which rows that the file does not hold are 0.
+Grid ReadGrid(std::istream& in, int rows, int columns, RunningRange& range) {
+  const int held = RowsHeld(in, rows, columns);
+  Grid grid = NewZeroGrid(rows, columns, held);
+  ReadRows(in, grid.get(), held, columns, range);
+  Miss(static_cast<std::size_t>(rows - held) * static_cast<std::size_t>(columns));
+  for (int row = held; row < rows; ++row) range.Extend(grid[row], columns);
+  return grid;
 }
 
 // Lines that cannot be read leave a title as it was and a comment empty.
@@ -145,12 +177,10 @@ int PrnType::ReadB3D(std::ifstream& in) {
   CheckGrid(in, rows, columns);
   auto x = shape & AllocX ? NewZeroArray(nX) : nullptr;
   auto y = shape & AllocY ? NewZeroArray(nY) : nullptr;
-  Grid z = NewZeroGrid(rows, columns);
   if (x) ReadRow(in, x.get(), nX);
   if (y) ReadRow(in, y.get(), nY);
-  int row = 0;
-  for (; row < rows && in.good(); ++row) ReadRow(in, z[row], columns);
-  Miss(static_cast<std::size_t>(rows - row) * static_cast<std::size_t>(columns));
+  RunningRange range;
+  Grid z = ReadGrid(in, rows, columns, range);
   Own(xArray, std::move(x));
   Own(yArray, std::move(y));
   Own(zArray, std::move(z));
@@ -159,7 +189,7 @@ int PrnType::ReadB3D(std::ifstream& in) {
   allocType = shape;
   fileType = FileP3D;
   ReadLabels(*this, in, {&xLabel, &yLabel, &zLabel});
-  return Finish(*this, in);
+  return Finish(*this, range, in);
 }
 
 // A curve has one count, the second; arrays have room for the first as well, should it be larger.

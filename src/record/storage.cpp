@@ -45,14 +45,15 @@ void ProbeMemory(std::size_t rows, std::size_t row) {
   ::operator delete(::operator new(rows* perRow));
 }
 
-Grid MakeGrid(int rows, int columns, std::unique_ptr<float[]> (*newRow)(int)) {
+// A grid whose rows from `other` on are made in another way.
+Grid MakeGrid(int rows, int columns, int other, std::unique_ptr<float[]> (*newRow)(int)) {
   const std::size_t made = Length(std::max(rows, 0));
   const std::size_t row = made > 0 ? Length(columns) * sizeof(float) : 0;
   if (made > 0) ProbeMemory(made, row);
   Grid grid(
       new float* [made] {}, GridDeleter{std::max(rows, 0)});
   GrowHeapFor(made * row);
-  for (std::size_t i = 0; i < made; ++i) grid[i] = newRow(columns).release();
+  for (int i = 0; i < rows; ++i) grid[i] = (i < other ? NewArray : newRow)(columns).release();
   return grid;
 }
 
@@ -83,12 +84,12 @@ void GridDeleter::operator()(float** grid) const {
   delete[] grid;
 }
 
-Grid NewGrid(int rows, int columns) { return MakeGrid(rows, columns, NewArray); }
+Grid NewGrid(int rows, int columns) { return MakeGrid(rows, columns, rows, NewArray); }
 
-Grid NewZeroGrid(int rows, int columns) {
+Grid NewZeroGrid(int rows, int columns, int open) {
   const std::size_t row = columns > 0 ? Length(columns) * sizeof(float) : 0;
   const bool drop = rows > 0 && row >= kLargeRow && Length(rows) >= kLarge / row && IsCutOff();
-  return MakeGrid(rows, columns, drop ? NewDroppedArray : NewZeroArray);
+  return MakeGrid(rows, columns, open, drop ? NewDroppedArray : NewZeroArray);
 }
 
 }  // namespace kem::record

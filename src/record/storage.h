@@ -8,6 +8,7 @@
 #include <span>
 
 #include "kem.h"
+#include "record/ranges.h"
 
 namespace kem::record {
 
@@ -29,9 +30,10 @@ struct GridDeleter {
 };
 using Grid = std::unique_ptr<float*[], GridDeleter>;
 
-// No rows are made when their count is 0 or below. Zeros are had as for arrays.
+// No rows are made when their count is 0 or below. Zeros are had as for arrays; the first `open` rows are not
+// initialised.
 Grid NewGrid(int rows, int columns);
-Grid NewZeroGrid(int rows, int columns);
+Grid NewZeroGrid(int rows, int columns, int open = 0);
 
 // The shapes that own anything; the others only store their number.
 inline bool OwnsArrays(int allocType) { return allocType >= AllocY && allocType <= AllocXYZ; }
@@ -58,18 +60,23 @@ void RestoreExtension(PrnType& record, void* earlier);
 // zLabel, fileName and active as they are.
 void Reset(PrnType& record);
 
-// Ends the reading of a record that has its data. Returns 1, or 0 for a record emptied again when reading one of
-// its streams failed: what is missing then is not the end of a file.
+// Ends the reading of a record that has its data; the range of its values may be known. Returns 1, or 0 for a
+// record emptied again when reading one of its streams failed: what is missing then is not the end of a file.
 template <class... Streams>
-int Finish(PrnType& record, const Streams&... sources) {
+int Finish(PrnType& record, const RunningRange& range, const Streams&... sources) {
   if ((sources.bad() || ...)) {
     record.DeAllocate();
     record.extension = nullptr;
     return 0;
   }
   record.active = 1;
-  record.MinMax();
+  SetRanges(record, range);
   return 1;
+}
+
+template <class... Streams>
+int Finish(PrnType& record, const Streams&... sources) {
+  return Finish(record, RunningRange::Of(record), sources...);
 }
 
 // What a record keeps its data in, as its shape asks for it.

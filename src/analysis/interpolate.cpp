@@ -14,6 +14,7 @@
 #include "analysis/line.h"
 #include "analysis/result.h"
 #include "analysis/second.h"
+#include "record/ranges.h"
 #include "record/storage.h"
 #include "record/vectors.h"
 
@@ -123,21 +124,23 @@ void ResampleGrid(const PrnType& src, PrnType& result) {
   SecondNeighbours alongY(ys, targets);
   const std::vector<std::int32_t>& nearest = alongY.Nearest();
   RowAt row(ys, targets, nearest);
+  RunningRange range;
   const bool few = targets.size() < ys.size() / 4;  // of the columns are looked at
   for (int i = 0; i < result.nX; ++i) {
     const float x = result.xArray[i];
     const Line xLine = NearestLine(alongX, x, x);
     // The second neighbour along y is measured from x once a candidate has been taken: mixed, and meant so.
     const std::vector<std::int32_t>& second = alongY.Second(x);
-    if (!few) {
+    if (few)
+      for (std::size_t j = 0; j < targets.size(); ++j) {
+        const Line yLine(ys, targets[j], static_cast<std::size_t>(nearest[j]), static_cast<std::size_t>(second[j]));
+        result.zArray[i][j] = Bilinear(src.zArray, xLine, yLine);
+      }
+    else
       row.Fill(src.zArray, xLine, second, result.zArray[i]);
-      continue;
-    }
-    for (std::size_t j = 0; j < targets.size(); ++j) {
-      const Line yLine(ys, targets[j], static_cast<std::size_t>(nearest[j]), static_cast<std::size_t>(second[j]));
-      result.zArray[i][j] = Bilinear(src.zArray, xLine, yLine);
-    }
+    range.Extend(result.zArray[i], result.nY);
   }
+  SetRanges(result, range);
 }
 
 }  // namespace
@@ -158,7 +161,6 @@ std::unique_ptr<PrnType> kem::analysis::Resampled(const PrnType& grid, std::span
   std::copy(xs.begin(), xs.end(), result->xArray);
   std::copy(ys.begin(), ys.end(), result->yArray);
   ResampleGrid(grid, *result);
-  result->MinMax();
   return result;
 }
 

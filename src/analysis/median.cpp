@@ -1,9 +1,8 @@
 // Sliding medians of curves and grids. No span is sorted for the sake of one value: from narrow spans the values
 // of many neighbours are selected side by side, a curve's wider ones move along in many places at once, and the
-// widest and those of grids are sets of ranks that move along.
+// widest and those of grids are sets of ranks that move along, those of neighbouring rows together.
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -59,76 +58,56 @@ Selection NarrowSelection(const Field& field) {
 
 // ------------------------------------------------------------ wide spans
 
-// Medians of a tile of the result, for spans of any size. All values that its spans reach are ranked once; then a
-// span is a set of ranks, and from one sample to the next only the values at two of its edges enter and leave.
-template <class RankSet>
+// Medians of a tile of the result, for spans of any size. All values that its spans reach are ranked once; then the
+// spans of some rows are sets of ranks, and from one sample to the next only the values at two of their edges enter
+// and leave.
 class RankedTile {
  public:
   explicit RankedTile(const Field& field) : field_(field) {}
 
   void Run(const Area& tile, float* const* result) {
-    const Area reach = {{field_.AroundX(tile.x.from).from, field_.AroundX(tile.x.to - 1).to},
-                        {field_.AroundY(tile.y.from).from, field_.AroundY(tile.y.to - 1).to}};
-    ranks_.Rank(field_.rows, reach);
-    set_.Clear(ranks_.Size());
-    span_ = {{reach.x.from, reach.x.from}, {reach.y.from, reach.y.from}};
-    for (Index i = tile.x.from; i < tile.x.to; ++i) {
-      MoveX(field_.AroundX(i));
-      const bool back = (i - tile.x.from) % 2 != 0;  // to and fro, so that the set is never filled anew
-      for (Index k = 0; k < tile.y.Count(); ++k) {
-        const Index j = back ? tile.y.to - 1 - k : tile.y.from + k;
-        MoveY(field_.AroundY(j));
-        result[i][j] = Median();
-      }
-    }
+    const Span y = {field_.AroundY(tile.y.from).from, field_.AroundY(tile.y.to - 1).to};
+    ranks_.Rank(field_.rows, {ReachOf(tile.x), y});
+    sets_.Start(ranks_.Size());
+    for (Index i = tile.x.from; i < tile.x.to; i += SpanSets::kSpans)
+      Run(Span{i, std::min(i + SpanSets::kSpans, tile.x.to)}, tile.y, result);
   }
 
  private:
-  void MoveX(const Span& x) {
-    Slide(span_.x, x, [this](Index i, auto change) {
-      for (Index j = span_.y.from; j < span_.y.to; ++j) change(ranks_.Column(j, {i, i + 1}));
-    });
+  Span ReachOf(const Span& rows) const { return {field_.AroundX(rows.from).from, field_.AroundX(rows.to - 1).to}; }
+
+  void Run(const Span& rows, const Span& columns, float* const* result) {
+    const Span reach = ReachOf(rows);
+    std::array<Span, SpanSets::kSpans> spans;
+    const auto count = static_cast<std::size_t>(rows.Count());
+    for (std::size_t k = 0; k < count; ++k) {
+      const Span x = field_.AroundX(rows.from + static_cast<Index>(k));
+      spans[k] = {x.from - reach.from, x.to - reach.from};
+    }
+    sets_.Clear(std::span(spans).first(count), reach.Count());
+    Index first = field_.AroundY(columns.from).from;
+    Index behind = first;
+    for (Index j = columns.from; j < columns.to; ++j) {
+      const Span y = field_.AroundY(j);
+      while (behind < y.to) sets_.Add(ranks_.Column(behind++, reach));
+      while (first < y.from) sets_.Remove(ranks_.Column(first++, reach));
+      const Ranks last = ranks_.Column(y.to - 1, reach);
+      for (std::size_t k = 0; k < count; ++k)
+        result[rows.from + static_cast<Index>(k)][j] =
+            Median(k, spans[k].Count() * y.Count(), last[static_cast<std::size_t>(spans[k].to - 1)]);
+    }
   }
 
-  void MoveY(const Span& y) {
-    Slide(span_.y, y, [this](Index j, auto change) { change(ranks_.Column(j, span_.x)); });
-  }
-
-  // `visit(k, change)` changes the set by all ranks of line k.
-  template <class Visit>
-  void Slide(Span& span, const Span& target, Visit visit) {
-    const auto add = [this](Ranks ranks) { set_.Add(ranks); };
-    const auto remove = [this](Ranks ranks) { set_.Remove(ranks); };
-    while (span.to < target.to) visit(span.to++, add);
-    while (span.from > target.from) visit(--span.from, add);
-    while (span.from < target.from) visit(span.from++, remove);
-    while (span.to > target.to) visit(--span.to, remove);
-  }
-
-  float Median() {
-    const Index collected = span_.Count();
+  // Of a span of some values, by the rank of the one collected last.
+  float Median(std::size_t span, Index collected, std::uint32_t last) {
     const Index place = field_.Place(collected);
-    const Ranks last = ranks_.Column(span_.y.to - 1, {span_.x.to - 1, span_.x.to});
-    if (place == collected - 1) return ranks_.ValueAt(last[0]);
-    set_.Remove(last);
-    const std::size_t rank = set_.At(static_cast<std::size_t>(place));
-    set_.Add(last);
-    return ranks_.ValueAt(rank);
+    return ranks_.ValueAt(place == collected - 1 ? last : sets_.At(span, static_cast<std::size_t>(place), last));
   }
 
   Field field_;
-  Area span_ = {};
   Ranking ranks_;
-  RankSet set_;
+  SpanSets sets_;
 };
-
-template <class RankSet>
-void SelectByTiles(const Field& field, const Area& area, Index height, Index width, float* const* result) {
-  RankedTile<RankSet> tile(field);
-  for (Index i = area.x.from; i < area.x.to; i += height)
-    for (Index j = area.y.from; j < area.y.to; j += width)
-      tile.Run({{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
-}
 
 // Tiles are several spans wide, so that few values are ranked twice, and else small enough for the fastest memory,
 // or, in grids of wide spans, not too large for the next.
@@ -145,8 +124,10 @@ void SelectByRank(const Field& field, const Area& area, float* const* result) {
   const Index width = std::max(SideOf(field.halfY, grid), kLeastSize / std::max<Index>(side, 1));
   // Margins are narrow: higher tiles have as many samples.
   const Index height = std::max(side, kLeastSize / std::clamp<Index>(area.y.Count(), 1, width));
-  const bool large = side * std::min(width, field.nY) > (grid ? 1 << 14 : 1 << 12);
-  (large ? SelectByTiles<LargeSet> : SelectByTiles<ByteSet>)(field, area, height, width, result);
+  RankedTile tile(field);
+  for (Index i = area.x.from; i < area.x.to; i += height)
+    for (Index j = area.y.from; j < area.y.to; j += width)
+      tile.Run({{i, std::min(i + height, area.x.to)}, {j, std::min(j + width, area.y.to)}}, result);
 }
 
 // ------------------------------------------------------------ both

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <new>
 #include <span>
 #include <vector>
 
@@ -32,10 +34,11 @@ struct Area {
 
 using Ranks = std::span<const std::uint32_t>;
 
-// No two values share a rank: equal ones rank column by column.
+// No two values share a rank: equal ones rank column by column. There are as many as an int can count.
 class Ranking {
  public:
   void Rank(const float* const* rows, const Area& area) {
+    if (area.Count() > std::numeric_limits<std::int32_t>::max()) throw std::bad_alloc();
     area_ = area;
     const auto size = static_cast<std::size_t>(area_.Count());
     ranked_.resize(size);

@@ -80,6 +80,23 @@ TEST_CASE("median: data of many tiles, and spans wider than the data") {
   }
 }
 
+TEST_CASE("median: two levels, whose ranks lie far apart") {
+  constexpr int kCount = 60000, kHalf = 20000;
+  PrnType levels(AllocY, kCount);
+  std::vector<int> ones(kCount + 1);  // before each value
+  for (int k = 0; k < kCount; ++k) {
+    levels.yArray[k] = static_cast<float>(k / 2 % 2);
+    ones[k + 1] = ones[k] + k / 2 % 2;
+  }
+  Floats rule;
+  for (int k = 0; k < kCount; ++k) {
+    const int from = std::max(0, k - kHalf), last = std::min(kCount - 1, k + kHalf);
+    const int zeros = last - from - (ones[last] - ones[from]);
+    rule.push_back((last - from) / 2 < zeros ? 0.0f : 1.0f);
+  }
+  CHECK_SAME(ValuesOf(*Take(levels.Median2D(2 * kHalf + 1))), rule);
+}
+
 TEST_CASE("median: the last value of a span stays out of the sort") {
   CHECK_SAME(ValuesOf(*Take(Curve(0, 1, {1, 5, 2}).Median2D(3))), (Floats{1, 5, 5}));
   PrnType grid(AllocZ, 3, 3);

@@ -90,7 +90,7 @@ bool NumberScanner::Refill() {
   return in_.gcount() > 0;
 }
 
-bool NumberScanner::SkipSpace() {
+inline bool NumberScanner::SkipSpace() {
   for (;;) {
     while (at_ != end_ && IsSpace(*at_)) ++at_;
     if (at_ != end_) return true;
@@ -98,14 +98,8 @@ bool NumberScanner::SkipSpace() {
   }
 }
 
-void NumberScanner::Next(float& value) {
-  if (!Good()) return Report(std::ios::failbit);
-  if (!SkipSpace()) return Report(ended_ | std::ios::failbit);
-  if (!NextPlain(value)) NextByRule(value);
-}
-
 // A number that from_chars takes and that ends at white space inside the block is the one that the rule gives.
-bool NumberScanner::NextPlain(float& value) {
+inline bool NumberScanner::NextPlain(float& value) {
   const char first = *at_ == '-' && end_ - at_ > 1 ? at_[1] : *at_;
   if (!IsDigit(first)) return false;
   float parsed = 0;
@@ -114,6 +108,12 @@ bool NumberScanner::NextPlain(float& value) {
   value = parsed;
   at_ = result.ptr;
   return true;
+}
+
+void NumberScanner::Next(float& value) {
+  if (!Good()) return Report(std::ios::failbit);
+  if (!SkipSpace()) return Report(ended_ | std::ios::failbit);
+  if (!NextPlain(value)) NextByRule(value);
 }
 
 void NumberScanner::NextByRule(float& value) {

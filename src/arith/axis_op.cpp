@@ -34,7 +34,7 @@ constexpr Operation kOperations[] = {
     {"-", kSubtract, Defined::Shifts},
     {"*", kMultiply},
     {"/", kDivide},
-    {"^", kPower},
+    {"^", kPower.function},
     {"s", Of<kNegate>, Defined::Flips},
     {"inv", Of<kInv>},
     {"exp", Of<kExp>},

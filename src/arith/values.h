@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "arith/kernels.h"
 #include "kem.h"
 #include "record/ranges.h"
 #include "record/storage.h"
@@ -39,6 +40,18 @@ inline Extent Common(Extent a, Extent b) { return {std::min(a.rows, b.rows), std
 
 inline float* Row(const PrnType& record, int i) { return IsGrid(record) ? record.zArray[i] : record.yArray; }
 
+// Stores values and extends their range by them: in vectors, or one after the other where the C library is called.
+template <class Kernel>
+void Fill(record::RunningRange& range, Kernel kernel, int count, float* to, const auto*... from) {
+  range.Store(kernel, count, to, from...);
+}
+
+template <class Function>
+void Fill(record::RunningRange& range, Call<Function> call, int count, float* to, const auto*... from) {
+  for (int k = 0; k < count; ++k) to[k] = call(from[k]...);
+  range.Extend(to, count);
+}
+
 // A copy of a record under another name. Within an extent its values are the kernel's of the record's own and
 // those of the others at the same place; beyond it they stay.
 template <class Kernel, class... Records>
@@ -51,7 +64,7 @@ PrnType Computed(std::string_view name, Extent extent, Kernel kernel, const PrnT
     float* to = Row(result, i);
     const float* from = Row(record, i);
     const int count = i < extent.rows ? std::max(extent.columns, 0) : 0;
-    range.Store(kernel, count, to, from, Row(others, i)...);
+    Fill(range, kernel, count, to, from, Row(others, i)...);
     range.Copy(from + count, stored.columns - count, to + count);
   }
   text::CopyText(result.fileName, name);

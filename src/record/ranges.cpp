@@ -76,6 +76,14 @@ void Set(const Range& range, float& low, float& high) {
 
 }  // namespace
 
+void RunningRange::Extend(const float* values, int count) {
+  Visit(count, [values](int from, int, Lanes&) { return values + from; });
+}
+
+void RunningRange::Copy(const float* from, int count, float* to) {
+  Store([](float v) { return v; }, count, to, from);
+}
+
 RunningRange RunningRange::Of(const PrnType& record) { return Seen(RowsOf(record)); }
 
 void kem::record::SetRanges(PrnType& r, const RunningRange& values) {

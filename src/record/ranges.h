@@ -1,6 +1,7 @@
 // Smallest and largest values, found while they are at hand.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -24,9 +25,9 @@ class RunningRange {
   // That of a record's values, a curve's Y array or a grid.
   static RunningRange Of(const PrnType& record);
 
-  void Extend(const float* values, int count) {
-    Visit(count, [values](int from, int, Lanes&) { return values + from; });
-  }
+  void Extend(const float* values, int count);
+  // The same, of values on their way to another place.
+  void Copy(const float* from, int count, float* to);
 
   // Extends the range by values on their way to their place, which is apart from where they come from: to[k]
   // becomes kernel(from[k]...).
@@ -37,10 +38,6 @@ class RunningRange {
       for (int k = 0; k < some; ++k) values[k] = to[first + k] = kernel(from[first + k]...);
       return values.data();
     });
-  }
-
-  void Copy(const float* from, int count, float* to) {
-    Store([](float v) { return v; }, count, to, from);
   }
 
   Range Reduced() const {
@@ -62,25 +59,17 @@ class RunningRange {
     WithVectors([=, this] {
       Lanes room;
       if (count < kLanes) {
-        const float* v = values(0, count, room);
-        for (int k = 0; k < count; ++k) Take(v[k], low_[k], high_[k]);
+        for (int k = 0; k < count; ++k) Take(*values(k, 1, room), low_[k], high_[k]);
         return;
       }
-      // Not copied, which takes smaller pieces, by way of memory that waits for the row's own values to be stored.
-      Lanes low;
-      Lanes high;
-      const float* v = values(0, kLanes, room);
-      for (int lane = 0; lane < kLanes; ++lane) {
-        low[lane] = Smaller(v[lane], low_[lane]);
-        high[lane] = Larger(v[lane], high_[lane]);
-      }
-      int k = kLanes;
-      for (; count - k >= kLanes; k += kLanes) {
-        v = values(k, kLanes, room);
+      Lanes low = low_;
+      Lanes high = high_;
+      const auto block = [&](int k) {
+        const float* v = values(k, kLanes, room);
         for (int lane = 0; lane < kLanes; ++lane) Take(v[lane], low[lane], high[lane]);
-      }
-      v = values(k, count - k, room);
-      for (int lane = 0; lane < count - k; ++lane) Take(v[lane], low[lane], high[lane]);
+      };
+      for (int k = 0; k < count - kLanes; k += kLanes) block(k);
+      block(count - kLanes);  // may visit some again
       low_ = low;
       high_ = high;
     });

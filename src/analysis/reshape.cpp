@@ -84,7 +84,7 @@ void CutAxis(PrnType& r, const AxisFields& axis, const Window& window) {
               static_cast<float>(window.first + window.count - 1) * step + origin, step);
 }
 
-// The part of a record inside windows of its axes, of which a curve has one.
+// The part of a record inside windows of its axes; of a curve both are the same.
 std::unique_ptr<PrnType> PartOf(const PrnType& r, const Window& x, const Window& y) {
   auto part = std::make_unique<PrnType>(
       CopyWith(r, {x.count, y.count, r.HasX() ? PartOf(r.xArray, x) : nullptr,

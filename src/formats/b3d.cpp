@@ -114,7 +114,8 @@ void ReadRows(std::istream& in, float* const* rows, int count, int columns, Runn
   for (int row = 0; row < count;) {
     const int some = std::min(together, count - row);
     ReadRow(in, block.get(), some * columns);
-    for (int k = 0; k < some; ++k) range.Copy(block.get() + k * columns, columns, rows[row++]);
+    const float* from = block.get();
+    for (int k = 0; k < some; ++k, from += columns) range.Copy(from, columns, rows[row++]);
   }
 }
 

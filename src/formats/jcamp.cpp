@@ -166,7 +166,7 @@ int PrnType::WriteDX(char* const name) const {
   out << "##DELTAX=" << xStep << "\n##FIRSTX=" << xStart << "\n##LASTX=" << xEnd << '\n';
   out << "##NPOINTS=" << nY << "\n##FIRSTY=" << yStart << "\n##XYDATA=(XY..XY)\n";
   float x = xStart;
-  for (int i = 0; i < nY; ++i, x += xStep) out << (HasX() ? xArray[i] : x) << "  " << yArray[i] << '\n';
+  for (int i = 0; i < nY; ++i, x += xStep) out.WritePair(HasX() ? xArray[i] : x, "  ", yArray[i]);
   out << "##END=" << TextOf(fileName) << '\n';
   return 1;
 }

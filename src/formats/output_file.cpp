@@ -13,10 +13,13 @@ namespace {
 // More bytes than these are written as they are, fewer together.
 constexpr std::size_t kBlock = 1 << 16;
 
+// Behind a full block a line of two numbers still fits.
+constexpr std::size_t kRoom = 2 * kNumberRoom;
+
 }  // namespace
 
 OutputFile::OutputFile(const char* name, std::ios::openmode mode)
-    : buffer_(kBlock + kNumberRoom, '\0'), file_(load::PathOf(name), mode | std::ios::out) {}
+    : buffer_(kBlock + kRoom, '\0'), file_(load::PathOf(name), mode | std::ios::out) {}
 
 OutputFile::~OutputFile() {
   if (!IsOpen()) return;
@@ -56,6 +59,15 @@ OutputFile& OutputFile::operator<<(float value) {
   if (used_ > kBlock) Flush();
   used_ = static_cast<std::size_t>(WriteNumber(&buffer_[used_], value) - buffer_.data());
   return *this;
+}
+
+void OutputFile::WritePair(float x, std::string_view between, float y) {
+  if (used_ + between.size() > kBlock) Flush();
+  char* to = WriteNumber(&buffer_[used_], x);
+  to = std::copy(between.begin(), between.end(), to);
+  to = WriteNumber(to, y);
+  *to++ = '\n';
+  used_ = static_cast<std::size_t>(to - buffer_.data());
 }
 
 OutputFile& OutputFile::operator<<(int value) {

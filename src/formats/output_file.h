@@ -22,6 +22,8 @@ class OutputFile {
   OutputFile& operator<<(char c);
   OutputFile& operator<<(float value);
   OutputFile& operator<<(int value);
+  // A line of two numbers, which most lines of a curve are.
+  void WritePair(float x, std::string_view between, float y);
 
  private:
   void Flush();

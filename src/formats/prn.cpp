@@ -177,6 +177,6 @@ int PrnType::WriteXYPrn(char* const name) const {
   out << "\"Stop  : \"" << (stored ? xArray[nX - 1] : xEnd) << '\n';
   out << TextOf(fileName) << "\n\n";
   float x = xStart;
-  for (int i = 0; i < nY; ++i, x += xStep) out << (stored ? xArray[i] : x) << "   " << yArray[i] << '\n';
+  for (int i = 0; i < nY; ++i, x += xStep) out.WritePair(stored ? xArray[i] : x, "   ", yArray[i]);
   return 1;
 }

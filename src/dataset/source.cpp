@@ -84,18 +84,16 @@ Source::Source(fs::path path) : path_(std::move(path)) {
 
 std::string_view Source::Head() {
   constexpr std::size_t kHead = 4096;
-  if (head_.empty() && size_ > 0) {
-    head_.resize(std::min<std::uint64_t>(size_, kHead));
-    Read(0, std::as_writable_bytes(std::span(head_)));
-  }
-  return head_;
+  return std::string_view(Begin(std::min<std::uint64_t>(size_, kHead))).substr(0, kHead);
 }
 
-const std::string& Source::Content() {
-  if (!complete_) {
-    content_.resize(size_);
-    Read(0, std::as_writable_bytes(std::span(content_)));
-    complete_ = true;
+const std::string& Source::Content() { return Begin(size_); }
+
+const std::string& Source::Begin(std::uint64_t size) {
+  const std::size_t had = content_.size();
+  if (had < size) {
+    content_.resize(size);
+    Read(had, std::as_writable_bytes(std::span(content_).subspan(had)));
   }
   return content_;
 }
@@ -115,9 +113,12 @@ void Source::Read(std::uint64_t at, std::span<std::byte> to) {
   if (static_cast<std::size_t>(in_.gcount()) != to.size()) Fail(ErrorCode::Damaged, path_, "ends too early");
 }
 
-std::optional<Source> Source::Companion(std::string_view extension) const {
+Source* Source::Companion(std::string_view extension) {
+  const auto kept = companions_.find(extension);
+  if (kept != companions_.end()) return kept->second.get();
   const fs::path path = CompanionPath(path_, extension);
-  return IsFile(path) ? std::optional<Source>(path) : std::nullopt;
+  auto companion = IsFile(path) ? std::make_unique<Source>(path) : nullptr;
+  return companions_.emplace(extension, std::move(companion)).first->second.get();
 }
 
 bool Source::HasExtension(std::string_view extension) const {

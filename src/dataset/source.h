@@ -6,7 +6,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <optional>
+#include <map>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,7 +31,7 @@ class Source {
   const std::filesystem::path& Path() const { return path_; }
   std::uint64_t Size() const { return size_; }
 
-  // The first bytes, 4096 at most.
+  // The first bytes, 4096 at most. Valid until more are asked for.
   std::string_view Head();
   // All bytes. Valid as long as the source.
   const std::string& Content();
@@ -39,10 +40,14 @@ class Source {
   // Fills a buffer with bytes that are there.
   void Read(std::uint64_t at, std::span<std::byte> to);
 
-  // The file that differs in the extension only, whatever the case of its letters; that of this file's extension
-  // is tried first.
-  std::optional<Source> Companion(std::string_view extension) const;
   bool HasExtension(std::string_view extension) const;  // in any case
+  // The file that differs in the extension only, whatever the case of its letters; that of this file's extension
+  // is tried first. It is kept, as this one is; nothing when there is none.
+  Source* Companion(std::string_view extension);
+  // This file when it has the extension, else its companion.
+  Source* WithExtension(std::string_view extension) {
+    return HasExtension(extension) ? this : Companion(extension);
+  }
 
   // What is made of the file when it is first asked for, and kept for its other items.
   template <class Made, class Make>
@@ -54,13 +59,15 @@ class Source {
   record::Place place;
 
  private:
+  // The first bytes of the file, at least so many.
+  const std::string& Begin(std::uint64_t size);
+
   std::filesystem::path path_;
   std::ifstream in_;
   std::uint64_t size_ = 0;
-  std::string head_;
-  std::string content_;
-  bool complete_ = false;  // content_ holds all bytes
+  std::string content_;  // as far as it was asked for
   std::any made_;
+  std::map<std::string, std::unique_ptr<Source>, std::less<>> companions_;
 };
 
 // Numbers that lie at equal distances: of `columns` numbers per value, `taken` are kept from `column` on.

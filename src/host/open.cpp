@@ -27,7 +27,7 @@ struct Recognised {
 };
 
 // Why a file that nothing recognises is not what its name says.
-std::string Unknown(const Source& source) {
+std::string Unknown(Source& source) {
   if (source.Size() == 0) return "is empty";
   if (source.HasExtension(".spc") && !source.Companion(".par"))
     return "its parameters, a file of the same name with .par, are missing";

@@ -125,9 +125,9 @@ Axis LinearAxis(Dataset& d, const Direction& direction, std::size_t points) {
 }
 
 // A file of an axis is as long as its points; a shorter one leaves the axis that MIN and WID describe.
-Axis StoredAxis(const Source& source, Dataset& d, const Direction& direction, std::size_t points) {
+Axis StoredAxis(Source& source, Dataset& d, const Direction& direction, std::size_t points) {
   const std::string extension = direction.Key("GF");
-  auto companion = source.Companion("." + extension);
+  Source* const companion = source.Companion("." + extension);
   const std::string key = direction.Key("FMT");
   const std::string letters = TextOf(d, key);
   const Layout layout{.order = OrderOf(source, d), .type = TypeOf(source, key, letters.empty() ? "D" : letters)};
@@ -147,7 +147,7 @@ Axis StoredAxis(const Source& source, Dataset& d, const Direction& direction, st
 }
 
 // Slowest first. A second or third direction with one point is none: the value stays a parameter.
-void ReadAxes(const Source& source, Dataset& d) {
+void ReadAxes(Source& source, Dataset& d) {
   for (const Direction direction : {Direction{'Z'}, Direction{'Y'}, Direction{'X'}}) {
     const std::string type = TextOf(d, direction.Key("TYP"));
     if (type == "NTUP")
@@ -211,26 +211,28 @@ bool HasDescription(Source& source) {
 
 std::string RecogniseBES3T(Source& source) {
   if (!source.HasExtension(kValueFile)) return HasDescription(source) ? "its first lines hold #DESC" : "";
-  auto descriptor = source.Companion(kDescriptor);
+  Source* const descriptor = source.Companion(kDescriptor);
   return descriptor && HasDescription(*descriptor) ? "name ends in .DTA, its .DSC holds #DESC" : "";
 }
 
 // The descriptor, whichever file of the pair was named.
-Source DescriptorOf(Source& source) {
-  if (!source.HasExtension(kValueFile)) return Source(source.Path());
-  return *source.Companion(kDescriptor);
+Source& DescriptorOf(Source& source) {
+  return source.HasExtension(kValueFile) ? *source.Companion(kDescriptor) : source;
 }
 
-Dataset ReadHeader(Source& descriptor) {
-  Dataset d;
-  ReadDescriptor(d, descriptor.Content());
-  d.title = SplitList(TextOf(d, "TITL")).front();
-  return d;
+// What all items share.
+const Dataset& HeaderOf(Source& descriptor) {
+  return descriptor.Once<Dataset>([&descriptor] {
+    Dataset d;
+    ReadDescriptor(d, descriptor.Content());
+    d.title = SplitList(TextOf(d, "TITL")).front();
+    return d;
+  });
 }
 
 std::vector<std::string> BES3TItems(Source& source) {
-  Source descriptor = DescriptorOf(source);
-  const Dataset d = ReadHeader(descriptor);
+  Source& descriptor = DescriptorOf(source);
+  const Dataset& d = HeaderOf(descriptor);
   const std::vector<std::string> names = SplitList(TextOf(d, "IRNAM"));
   std::vector<std::string> items;
   for (std::size_t k = 0; k < VariablesOf(descriptor, d).all.size(); ++k)
@@ -239,12 +241,12 @@ std::vector<std::string> BES3TItems(Source& source) {
 }
 
 Dataset OpenBES3T(Source& source, int item) {
-  Source descriptor = DescriptorOf(source);
-  auto values = descriptor.Companion(kValueFile);
+  Source& descriptor = DescriptorOf(source);
+  Source* const values = source.WithExtension(kValueFile);
   if (!values)
     Fail(ErrorCode::Damaged, source.Path(), "its values, a file of the same name with .DTA, are missing");
-  Dataset d = ReadHeader(descriptor);
-  d.companions.push_back(values->Path() == source.Path() ? descriptor.Path() : values->Path());
+  Dataset d = HeaderOf(descriptor);
+  d.companions.push_back(values == &source ? descriptor.Path() : values->Path());
   ReadAxes(descriptor, d);
 
   const auto k = static_cast<std::size_t>(item) - 1;

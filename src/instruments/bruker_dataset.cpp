@@ -171,39 +171,38 @@ bool HasMarks(Source& par) {
   return d.Find("JSS") || d.Find("DOS") || d.Find("GST") || d.Find("JEX");
 }
 
-// The parameter file, whichever file of the pair was named.
-std::optional<Source> ParameterFileOf(Source& source) {
-  if (source.HasExtension(kValueFile)) return source.Companion(kParameterFile);
-  return Source(source.Path());
-}
-
 std::string RecogniseBruker(Source& source) {
   if (!source.HasExtension(kParameterFile) && !source.HasExtension(kValueFile)) return {};
-  auto par = ParameterFileOf(source);
+  Source* const par = source.WithExtension(kParameterFile);
   if (!par || !HasMarks(*par)) return {};
   return "name ends in " + NameOf(source.Path().extension()) + ", its parameters hold JSS, DOS, GST or JEX";
+}
+
+// What all items share.
+const Dataset& HeaderOf(Source& par) {
+  return par.Once<Dataset>([&par] {
+    Dataset d;
+    ReadParameters(d, par.Content());
+    d.title = TextOf(d, "JCO");
+    d.name = "Intensity";
+    return d;
+  });
 }
 
 // Two curves follow each other in one file.
 bool HoldsTwo(const Dataset& d) { return d.Find("FDUA") != nullptr; }
 
 std::vector<std::string> BrukerItems(Source& source) {
-  Dataset d;
-  auto par = ParameterFileOf(source);
-  ReadParameters(d, par->Content());
-  return std::vector<std::string>(HoldsTwo(d) ? 2 : 1);
+  return std::vector<std::string>(HoldsTwo(HeaderOf(*source.WithExtension(kParameterFile))) ? 2 : 1);
 }
 
 Dataset OpenBruker(Source& source, int item) {
   constexpr unsigned kComplex = 16;
-  auto par = ParameterFileOf(source);
-  auto spc = par->Companion(kValueFile);
+  Source* const par = source.WithExtension(kParameterFile);
+  Source* const spc = source.WithExtension(kValueFile);
   if (!spc) Fail(ErrorCode::Damaged, source.Path(), "its values, a file of the same name with .spc, are missing");
-  Dataset d;
-  ReadParameters(d, par->Content());
-  d.title = TextOf(d, "JCO");
-  d.name = "Intensity";
-  d.companions.push_back(spc->Path() == source.Path() ? par->Path() : spc->Path());
+  Dataset d = HeaderOf(*par);
+  d.companions.push_back(spc == &source ? par->Path() : spc->Path());
 
   const bool floats = d.Find("DOS") != nullptr;
   const std::size_t columns = HasBit(d, kComplex) ? 2 : 1;

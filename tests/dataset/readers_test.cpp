@@ -111,6 +111,10 @@ TEST_CASE("dataset: Bruker BES3T") {
   CheckAll({
       {"curve", kCurve, 1, head + "= 1 2 3\n"},
       {"by its value file", {{"a.DTA", kCurve[1].second}, {"a.DSC", kCurve[0].second}}, 1, head + "= 1 2 3\n"},
+      {"of two value files the named one, written last where case does not tell them apart",
+       {{"a.dta", {}}, kCurve[0], {"a.DTA", Numbers<double>({4, 5, 6})}, {"a.dta", kCurve[1].second}},
+       1,
+       head + "= 1 2 3\n"},
       {"two variables, one complex", BES3T({{"IKKF", "REAL,CPLX"}, {"IRFMT", "D,D"}}, {1, 2, 3, 4, 5, 6, 7, 8, 9}),
        2,
        "Bruker BES3T 2/2 'second' A: second (mV) f64 complex\nField (G): 10 20 30\n= 2+3i 5+6i 8+9i\n! holds 1 "

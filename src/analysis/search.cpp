@@ -120,19 +120,6 @@ AxisSearch::AxisSearch(std::span<const float> axis, std::size_t targets) : axis_
   const auto differs = std::find_if_not(axis.rbegin(), axis.rend(), same);
   const auto equal = static_cast<std::size_t>(differs - axis.rbegin());
   scanned_ = axis.first(axis.size() - equal + std::min<std::size_t>(equal, 2));
-  if (targets <= kFew) even_ = Even();
-}
-
-AxisSearch::Even AxisSearch::Evenness() const {
-  Even even;
-  const double first = Coordinate(0);
-  const std::size_t steps = axis_.size() - 1;
-  even.step = (Coordinate(steps) - first) / static_cast<double>(steps);
-  even.perStep = 1 / even.step;  // infinite where all are equal
-  for (std::size_t k = 0; k <= steps; ++k)
-    even.deviation =
-        std::max(even.deviation, std::fabs(Coordinate(k) - (first + even.step * static_cast<double>(k))));
-  return even;
 }
 
 bool AxisSearch::Before(float a, float b) const { return Rank(sign_ * a) < Rank(sign_ * b); }
@@ -216,7 +203,6 @@ std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measur
       const auto holds = [&](std::size_t j) { return keep(j) > last; };
       if (holds(k)) taken = holds(nearest - 1) ? nearest - 1 : PartitionPoint(k, nearest, k, holds);
     }
-    taken += SkipEven(taken, t, nearest, measure);
     best = keep(taken);
   }
 
@@ -225,25 +211,6 @@ std::size_t AxisSearch::SecondInOrder(float t, std::size_t nearest, float measur
                                            [&](std::size_t k) { return Coordinate(k) <= Coordinate(nearest); });
   if (above == axis_.size() || !(offer(above) < best)) return taken;
   return EndOfRun(above, t, measure);
-}
-
-// How far it is from a sample taken to one of those that are taken next. On an even axis they follow each other in
-// one stride up to the measure, if it lies below the target: each is the first whose coordinate is farther away
-// than the target is from the measure. Roundings change nothing where no coordinate comes near that.
-std::size_t AxisSearch::SkipEven(std::size_t taken, float t, std::size_t nearest, float measure) {
-  if (!even_) even_ = Evenness();
-  const double apart = static_cast<double>(t) - measure;
-  const double left = static_cast<double>(measure) - Coordinate(taken);
-  const double steps = apart * even_->perStep;
-  if (!(apart > 0 && left > 0 && steps < static_cast<double>(nearest))) return 0;
-  near_.stride = static_cast<std::size_t>(steps);
-  const double stride = static_cast<double>(near_.stride + 1);
-  const double beyond = stride * even_->step - apart;
-  const double rounding = std::max(std::fabs(t - Coordinate(0)), std::fabs(measure - Coordinate(0))) * 0x1p-22;
-  const double margin = 2 * even_->deviation + rounding;
-  if (!(beyond > margin && even_->step - beyond > margin)) return 0;
-  const double most = std::min((left - margin) * even_->perStep, static_cast<double>(nearest - taken - 1));
-  return most < stride ? 0 : static_cast<std::size_t>(most / stride) * (near_.stride + 1);
 }
 
 // The last sample taken when `first` is, where offers never fall: samples follow one another until one offers no

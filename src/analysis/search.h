@@ -15,8 +15,7 @@ namespace kem::analysis {
 // at least one sample and outlives its search.
 class AxisSearch {
  public:
-  // For more than a few targets, an axis in no order is put into one first, and of another it is seen how even it
-  // is when that is needed.
+  // For more than a few targets, an axis in no order is put into one first.
   explicit AxisSearch(std::span<const float> axis, std::size_t targets = 1);
 
   std::span<const float> Axis() const { return axis_; }
@@ -77,7 +76,6 @@ class AxisSearch {
   std::size_t LowestAsNear(std::size_t first, std::size_t k, float t) const;
   std::size_t SecondInOrder(float t, std::size_t nearest, float measure);
   std::size_t EndOfRun(std::size_t first, float t, float measure);
-  std::size_t SkipEven(std::size_t taken, float t, std::size_t nearest, float measure);
 
   // Where answers were found before, which those that follow are close to.
   struct Near {
@@ -86,20 +84,11 @@ class AxisSearch {
     std::size_t end = 0;      // of a run
   };
 
-  // Coordinates are this far at most from those of an even axis with this step.
-  struct Even {
-    double step = 0;
-    double perStep = std::numeric_limits<double>::infinity();  // also where the others are not known
-    double deviation = 0;
-  };
-  Even Evenness() const;
-
   std::span<const float> axis_;
   std::span<const float> scanned_;  // without the last of equal samples
   std::optional<UnorderedSearch> unordered_;
   bool ordered_ = false;
   float sign_ = 1;
-  std::optional<Even> even_;  // none before it is asked for; for few targets that of no axis
   Run run_;
   Near near_;
 };

@@ -6,6 +6,7 @@
 
 #include "analysis/axis.h"
 #include "analysis/equal.h"
+#include "analysis/ordered_sum.h"
 #include "analysis/result.h"
 #include "analysis/sorted.h"
 #include "analysis/window.h"
@@ -53,24 +54,17 @@ float Plus(float sum, double piece) { return static_cast<float>(static_cast<doub
 // How the pieces of an integral count.
 enum class Counted { Signed, Absolute };
 
-// Pieces add up in double precision, in their order: only their values are had side by side.
+// Pieces add up in double precision, in their order.
 struct Sum {
   Counted counted;
-  double value = 0;
+  OrderedSum of = {};
 
   // Adds piece(0), piece(1), ... up to piece(count - 1).
   template <class Piece>
   void Add(std::size_t count, Piece piece) {
-    WithVectors([&] {
-      constexpr std::size_t kBlock = 64;  // few enough that the next ones are worked out while these add up
-      double pieces[kBlock];
-      for (std::size_t done = 0; done < count; done += kBlock) {
-        const std::size_t n = std::min(kBlock, count - done);
-        for (std::size_t k = 0; k < n; ++k) pieces[k] = piece(done + k);
-        if (counted == Counted::Absolute)
-          for (std::size_t k = 0; k < n; ++k) pieces[k] = std::fabs(pieces[k]);
-        for (std::size_t k = 0; k < n; ++k) value += pieces[k];
-      }
+    of.Add(count, [piece, absolute = counted == Counted::Absolute](std::size_t k) {
+      const double p = piece(k);
+      return absolute ? std::fabs(p) : p;
     });
   }
 };
@@ -103,7 +97,7 @@ float IntegralOfCurve(const PrnType& source, float x1, float x2, Counted counted
     return Trapezoid(at[k + 1] - at[k], of[k], of[k + 1]);
   });
   if (last > 0 && !Reaches(x[last], x2, counted)) add(x2 - x[last], source.At(x2, 0), y[last]);
-  return static_cast<float>(sum.value);
+  return static_cast<float>(sum.of.Value());
 }
 
 // The weight of each sample of a band in an integral.
@@ -135,7 +129,7 @@ float IntegralOfGrid(const PrnType& source, float x1, float x2, float y1, float 
     sum.Add(v.of.size(),
             [weight = w.of[k], of = v.of.data(), row](std::size_t j) { return weight * of[j] * row[j]; });
   }
-  return static_cast<float>(sum.value);
+  return static_cast<float>(sum.of.Value());
 }
 
 float IntegralOf(const PrnType& source, float x1, float x2, float y1, float y2, Counted counted) {

@@ -50,3 +50,33 @@ TEST_CASE("vectors: wide ones give the bits of those that every processor has") 
     }
   });
 }
+
+TEST_CASE("vectors: sums side by side have the bits of those one after the other") {
+  Rng rng(kSeed);
+  CAPTURE(kSeed);
+  const bool wide = kem::record::wideVectors;
+  for (int round = 0; round < 2000; ++round) {
+    CAPTURE(round);
+    const float hard[] = {0.0f, -0.0f, 1e-45f, 1e38f, rng() % 20 ? 1.0f : INFINITY};
+    Floats values(2 + rng() % 3000);
+    // Of one size and number of bits for a while.
+    for (int exponent = 0, bits = 24; float& v : values) {
+      if (rng() % 400 == 0) exponent = static_cast<int>(rng() % 50) - 25, bits = static_cast<int>(2 + rng() % 23);
+      v = std::ldexp(std::trunc(std::ldexp(Uniform(rng, -1, 1), bits)), exponent - bits);
+    }
+    for (std::size_t k = rng() % 900; k < values.size(); k += 1 + rng() % 900) values[k] = hard[rng() % 5];
+    // What is rounded shows when all else cancels out.
+    for (std::size_t k = 0, count = values.size(); k < count; ++k) values.push_back(-values[k]);
+    double sum = 0, absolute = 0;
+    for (std::size_t k = 1; k < values.size(); ++k) {
+      const double piece = 0.5 * static_cast<double>(values[k - 1] + values[k]);
+      sum += piece, absolute += std::fabs(piece);
+    }
+    const PrnType curve = Curve(0, 1, values);
+    const auto end = static_cast<float>(values.size() - 1);
+    kem::record::wideVectors = wide && round % 2;
+    CHECK_BITS(curve.Integral(0, end, 0, 0), static_cast<float>(sum));
+    CHECK_BITS(curve.AbsIntegral(0, end, 0, 0), static_cast<float>(absolute));
+  }
+  kem::record::wideVectors = wide;
+}

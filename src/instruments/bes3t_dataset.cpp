@@ -221,18 +221,16 @@ Source& DescriptorOf(Source& source) {
 }
 
 // What all items share.
-const Dataset& HeaderOf(Source& descriptor) {
-  return descriptor.Once<Dataset>([&descriptor] {
-    Dataset d;
-    ReadDescriptor(d, descriptor.Content());
-    d.title = SplitList(TextOf(d, "TITL")).front();
-    return d;
-  });
+Dataset HeaderOf(Source& descriptor) {
+  Dataset d;
+  ReadDescriptor(d, descriptor.Content());
+  d.title = SplitList(TextOf(d, "TITL")).front();
+  return d;
 }
 
 std::vector<std::string> BES3TItems(Source& source) {
   Source& descriptor = DescriptorOf(source);
-  const Dataset& d = HeaderOf(descriptor);
+  const Dataset d = HeaderOf(descriptor);
   const std::vector<std::string> names = SplitList(TextOf(d, "IRNAM"));
   std::vector<std::string> items;
   for (std::size_t k = 0; k < VariablesOf(descriptor, d).all.size(); ++k)

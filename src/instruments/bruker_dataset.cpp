@@ -179,14 +179,12 @@ std::string RecogniseBruker(Source& source) {
 }
 
 // What all items share.
-const Dataset& HeaderOf(Source& par) {
-  return par.Once<Dataset>([&par] {
-    Dataset d;
-    ReadParameters(d, par.Content());
-    d.title = TextOf(d, "JCO");
-    d.name = "Intensity";
-    return d;
-  });
+Dataset HeaderOf(Source& par) {
+  Dataset d;
+  ReadParameters(d, par.Content());
+  d.title = TextOf(d, "JCO");
+  d.name = "Intensity";
+  return d;
 }
 
 // Two curves follow each other in one file.

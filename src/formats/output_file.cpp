@@ -10,8 +10,9 @@ namespace kem::formats {
 using namespace text;
 namespace {
 
-// More bytes than these are written as they are, fewer together.
-constexpr std::size_t kBlock = 1 << 16;
+// More bytes than these are written as they are, fewer together. The larger a piece, the larger the pages in which
+// the system keeps it.
+constexpr std::size_t kBlock = 1 << 20;
 
 // Behind a full block a line of two numbers still fits.
 constexpr std::size_t kRoom = 2 * kNumberRoom;
@@ -19,7 +20,7 @@ constexpr std::size_t kRoom = 2 * kNumberRoom;
 }  // namespace
 
 OutputFile::OutputFile(const char* name, std::ios::openmode mode)
-    : buffer_(kBlock + kRoom, '\0'), file_(load::PathOf(name), mode | std::ios::out) {}
+    : buffer_(new char[kBlock + kRoom]), file_(load::PathOf(name), mode | std::ios::out) {}
 
 OutputFile::~OutputFile() {
   if (!IsOpen()) return;
@@ -29,7 +30,7 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::Flush() {
-  file_.write(buffer_.data(), static_cast<std::streamsize>(used_));
+  file_.write(buffer_.get(), static_cast<std::streamsize>(used_));
   used_ = 0;
 }
 
@@ -57,7 +58,7 @@ OutputFile& OutputFile::operator<<(char c) {
 
 OutputFile& OutputFile::operator<<(float value) {
   if (used_ > kBlock) Flush();
-  used_ = static_cast<std::size_t>(WriteNumber(&buffer_[used_], value) - buffer_.data());
+  used_ = static_cast<std::size_t>(WriteNumber(&buffer_[used_], value) - buffer_.get());
   return *this;
 }
 
@@ -67,7 +68,7 @@ void OutputFile::WritePair(float x, std::string_view between, float y) {
   to = std::copy(between.begin(), between.end(), to);
   to = WriteNumber(to, y);
   *to++ = '\n';
-  used_ = static_cast<std::size_t>(to - buffer_.data());
+  used_ = static_cast<std::size_t>(to - buffer_.get());
 }
 
 OutputFile& OutputFile::operator<<(int value) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <fstream>
-#include <string>
+#include <memory>
 #include <string_view>
 
 namespace kem::formats {
@@ -28,7 +28,7 @@ class OutputFile {
  private:
   void Flush();
 
-  std::string buffer_;  // first, so that no file is made where there is no memory
+  std::unique_ptr<char[]> buffer_;  // first, so that no file is made where there is no memory
   std::size_t used_ = 0;
   std::ofstream file_;
 };

@@ -96,3 +96,18 @@ TEST_CASE("columns: what is written is read back, with a running X of a defined 
   for (const PrnType& none : {PrnType(), PrnType(AllocZ, 2, 2), named})
     CHECK(Written(none, &PrnType::WriteXYPrn).empty());
 }
+
+TEST_CASE("columns: text that is longer than what goes to the disk at once") {
+  constexpr int kCount = 60'000;
+  PrnType curve(AllocXY, kCount);
+  std::string rows;
+  for (int k = 0; k < kCount; ++k) {
+    curve.xArray[k] = -1e-9f / static_cast<float>(k + 1);
+    curve.yArray[k] = static_cast<float>(k % 100);
+    char row[64];
+    std::snprintf(row, sizeof row, "%g   %g\n", curve.xArray[k], curve.yArray[k]);
+    rows += row;
+  }
+  CHECK(rows.size() > 1 << 20);
+  CHECK(Written(curve, &PrnType::WriteXYPrn).ends_with("\n\n" + rows));
+}

@@ -41,16 +41,10 @@ struct Operator {
   PrnType (PrnType::*withNumber)(const float&) const;
 };
 
-constexpr Operator kOperators[] = {{'+', &PrnType::operator+, &PrnType::operator+ },
-                                    {'-', &PrnType::operator-, &PrnType::operator- },
-                                     {'*', &PrnType::operator*, &PrnType::operator* },
-                                      {'/', &PrnType::operator/, &PrnType::operator/ },
-                                       {
-                                           '^',
-                                           &PrnType::operator^,
-                                           &PrnType::operator^ },
-                                           {'&', &PrnType::operator&, nullptr},
-                                      };
+constexpr Operator kOperators[] = {
+    {'+', (&PrnType::operator+), (&PrnType::operator+)}, {'-', (&PrnType::operator-), (&PrnType::operator-)},
+    {'*', (&PrnType::operator*), (&PrnType::operator*)}, {'/', (&PrnType::operator/), (&PrnType::operator/)},
+    {'^', (&PrnType::operator^), (&PrnType::operator^)}, {'&', (&PrnType::operator&), nullptr}};
 
 const Operator& OperatorOf(char sign) {
   return *std::find_if(std::begin(kOperators), std::end(kOperators),

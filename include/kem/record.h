@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -39,6 +40,11 @@ struct HistogramCounts {
   float high = 0;
   std::vector<float> counts;
 };
+
+/// Why the format of an extension, ".p2d", does not hold a record, as the end of a sentence: curves and grids have
+/// formats of their own, the binary ones count to 32767 along an axis, and text ends at a number that is not
+/// finite. Empty when it does.
+KEM_API std::string WhyNotWritten(const PrnType& record, std::string_view extension);
 
 /// A curve or a real grid. One that holds nothing, made by default or moved from, can be assigned to and destroyed.
 class KEM_API Record {
@@ -165,7 +171,8 @@ class KEM_API Record {
   /// @}
 
   /// Writes a file in the format of its extension: .p3d, .b3d, .p2d, .b2d, .cvt, .prn, .dx or .jdx. An existing
-  /// file is replaced.
+  /// file is replaced. What the format does not hold, \ref WhyNotWritten, throws before there is a file; where text
+  /// of six digits would make other coordinates of a defined axis, or another number of them, they are stored.
   void Write(const std::filesystem::path& file) const;
   /// The same in the format of another extension, whatever that of the file.
   void Write(const std::filesystem::path& file, std::string_view extension) const;

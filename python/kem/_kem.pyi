@@ -1120,7 +1120,8 @@ class Record:
         Raises
         ------
         kem.DoesNotFit
-            When the extension names no format, or the format holds no such record.
+            When the extension names no format, or the format holds no such record: b2d and b3d count to 32767 along
+            an axis, text holds no NaN.
         kem.WriteFailed
 
         Examples

@@ -4,7 +4,6 @@
 #include <new>
 #include <string>
 
-#include "record/axis.h"
 #include "record/findings.h"
 #include "record/storage.h"
 #include "record/tiles.h"
@@ -15,20 +14,7 @@ namespace kem::dataset {
 using namespace text;
 namespace {
 
-// ------------------------------------------------------------ axes and values
-
-// The end of a record's axis is the last coordinate, one step behind it, or was never set.
-Axis AxisOf(const PrnType& r, const record::AxisFields& fields, int count, NamedUnit title) {
-  const float* stored = r.*fields.values;
-  if (fields.IsStoredIn(r) && count > 0)
-    return Axis::Stored(std::move(title.name), std::move(title.unit), {stored, stored + count});
-  const float start = r.*fields.start;
-  const float end = r.*fields.end;
-  const float step = r.*fields.step;
-  const double last = start + (count - 1.0) * step;
-  return Axis::Linear(std::move(title.name), std::move(title.unit), static_cast<std::size_t>(std::max(count, 0)),
-                      start, std::fabs(end - last) < std::fabs(step) / 4.0 ? end : last);
-}
+// ------------------------------------------------------------ values
 
 Values GridValues(const PrnType& r) {
   const std::size_t count = static_cast<std::size_t>(r.nX) * static_cast<std::size_t>(r.nY);
@@ -125,6 +111,19 @@ std::string Whole(double number) {
 }
 
 }  // namespace
+
+// The end of a record's axis is the last coordinate, one step behind it, or was never set.
+Axis AxisOf(const PrnType& r, const record::AxisFields& fields, int count, NamedUnit title) {
+  const float* stored = r.*fields.values;
+  if (fields.IsStoredIn(r) && count > 0)
+    return Axis::Stored(std::move(title.name), std::move(title.unit), {stored, stored + count});
+  const float start = r.*fields.start;
+  const float end = r.*fields.end;
+  const float step = r.*fields.step;
+  const double last = start + (count - 1.0) * step;
+  return Axis::Linear(std::move(title.name), std::move(title.unit), static_cast<std::size_t>(std::max(count, 0)),
+                      start, std::fabs(end - last) < std::fabs(step) / 4.0 ? end : last);
+}
 
 Dataset OfRecord(const PrnType& r, std::span<const TextRow> units) {
   Text titles[3] = {};

@@ -10,6 +10,7 @@
 #include "dataset/reader.h"
 #include "kem.h"
 #include "load/items.h"
+#include "record/axis.h"
 #include "text/words.h"
 
 namespace kem::dataset {
@@ -20,6 +21,9 @@ using ReadRecord = std::function<int(PrnType& record, std::ifstream& in)>;
 // What reads a record finds in it. `units` are those of parameters by their names; `next` is what the reader sees
 // as \ref ReadNextFlag.
 Dataset OpenRecord(Source& source, const ReadRecord& read, std::span<const text::TextRow> units = {}, int next = 0);
+
+// The coordinates of an axis of a record, stored or linear.
+Axis AxisOf(const PrnType& record, const record::AxisFields& fields, int count, NamedUnit title = {});
 
 // The dataset of a record.
 Dataset OfRecord(const PrnType& record, std::span<const text::TextRow> units = {});

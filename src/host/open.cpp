@@ -5,8 +5,8 @@
 
 #include "dataset/foreign.h"
 #include "dataset/reader.h"
+#include "record/finite.h"
 #include "record/pages.h"
-#include "record/vectors.h"
 #include "text/words.h"
 
 namespace kem {
@@ -51,15 +51,6 @@ void RefuseForeign(Source& source) {
 
 // ------------------------------------------------------------ checks
 
-template <class T>
-std::size_t NotFinite(std::span<const T> numbers) {
-  std::size_t count = 0;
-  record::WithVectors([numbers, &count] {
-    for (const T v : numbers) count += std::abs(v) <= std::numeric_limits<T>::max() ? 0 : 1;
-  });
-  return count;
-}
-
 bool RepeatsOrTurns(const Axis& axis) {
   const auto x = axis.StoredCoordinates();
   if (x.size() < 2) return false;
@@ -72,7 +63,7 @@ bool RepeatsOrTurns(const Axis& axis) {
 void Check(Dataset& d) {
   const auto note = [&d](Severity severity, std::string text) { d.notes.push_back({severity, std::move(text)}); };
   if (d.values.Count() == 0) note(Severity::Damaged, "holds no points");
-  const std::size_t odd = NotFinite(d.values.As<float>()) + NotFinite(d.values.As<double>());
+  const std::size_t odd = record::NotFinite(d.values.As<float>()) + record::NotFinite(d.values.As<double>());
   if (odd > 0) note(Severity::Doubtful, "values that are not finite: " + std::to_string(odd));
   for (const Axis& axis : d.axes)
     if (RepeatsOrTurns(axis))

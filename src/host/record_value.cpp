@@ -1,10 +1,8 @@
 // The record as a value: every operation runs aside from the library's globals and hooks.
 #include <algorithm>
-#include <cerrno>
 #include <functional>
 #include <new>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "analysis/axis.h"
@@ -50,16 +48,6 @@ const Operator& OperatorOf(char sign) {
   return *std::find_if(std::begin(kOperators), std::end(kOperators),
                        [sign](const Operator& o) { return o.sign == sign; });
 }
-
-struct Writer {
-  std::string_view extension;
-  int (PrnType::*write)(char* name) const;
-};
-
-constexpr Writer kWriters[] = {{".p3d", &PrnType::WriteP3D}, {".b3d", &PrnType::WriteB3D},
-                               {".p2d", &PrnType::WriteP2D}, {".b2d", &PrnType::WriteB2D},
-                               {".cvt", &PrnType::WriteCvt}, {".prn", &PrnType::WriteXYPrn},
-                               {".dx", &PrnType::WriteDX},   {".jdx", &PrnType::WriteDX}};
 
 // Results come by value or, to be released, by reference.
 std::unique_ptr<PrnType> Owned(PrnType&& result) { return std::make_unique<PrnType>(std::move(result)); }
@@ -361,25 +349,6 @@ HistogramCounts Record::Histogram(int parts) const {
   h.counts.resize(static_cast<std::size_t>(std::max(parts, 0)));
   record_->Histogram(parts, h.counts.data(), h.low, h.high);
   return h;
-}
-
-// ------------------------------------------------------------ writing
-
-void Record::Write(const std::filesystem::path& file) const { Write(file, dataset::NameOf(file.extension())); }
-
-void Record::Write(const std::filesystem::path& file, std::string_view extension) const {
-  const auto* writer = std::find_if(std::begin(kWriters), std::end(kWriters),
-                                    [&](const Writer& w) { return text::EqualButCase(w.extension, extension); });
-  if (writer == std::end(kWriters))
-    dataset::Fail(ErrorCode::DoesNotFit, file, "its extension names no format that kem writes");
-  const Aside aside;
-  std::string name = dataset::NameOf(file);
-  errno = 0;
-  const bool tried = (record_.get()->*writer->write)(name.data()) != 0;
-  if (!tried && errno == 0)
-    dataset::Fail(ErrorCode::DoesNotFit, file, IsGrid() ? "the format holds curves" : "the format holds grids");
-  if (!tried || aside.writeFailed)
-    dataset::Fail(ErrorCode::WriteFailed, file, std::generic_category().message(errno != 0 ? errno : EIO));
 }
 
 }  // namespace kem

@@ -1,4 +1,6 @@
 // Records as values: made of datasets, calculated with, written.
+#include <filesystem>
+#include <limits>
 #include <thread>
 #include <tuple>
 
@@ -120,9 +122,23 @@ TEST_CASE("record: files") {
     CHECK(Same(Open(PathOf(folder.Path(name))).ToRecord().Sorted(), *curve));
     CHECK(Record::Classic(PathOf(folder.Path(name)))->nY == 3);
   }
-  CHECK(Refusal([&] { curve.Write("a.p3d"); }) == "the format holds grids");
+  const std::vector<float> odd{1, 2, std::numeric_limits<float>::quiet_NaN()};
+  const std::tuple<Record, const char*, const char*> refused[] = {
+      {curve, "b.p3d", "p3d holds grids only, and this is a curve"},
+      {Record::Curve(std::vector<float>(40000)), "b.b2d",
+       "b2d holds at most 32767 points along an axis, and this has 40000"},
+      {Record::Curve(odd), "b.prn", "has nan as value 3, which prn cannot hold; b2d can"},
+      {Record::Curve({{1, 2, 3}}, odd), "b.dx", "has nan as X coordinate 3, which dx cannot hold; b2d can"},
+      {Record::Grid(odd, {{4}}, {{5, 6, 7}}), "b.p3d", "has nan as value 1, 3, which p3d cannot hold; b3d can"},
+      {Record(), "b.cvt", "holds no data"}};
+  for (const auto& [record, name, why] : refused) {
+    const auto file = PathOf(folder.Path(name));
+    CHECK(Refusal([&, &record = record] { record.Write(file); }) == why);
+    CHECK(!exists(file));
+  }
   CHECK(Refusal([&] { curve.Write("a.txt"); }) == "its extension names no format that kem writes");
-  CHECK(Refusal([&] { curve.Write(PathOf(folder.Path("no/such/folder/a.dx"))); }) == "No such file or directory");
+  CHECK(Refusal([&] { curve.Write(PathOf(folder.Path("no/such/folder/a.dx"))); }) ==
+        "cannot be created: No such file or directory");
   CHECK(Refusal([&] { Record::Classic(PathOf(folder.Path("a.prn")), 2); }) == "holds no item 2, but 1");
   CHECK(Refusal([&] { Record::Classic(PathOf(folder.Write("b.txt", "no\nnumbers\n"))); }) == "unknown format");
 }

@@ -274,7 +274,7 @@ TEST_CASE("kem convert: what must not or cannot be written leaves everything as 
   Bytes comment;
   comment.Text("[B2D]\n").Put(2 << 24).PadTo(36).Put(2 | 2 << 16).Put(0).Put(0).Text("X\nY\nsee [X] ARRAY\n");
   const std::pair<std::string, std::string> cases[] = {
-      {Quoted(holey) + "--to p2d", ": has inf as value 1, which p2d cannot hold; b2d and csv can\n"},
+      {Quoted(holey) + "--to p2d", ": has inf as value 1, which p2d cannot hold; b2d can\n"},
       {Quoted(folder.Write("note.b2d", comment)) + "--to p2d",
        "note.p2d would read back as curve 1 instead of curve 2\n"},
       {Quoted(source) + "--to prn", ": prn holds curves only, and this is a grid of 3 x 2 points\n"},

@@ -9,23 +9,13 @@
 
 namespace kem::tool {
 
-// How a format tells the coordinates of an axis that the record does not store.
-enum class Linear {
-  Exactly,    // nothing is lost
-  OneByOne,   // each coordinate in six digits
-  StartStep,  // start and step in six digits
-  Points,     // start, end and step in six digits, of which the reader makes the number of points
-  Steps,      // the same, but the points that it makes of them are one fewer
-};
-
 struct Format {
   const char* name;  // the extension of its files
   const char* what;
   bool curves;
   bool grids;
   int mostPoints;  // along an axis; 0 for any number
-  Linear linear;
-  bool checked;  // what was written is read back, which costs too much elsewhere
+  bool checked;    // what was written is read back, which costs too much elsewhere
 };
 
 std::span<const Format> Formats();
@@ -41,8 +31,7 @@ Problem CannotHold(const Format& format, const PrnType& record);
 // Gives the record of a dataset its title as name where a format writes the name and reads it back as title.
 void NameByTitle(PrnType& record, const Format& format, std::string title);
 
-// Writes a record to an empty file. An axis whose definition in this format would mean other coordinates, or
-// another number of them, becomes a stored one first.
+// Writes a record to an empty file.
 Problem WriteRecord(PrnType& record, const Format& format, const std::string& name);
 
 }  // namespace kem::tool

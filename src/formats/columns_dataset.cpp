@@ -8,7 +8,7 @@
 // Other lines are parameters ("Key: value", "KEY<TAB>value", "# key = value") or comments. The line before the
 // first row may name the columns. Each column behind the first is an item; three columns that run through a lattice
 // are a grid, and so is a matrix whose first line has "Y \ X" and the X coordinates. The headers of XY and NXY
-// files name titles by position, see columns.cpp.
+// files name titles by position, see prn.cpp.
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -179,34 +179,67 @@ void TakePlainRows(Lines& lines, Table& table) {
   }
 }
 
-// The rows begin where two lines of equally many numbers follow each other.
+// Which header a table has; that of XY and NXY files counts its lines, empty ones included.
+enum class Kind { Any, XY, NXY };
+
+bool CountsLines(const Table& t) {
+  const std::string_view first = t.header.empty() ? std::string_view() : Trimmed(t.header.front());
+  return first == "XY" || first.starts_with("NXY ");
+}
+
+Kind KindOf(const Table& t) {
+  if (!CountsLines(t)) return Kind::Any;
+  if (Trimmed(t.header.front()) != "XY") return Kind::NXY;
+  return t.header.size() >= 5 ? Kind::XY : Kind::Any;
+}
+
+void BeginRows(Table& table, std::size_t at, const std::vector<double>& row) {
+  table.columns = row.size();
+  table.header.resize(at);
+  table.numbers = row;
+}
+
+// Rows, and what stands between and behind them.
+void TakeRows(Lines& lines, Table& table) {
+  TakePlainRows(lines, table);
+  std::vector<double> row;
+  for (std::string_view line; lines.Next(line);) {
+    if (ScanRow(line, row) && row.size() == table.columns)
+      table.numbers.insert(table.numbers.end(), row.begin(), row.end()), TakePlainRows(lines, table);
+    else if (!Trimmed(line).empty())
+      table.trailer.push_back(line), table.oddRows += !row.empty() && row.size() >= 2 ? 1 : 0;
+  }
+}
+
+// The rows begin where two lines of equally many numbers follow each other; behind a whole header one is enough.
 Table TableOf(std::string_view text) {
   Table table;
   std::vector<double> row;
   std::vector<double> before;
+  std::size_t at = 0;  // where the line before stands in the header
   Lines lines(text);
-  for (std::string_view line; lines.Next(line);) {
-    if (table.columns != 0) {
-      if (ScanRow(line, row) && row.size() == table.columns)
-        table.numbers.insert(table.numbers.end(), row.begin(), row.end()), TakePlainRows(lines, table);
-      else if (!Trimmed(line).empty())
-        table.trailer.push_back(line), table.oddRows += !row.empty() && row.size() >= 2 ? 1 : 0;
-      continue;
-    }
-    if (Trimmed(line).empty()) continue;
-    const bool isRow = ScanRow(line, row);
+  for (std::string_view line; table.columns == 0 && lines.Next(line);) {
+    const bool blank = Trimmed(line).empty();
+    const bool isRow = !blank && ScanRow(line, row);
     if (isRow && row.size() == before.size()) {
-      table.columns = row.size();
-      table.header.pop_back();
-      table.numbers = before;
+      BeginRows(table, at, before);
       table.numbers.reserve(lines.Rest().size() / line.size() * table.columns + 3 * table.columns);
       table.numbers.insert(table.numbers.end(), row.begin(), row.end());
-      TakePlainRows(lines, table);
-      continue;
+    } else if (!blank) {
+      at = table.header.size();
+      table.header.push_back(line);
+      before = isRow ? row : std::vector<double>();
+    } else if (CountsLines(table)) {
+      table.header.push_back(line);
     }
-    table.header.push_back(line);
-    before = isRow ? row : std::vector<double>();
   }
+  const Kind kind = KindOf(table);
+  const std::size_t whole = kind == Kind::XY ? 7 : before.size() + 4;
+  if (table.columns != 0)
+    TakeRows(lines, table);
+  else if (kind != Kind::Any && !before.empty() && at >= whole)
+    BeginRows(table, at, before);
+  if (kind == Kind::Any) std::erase_if(table.header, [](std::string_view line) { return Trimmed(line).empty(); });
   return table;
 }
 
@@ -239,14 +272,6 @@ std::size_t LatticeWidth(const Table& t) {
 }
 
 // ------------------------------------------------------------ titles by position
-
-enum class Kind { Any, XY, NXY };
-
-Kind KindOf(const Table& t) {
-  if (t.header.empty()) return Kind::Any;
-  const std::string_view first = Trimmed(t.header.front());
-  return first == "XY" && t.header.size() >= 5 ? Kind::XY : first.starts_with("NXY ") ? Kind::NXY : Kind::Any;
-}
 
 struct Titles {
   std::string title;
@@ -314,8 +339,9 @@ Titles TitlesOf(Dataset& d, const Table& t) {
 std::string RecogniseColumns(Source& source) {
   if (source.Size() == 0 || LooksBinary(WithoutMark(source.Head()))) return {};
   const Table& table = TableOf(source);
-  if (table.Rows() < 2) return {};
-  return "text with " + std::to_string(table.Rows()) + " rows of " + std::to_string(table.columns) + " numbers";
+  if (table.Rows() == 0) return {};
+  return "text with " + std::to_string(table.Rows()) + (table.Rows() == 1 ? " row of " : " rows of ") +
+         std::to_string(table.columns) + " numbers";
 }
 
 std::vector<std::string> ColumnItems(Source& source) {

@@ -22,9 +22,13 @@ bool Rounded(const kem::Axis& before, const kem::Axis& after) {
   return false;
 }
 
+// Text tells single precision by the digits that it needs.
 bool Rounded(const Values& before, const Values& after) {
-  for (std::size_t k = 0; k < before.Count(); ++k)
-    if (Differ(before.Real(k), after.Real(k))) return true;
+  const bool single = before.Type() == NumberType::F32;
+  for (std::size_t k = 0; k < before.Count(); ++k) {
+    const double read = after.Real(k);
+    if (Differ(before.Real(k), single ? static_cast<float>(read) : read)) return true;
+  }
   return false;
 }
 

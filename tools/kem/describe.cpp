@@ -1,10 +1,25 @@
 #include "describe.h"
 
 #include <cmath>
+#include <limits>
 
 #include "portable.h"
 
 namespace kem::tool {
+namespace {
+
+// What the digits of a number in single precision say: 19.8, not 19.79999924.
+double Meant(double value) {
+  if (!(std::fabs(value) <= std::numeric_limits<float>::max())) return value;
+  const auto single = static_cast<float>(value);
+  if (single != value) return value;
+  std::string digits;
+  portable::AppendShortest(digits, single);
+  portable::FromChars(digits.data(), digits.data() + digits.size(), value);
+  return value;
+}
+
+}  // namespace
 
 // A NaN does not count beside numbers.
 Range::Range(const Values& values) {
@@ -23,7 +38,7 @@ Range::Range(const Values& values) {
 
 std::string NumberText(double value) {
   std::string text;
-  portable::AppendGeneral(text, value, 10);
+  portable::AppendGeneral(text, Meant(value), 10);
   return text;
 }
 

@@ -19,7 +19,7 @@ struct Range {
 // "Field (G)", "Field" or "(G)".
 std::string Named(const std::string& name, const std::string& unit);
 
-// A number for the eye: ten digits will do.
+// A number for the eye: ten digits will do, and what single precision holds has fewer.
 std::string NumberText(double value);
 
 // The text of a parameter, with its unit unless the text or the key has it.

@@ -24,8 +24,9 @@ def best(call, *, of=15):
     times = []
     for _ in range(of):
         started = time.perf_counter()
-        call()
+        made = call()
         times.append(time.perf_counter() - started)
+        del made
     return min(times) * 1e3
 
 
@@ -66,14 +67,22 @@ def best_in_turns(one, other, *, of=5):
     return map(min, zip(*[(one(), other()) for _ in range(of)]))
 
 
-def on_four_threads(what, call, files):
-    with ThreadPoolExecutor(4) as pool:
-        one, four = best_in_turns(
-            lambda: best(lambda: [call(file) for file in files], of=1),
-            lambda: best(lambda: list(pool.map(call, files)), of=1),
-            of=15,
-        )
+def told(what, one, four):
     print(f"  {what}: {one:.0f} ms, {four:.0f} ms, {one / four:.2f} times as fast")
+
+
+def in_turns(one, four):
+    return best_in_turns(lambda: best(one, of=1), lambda: best(four, of=1), of=15)
+
+
+def on_a_pool(what, call, files):
+    with ThreadPoolExecutor(4) as pool:
+        told(what, *in_turns(lambda: [call(file) for file in files], lambda: list(pool.map(call, files))))
+
+
+def opened(what, files):
+    told(what, *in_turns(lambda: [kem.open(file) for file in files], lambda: kem.open_many(files, threads=4)))
+    on_a_pool("  handed out by a pool", kem.open, files)
 
 
 with tempfile.TemporaryDirectory() as temporary:
@@ -100,14 +109,14 @@ with tempfile.TemporaryDirectory() as temporary:
     scans = [folder / f"scan{k}.DSC" for k in range(200)]
     for file in scans:
         curve(file, 65_536)
+    small = [folder / f"small{k}.DSC" for k in range(200)]
+    for file in small:
+        curve(file, 1000)
     data = [file.with_suffix(".DTA") for file in scans]
     block = bytes(250_000)
     print("200 files one by one, and on four threads:")
-    on_four_threads("tables of 8 k rows", kem.open, tables)
-    on_four_threads("scans of 64 k points", kem.open, scans)
-    on_four_threads("  np.fromfile of their values", lambda file: np.fromfile(file, ">f8").astype("f8"), data)
-    on_four_threads("  hashing, which takes no memory", lambda _: hashlib.sha256(block).digest(), data)
-
-starts = "import time, numpy; t = time.perf_counter(); import kem; print((time.perf_counter() - t) * 1e3)"
-run = [sys.executable, "-c", f"import sys; sys.path.insert(0, {str(build / 'python')!r}); {starts}"]
-print(f"import kem beyond NumPy: {min(float(subprocess.check_output(run)) for _ in range(5)):.0f} ms")
+    opened("tables of 8 k rows", tables)
+    opened("scans of 64 k points", scans)
+    opened("scans of 1 k points", small)
+    on_a_pool("np.fromfile of the values of 64 k points", lambda file: np.fromfile(file, ">f8").astype("f8"), data)
+    on_a_pool("hashing, which takes no memory", lambda _: hashlib.sha256(block).digest(), data)

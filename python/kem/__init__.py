@@ -22,7 +22,7 @@ from ._errors import (
     UnknownFormat,
     WriteFailed,
 )
-from ._files import Check, Format, Identity, Item, check, formats, identify, items, load, open, open_all
+from ._files import Check, Format, Identity, Item, check, formats, identify, items, load, open, open_all, open_many
 from ._find import find
 from ._kem import Axis, Dataset, Record, __version__, convert, units
 from ._parameters import Integer, Number, Parameters, Text
@@ -63,6 +63,7 @@ __all__ = [
     "load",
     "open",
     "open_all",
+    "open_many",
     "units",
 ]
 

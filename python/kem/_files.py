@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import os
 import warnings
+from collections.abc import Iterable
 from typing import Any, Literal, NamedTuple, Union
 
 from . import _kem
@@ -106,6 +107,32 @@ def open_all(path: Path) -> list[Dataset]:
         return True
 
     _kem.open_each(path, take)
+    for dataset in datasets:
+        _warn(dataset)
+    return datasets
+
+
+def open_many(paths: Iterable[Path], *, threads: int | None = None) -> list[Dataset]:
+    """Opens the first item of each of many files, several at a time.
+
+    Parameters
+    ----------
+    paths : iterable of path-like
+        The files, in the order of the datasets.
+    threads : int
+        How many are opened at a time; as many as there are processors when it is not given.
+
+    Raises
+    ------
+    kem.Error
+        As :func:`open` does, of the first file that cannot be opened.
+
+    Examples
+    --------
+    >>> [scan.format for scan in kem.open_many(["examples/data/nitroxide.DSC", "examples/data/streak.p3d"])]
+    ['Bruker BES3T', 'P3D text grid']
+    """
+    datasets = _kem.open_many(list(paths), os.cpu_count() or 1 if threads is None else threads)
     for dataset in datasets:
         _warn(dataset)
     return datasets

@@ -71,6 +71,20 @@ def test_items_and_formats(data):
     assert kem.open(file, item=2, classic=True) == kem.load(file, 2).to_dataset()
 
 
+def test_many_files_open_in_order_on_any_number_of_threads(data, tmp_path):
+    names = ["nitroxide.DSC", "streak.p3d", "raman.prn", "columns.nxy"] * 5
+    files = [data / name for name in names]
+    expected = [kem.open(file) for file in files]
+    for threads in [None, 1, 4, 1000]:
+        assert kem.open_many(iter(files), threads=threads) == expected
+    assert kem.open_many([]) == []
+    (tmp_path / "odd.txt").write_bytes(b"no numbers")
+    with pytest.raises(kem.NotFound, match="first"):
+        kem.open_many([*files, tmp_path / "first", tmp_path / "odd.txt"], threads=4)
+    with pytest.raises(ValueError, match="threads"):
+        kem.open_many(files, threads=0)
+
+
 def test_find_lists_pairs_once(data, tmp_path):
     for name in ["nitroxide.DSC", "nitroxide.DTA", "raman.prn"]:
         shutil.copy(data / name, tmp_path / name)

@@ -41,7 +41,7 @@ py::str Decoded(PyObject* text) {
 using Path = std::filesystem::path;
 using Take = std::function<bool(Dataset)>;
 
-// On threads of its own: handing a small file to one of Python's takes as long as opening it.
+// On threads of its own: what Python's gain on small files they lose to its lock.
 std::vector<Dataset> OpenMany(const std::vector<Path>& files, int threads) {
   if (threads < 1) throw py::value_error("threads: 1 or more are needed");
   std::vector<Dataset> datasets(files.size());

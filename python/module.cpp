@@ -48,12 +48,14 @@ std::vector<Dataset> OpenMany(const std::vector<Path>& files, int threads) {
   std::vector<std::exception_ptr> errors(files.size());
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
-    for (std::size_t k; (k = next++) < files.size();) try {
+    for (std::size_t k; (k = next++) < files.size();) {
+      try {
         datasets[k] = Open(files[k]);
       } catch (...) {
         errors[k] = std::current_exception();
         next = files.size();  // those before are opened, or being opened
       }
+    }
   };
   {
     std::vector<std::jthread> others;

@@ -41,9 +41,12 @@ struct HistogramCounts {
   std::vector<float> counts;
 };
 
+/// The counts of .b2d and .b3d are signed 16-bit numbers.
+inline constexpr int kMostBinaryPoints = 32767;
+
 /// Why the format of an extension, ".p2d", does not hold a record, as the end of a sentence: curves and grids have
-/// formats of their own, the binary ones count to 32767 along an axis, and text ends at a number that is not
-/// finite. Empty when it does.
+/// formats of their own, the binary ones count to \ref kMostBinaryPoints along an axis, and text ends at a number
+/// that is not finite. Empty when it does.
 KEM_API std::string WhyNotWritten(const PrnType& record, std::string_view extension);
 
 /// A curve or a real grid. One that holds nothing, made by default or moved from, can be assigned to and destroyed.

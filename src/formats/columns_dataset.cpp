@@ -233,6 +233,7 @@ Table TableOf(std::string_view text) {
       table.header.push_back(line);
     }
   }
+  // Seven lines, or one, a title for each column but the first, and four.
   const Kind kind = KindOf(table);
   const std::size_t whole = kind == Kind::XY ? 7 : before.size() + 4;
   if (table.columns != 0)

@@ -1,7 +1,5 @@
 // The door of the full reading: which format a file has, its items, and what every dataset is checked for.
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 #include "dataset/foreign.h"
 #include "dataset/reader.h"

@@ -25,7 +25,7 @@ namespace {
 
 // How a format tells the coordinates of an axis that the record does not store.
 enum class Linear {
-  Exactly,    // nothing is lost, nor of any number
+  Exactly,    // in binary, as all numbers
   OneByOne,   // each coordinate in six digits
   StartStep,  // start and step in six digits
   Points,     // start, end and step in six digits, of which the reader makes the number of points
@@ -51,9 +51,6 @@ const Writer* WriterOf(std::string_view extension) {
                                     [&](const Writer& w) { return text::EqualButCase(w.extension, extension); });
   return writer == std::end(kWriters) ? nullptr : writer;
 }
-
-// Counts of the binary formats are signed 16-bit numbers.
-constexpr int kMostBinaryPoints = 32767;
 
 // ------------------------------------------------------------ axes
 

@@ -16,9 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Counts of the binary formats are signed 16-bit numbers.
-constexpr int kMostBinaryPoints = 32767;
-
 constexpr Format kFormats[] = {
     {"prn", "XY columns of text", true, false, 0, true},
     {"csv", "comma-separated values", true, true, 0, false},
